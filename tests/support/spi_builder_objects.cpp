@@ -7,7 +7,18 @@ bytes content_id(const service_id& id) {
 }
 
 bytes time_point(const utc_time& time) {
-    return time_point(mjd(time.year, time.month, time.day), time.hour, time.minute, time.offset_half_hours);
+    return time_point(time.day, time.hour, time.minute, time.offset_half_hours, time.fraction);
+}
+
+utc_time local_time(std::uint32_t day, unsigned hour, unsigned minute, int offset_half_hours) {
+    constexpr std::int64_t day_minutes = 1440;
+    const std::int64_t utc = std::int64_t{day} * day_minutes + hour * 60 + minute - offset_half_hours * 30;
+    utc_time out;
+    out.day = static_cast<std::uint32_t>(utc / day_minutes);
+    out.hour = static_cast<unsigned>(utc % day_minutes / 60);
+    out.minute = static_cast<unsigned>(utc % 60);
+    out.offset_half_hours = offset_half_hours;
+    return out;
 }
 
 bytes name_elements(const names& name) {
@@ -27,8 +38,8 @@ bytes programme(const programme_data& data) {
     parts.push_back(name_elements(data.name));
     std::vector<bytes> location = {elem(tag::time, {attr(attribute::time::time, time_point(data.start)),
                                                     attr(attribute::time::duration, u16(data.duration))})};
-    if (data.bearer) {
-        location.push_back(elem(tag::bearer, {attr(attribute::bearer::id, content_id(*data.bearer))}));
+    for (const service_id& id : data.bearers) {
+        location.push_back(elem(tag::bearer, {attr(attribute::bearer::id, content_id(id))}));
     }
     parts.push_back(elem(tag::location, location));
     return elem(tag::programme, parts);

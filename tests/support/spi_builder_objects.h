@@ -20,13 +20,16 @@ struct service_id {
 };
 
 struct utc_time {
-    int year = 0;
-    unsigned month = 0;
-    unsigned day = 0;
+    std::uint32_t day = 0;  // Modified Julian Date
     unsigned hour = 0;
     unsigned minute = 0;
     std::optional<int> offset_half_hours = {};
+    std::optional<utc_fraction> fraction = {};
 };
+
+// The time that a clock with this offset shows as `hour`:`minute` on the local day `day`. Hour 24 is the next
+// day's 0.
+utc_time local_time(std::uint32_t day, unsigned hour, unsigned minute, int offset_half_hours);
 
 struct names {
     std::string short_name;
@@ -39,7 +42,7 @@ struct programme_data {
     utc_time start;
     std::uint16_t duration = 0;  // seconds
     std::optional<std::uint32_t> short_id = {};
-    std::optional<service_id> bearer = {};
+    std::vector<service_id> bearers = {};
 };
 
 struct schedule_data {

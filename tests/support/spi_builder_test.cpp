@@ -143,13 +143,20 @@ TEST(SpiBuilderDay, CountsFromTheSeventeenthOfNovember1858) {
     EXPECT_THROW(mjd(2026, 13, 1), std::invalid_argument);
 }
 
+TEST(SpiBuilderObjects, LocalTimeIsCodedAsUtcWithItsOffset) {
+    EXPECT_EQ(time_point(local_time(57754, 23, 30, 2)), time_point(57754, 22, 30, 2));
+    EXPECT_EQ(time_point(local_time(57754, 0, 0, 2)), time_point(57753, 23, 0, 2));
+    EXPECT_EQ(time_point(local_time(57754, 24, 0, 0)), time_point(57755, 0, 0, 0));
+    EXPECT_EQ(time_point(local_time(57754, 23, 30, -3)), time_point(57755, 1, 0, -3));
+}
+
 TEST(SpiBuilderObjects, ProgrammeCarriesNameTimeAndBearer) {
     programme_data data;
     data.short_id = 0x010203;
     data.name.medium_name = "Ab";
-    data.start = {2017, 1, 1, 22, 30, 2};
+    data.start = {57754, 22, 30, 2};
     data.duration = 3600;
-    data.bearer = service_id{0xE1, 0xC185, 0xC221};
+    data.bearers = {{0xE1, 0xC185, 0xC221}};
     EXPECT_EQ(programme(data), (bytes{0x1C, 0x24,                                         // programme
                                       0x81, 0x03, 0x01, 0x02, 0x03,                       // short id
                                       0x11, 0x04, 0x01, 0x02, 'A',  'b',                  // medium name
@@ -164,7 +171,7 @@ TEST(SpiBuilderObjects, ProgrammeCarriesNameTimeAndBearer) {
 TEST(SpiBuilderObjects, ScheduleNamesItsServiceInTheScope) {
     schedule_data data;
     data.scope = service_id{0xE1, 0xC185, 0xC221};
-    data.scope_start = utc_time{2017, 1, 1, 22, 30};
+    data.scope_start = utc_time{57754, 22, 30};
     EXPECT_EQ(pi_object({data}, {{0x01, "x"}}), (bytes{0x02, 0x19,                          // epg
                                                        0x04, 0x03, 0x01, 0x01, 'x',         // token table
                                                        0x21, 0x12,                          // schedule
