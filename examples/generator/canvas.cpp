@@ -69,18 +69,18 @@ bool accent_at(pattern shape, int x, int y, int width, int height) {
 }  // namespace
 
 canvas::canvas(int width, int height, std::vector<rgb> palette)
-    : m_width(width),
-      m_height(height),
-      m_palette(std::move(palette)),
-      m_pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {}
+    : width_(width),
+      height_(height),
+      palette_(std::move(palette)),
+      pixels_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {}
 
 rgb canvas::colour_at(int x, int y) const {
-    return m_palette.at(m_pixels.at(static_cast<std::size_t>(y * m_width + x)));
+    return palette_.at(pixels_.at(static_cast<std::size_t>(y * width_ + x)));
 }
 
 void canvas::set(int x, int y, std::uint8_t colour) {
-    if (x < 0 || y < 0 || x >= m_width || y >= m_height) return;
-    m_pixels[static_cast<std::size_t>(y * m_width + x)] = colour;
+    if (x < 0 || y < 0 || x >= width_ || y >= height_) return;
+    pixels_[static_cast<std::size_t>(y * width_ + x)] = colour;
 }
 
 void canvas::rectangle(int left, int top, int width, int height, std::uint8_t colour) {
@@ -92,8 +92,8 @@ void canvas::rectangle(int left, int top, int width, int height, std::uint8_t co
 
 void canvas::monogram(std::string_view text, int scale, std::uint8_t colour) {
     const int advance = (face_width + 1) * scale;
-    int left = (m_width - (static_cast<int>(text.size()) * advance - scale)) / 2;
-    const int top = (m_height - face_height * scale) / 2;
+    int left = (width_ - (static_cast<int>(text.size()) * advance - scale)) / 2;
+    const int top = (height_ - face_height * scale) / 2;
     for (const char letter : text) {
         const char* rows = rows_of(letter);
         for (int dot = 0; dot < face_width * face_height; ++dot) {

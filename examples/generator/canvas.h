@@ -1,6 +1,5 @@
 // A small picture in palette colours, and the few strokes that an invented station's logo is drawn with.
-#ifndef EXAMPLES_GENERATOR_CANVAS_H
-#define EXAMPLES_GENERATOR_CANVAS_H
+#pragma once
 
 #include <cstdint>
 #include <string_view>
@@ -18,10 +17,10 @@ class canvas {
  public:
     canvas(int width, int height, std::vector<rgb> palette);
 
-    int width() const { return m_width; }
-    int height() const { return m_height; }
-    const std::vector<rgb>& palette() const { return m_palette; }
-    const std::vector<std::uint8_t>& pixels() const { return m_pixels; }  // palette indices, row by row
+    int width() const { return width_; }
+    int height() const { return height_; }
+    const std::vector<rgb>& palette() const { return palette_; }
+    const std::vector<std::uint8_t>& pixels() const { return pixels_; }  // palette indices, row by row
     rgb colour_at(int x, int y) const;
 
     void set(int x, int y, std::uint8_t colour);  // outside the picture: nothing
@@ -32,10 +31,10 @@ class canvas {
     void monogram(std::string_view text, int scale, std::uint8_t colour);
 
  private:
-    int m_width;
-    int m_height;
-    std::vector<rgb> m_palette;
-    std::vector<std::uint8_t> m_pixels;
+    int width_;
+    int height_;
+    std::vector<rgb> palette_;
+    std::vector<std::uint8_t> pixels_;
 };
 
 enum class pattern { plain, columns, rows, diagonal, disc, rings, checks, sunrise };
@@ -52,5 +51,3 @@ struct logo_design {
 canvas draw_logo(const logo_design& design, int width, int height);
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_CANVAS_H

@@ -1,7 +1,6 @@
 // What an ensemble's data service sends round and round on a day: its service information, the schedules of
 // this day and the next for each station, and the logos.
-#ifndef EXAMPLES_GENERATOR_CAROUSEL_H
-#define EXAMPLES_GENERATOR_CAROUSEL_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -24,5 +23,3 @@ std::vector<carousel_object> home_round(const std::string& date, file_set& files
 std::vector<carousel_object> other_round(const std::string& date, file_set& files);
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_CAROUSEL_H

@@ -26,7 +26,7 @@ constexpr int next_day(int hour, int minute) {
 // order in which it was planned.
 class day_plan {
  public:
-    explicit day_plan(file_set& files) : m_files(files) {}
+    explicit day_plan(file_set& files) : files_(files) {}
 
     void note(int minute, const std::string& text) {
         plan(minute, [text](recording& out) { out.comment(text); });
@@ -37,14 +37,14 @@ class day_plan {
         plan(minute, [service](recording& out) { out.set_current_service(service); });
     }
 
-    void home_carousel(int minute) { carousel(minute, home_round(date_of(minute), m_files)); }
-    void other_carousel(int minute) { carousel(minute, other_round(date_of(minute), m_files)); }
+    void home_carousel(int minute) { carousel(minute, home_round(date_of(minute), files_)); }
+    void other_carousel(int minute) { carousel(minute, other_round(date_of(minute), files_)); }
 
     // Ticks every minute from `first` to `last`.
     void play(int first, int last, recording& out) const {
         for (int minute = first; minute <= last; ++minute) {
             out.set_date_time(date_of(minute), time_of(minute));
-            const auto here = m_plan.equal_range(minute);
+            const auto here = plan_.equal_range(minute);
             for (auto step = here.first; step != here.second; ++step)
                 step->second(out);
         }
@@ -61,7 +61,7 @@ class day_plan {
         return std::string(4 - digits.size(), '0') + digits;
     }
 
-    void plan(int minute, action what) { m_plan.emplace(minute, std::move(what)); }
+    void plan(int minute, action what) { plan_.emplace(minute, std::move(what)); }
 
     void carousel(int minute, const std::vector<carousel_object>& round) {
         int sent = 0;
@@ -71,8 +71,8 @@ class day_plan {
         }
     }
 
-    file_set& m_files;
-    std::multimap<int, action> m_plan;
+    file_set& files_;
+    std::multimap<int, action> plan_;
 };
 
 }  // namespace
@@ -103,7 +103,10 @@ void add_day_on_air(file_set& files) {
     day.listen(at(21, 50), station(9), "Kitestring Kids is off the air since 19:00: no now, no next.");
     day.listen(at(22, 15), station(10), "Anvilwood Rock: Night Shift runs from 22:00 to 01:00.");
     day.home_carousel(at(22, 45));
-    day.note(next_day(0, 0), "Midnight.");
+    day.listen(at(23, 20), station(1),
+               "Quillhaven One: Small Print ends at midnight, Night Currents follows.");
+    day.note(next_day(0, 0),
+             "Midnight has struck. Small Print's end minute; the change is reported at 00:01.");
     day.note(next_day(0, 2),
              "The carousel of the new day: yesterday's schedules are gone, those of tomorrow are new. The "
              "service\n"
@@ -112,9 +115,9 @@ void add_day_on_air(file_set& files) {
     day.listen(
         next_day(0, 20), station(7),
         "Řeka Radio: its Mlha (23:30 to 00:45) was retired with yesterday, so there is no now before 00:45.");
-    day.listen(next_day(1, 30), station(11), "Blåtimen through the night.");
+    day.listen(next_day(1, 30), station(11), "Blåtimen through the night, until after its change at 06:00.");
     day.home_carousel(next_day(4, 30));
-    day.listen(next_day(5, 30), station(1), "Quillhaven One.");
+    day.listen(next_day(6, 10), station(1), "Quillhaven One.");
     day.listen(next_day(7, 0), gullmere(), "Another ensemble: everything of the first one is forgotten.");
     day.other_carousel(next_day(7, 1));
     day.other_carousel(next_day(7, 20));

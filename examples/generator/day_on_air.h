@@ -1,6 +1,5 @@
 // The long recording: a receiver's day, from early morning through midnight into the next one.
-#ifndef EXAMPLES_GENERATOR_DAY_ON_AIR_H
-#define EXAMPLES_GENERATOR_DAY_ON_AIR_H
+#pragma once
 
 #include "examples/generator/file_set.h"
 
@@ -10,5 +9,3 @@ namespace generator {
 void add_day_on_air(file_set& files);
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_DAY_ON_AIR_H

@@ -24,7 +24,7 @@ bool written_by_hand(const fs::path& path) {
 }  // namespace
 
 void file_set::add(const std::string& path, std::string_view text) {
-    const auto [place, fresh] = m_files.emplace(path, text);
+    const auto [place, fresh] = files_.emplace(path, text);
     if (!fresh && place->second != text) throw std::logic_error("two different files named " + path);
 }
 
@@ -34,13 +34,13 @@ void file_set::add(const std::string& path, const spi_builder::bytes& content) {
 
 std::size_t file_set::total_bytes() const {
     std::size_t sum = 0;
-    for (const auto& entry : m_files)
+    for (const auto& entry : files_)
         sum += entry.second.size();
     return sum;
 }
 
 void file_set::write(const fs::path& directory) const {
-    for (const auto& [name, content] : m_files) {
+    for (const auto& [name, content] : files_) {
         const fs::path path = directory / name;
         fs::create_directories(path.parent_path());
         std::ofstream out(path, std::ios::binary | std::ios::trunc);
@@ -52,7 +52,7 @@ void file_set::write(const fs::path& directory) const {
 
 std::vector<std::string> file_set::differences(const fs::path& directory) const {
     std::vector<std::string> found;
-    for (const auto& [name, content] : m_files) {
+    for (const auto& [name, content] : files_) {
         const fs::path path = directory / name;
         if (!fs::is_regular_file(path)) {
             found.push_back("missing: " + name);
@@ -64,7 +64,7 @@ std::vector<std::string> file_set::differences(const fs::path& directory) const 
     for (const auto& entry : fs::recursive_directory_iterator(directory)) {
         if (entry.is_directory() || written_by_hand(entry.path())) continue;
         const std::string name = entry.path().lexically_relative(directory).generic_string();
-        if (m_files.count(name) == 0) found.push_back("not made by the generator: " + name);
+        if (files_.count(name) == 0) found.push_back("not made by the generator: " + name);
     }
     return found;
 }

@@ -1,8 +1,7 @@
 // The files that the generator makes, by their path relative to the output directory, held in memory until
 // all of them exist: they are then either written or compared with what a directory holds. Errors of the file
 // system throw std::runtime_error with the file's name.
-#ifndef EXAMPLES_GENERATOR_FILE_SET_H
-#define EXAMPLES_GENERATOR_FILE_SET_H
+#pragma once
 
 #include <filesystem>
 #include <map>
@@ -21,7 +20,7 @@ class file_set {
     void add(const std::string& path, std::string_view text);
     void add(const std::string& path, const spi_builder::bytes& content);
 
-    std::size_t count() const { return m_files.size(); }
+    std::size_t count() const { return files_.size(); }
     std::size_t total_bytes() const;
 
     // Writes every file below `directory`, making directories as needed; other files there are left alone.
@@ -32,9 +31,7 @@ class file_set {
     std::vector<std::string> differences(const std::filesystem::path& directory) const;
 
  private:
-    std::map<std::string, std::string> m_files;
+    std::map<std::string, std::string> files_;
 };
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_FILE_SET_H

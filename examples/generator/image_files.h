@@ -1,6 +1,5 @@
 // Pictures as the files that are broadcast: PNG (by libpng) and JPEG in a JFIF file.
-#ifndef EXAMPLES_GENERATOR_IMAGE_FILES_H
-#define EXAMPLES_GENERATOR_IMAGE_FILES_H
+#pragma once
 
 #include "examples/generator/canvas.h"
 #include "tests/support/spi_builder.h"
@@ -16,5 +15,3 @@ spi_builder::bytes png_file(const canvas& picture);
 spi_builder::bytes jfif_file(const canvas& picture);
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_IMAGE_FILES_H

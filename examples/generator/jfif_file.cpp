@@ -18,28 +18,28 @@ class bit_writer {
  public:
     void put(unsigned value, unsigned count) {
         for (unsigned i = count; i > 0; --i) {
-            m_byte = m_byte << 1 | (value >> (i - 1) & 1U);
-            if (++m_filled == 8) flush();
+            byte_ = byte_ << 1 | (value >> (i - 1) & 1U);
+            if (++filled_ == 8) flush();
         }
     }
 
     bytes finish() {
-        while (m_filled != 0)
+        while (filled_ != 0)
             put(1, 1);
-        return m_out;
+        return out_;
     }
 
  private:
     void flush() {
-        m_out.push_back(static_cast<std::uint8_t>(m_byte));
-        if (m_out.back() == 0xFF) m_out.push_back(0);
-        m_byte = 0;
-        m_filled = 0;
+        out_.push_back(static_cast<std::uint8_t>(byte_));
+        if (out_.back() == 0xFF) out_.push_back(0);
+        byte_ = 0;
+        filled_ = 0;
     }
 
-    unsigned m_byte = 0;
-    unsigned m_filled = 0;
-    bytes m_out;
+    unsigned byte_ = 0;
+    unsigned filled_ = 0;
+    bytes out_;
 };
 
 // One Huffman table serves the means of all three components: sizes 0 to 8 as 4-bit codes of the same value.

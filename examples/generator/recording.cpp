@@ -55,18 +55,18 @@ mot_object image_object(int content_subtype, const std::string& content_name, st
 }
 
 void recording::comment(std::string_view text) {
-    if (!m_text.empty()) m_text += '\n';
+    if (!text_.empty()) text_ += '\n';
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
-        m_text += "# ";
-        m_text += text.substr(0, end);
-        m_text += '\n';
+        text_ += "# ";
+        text_ += text.substr(0, end);
+        text_ += '\n';
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
 }
 
 void recording::add(const ordered_json& call) {
-    m_text += call.dump() + '\n';
+    text_ += call.dump() + '\n';
 }
 
 void recording::set_date_time(const std::string& date, const std::string& time) {

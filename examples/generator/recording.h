@@ -2,8 +2,7 @@
 //
 // Numbers are written as a reader of DAB documents knows them: identifiers in hexadecimal, counts in decimal.
 // Keys keep their order, so that the same calls always give the same bytes.
-#ifndef EXAMPLES_GENERATOR_RECORDING_H
-#define EXAMPLES_GENERATOR_RECORDING_H
+#pragma once
 
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
@@ -41,14 +40,12 @@ class recording {
     void feed_file(const mot_object& object, const std::string& path);
     void resend_now_next();
 
-    const std::string& text() const { return m_text; }
+    const std::string& text() const { return text_; }
 
  private:
     void add(const nlohmann::ordered_json& call);
 
-    std::string m_text;
+    std::string text_;
 };
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_RECORDING_H

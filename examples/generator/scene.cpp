@@ -74,16 +74,16 @@ bytes service_with(const service_id& id, const std::string& name, const std::vec
     return si_object(id.ecc, id.eid, {out});
 }
 
-scene::scene(std::string name, std::string_view explanation) : m_name(std::move(name)) {
+scene::scene(std::string name, std::string_view explanation) : name_(std::move(name)) {
     note(explanation);
 }
 
 void scene::pi(const std::string& content_name, const bytes& body, std::uint32_t data_service) {
-    m_recording.feed_body(programme_information(content_name, data_service), body);
+    recording_.feed_body(programme_information(content_name, data_service), body);
 }
 
 void scene::si(const std::string& content_name, const bytes& body) {
-    m_recording.feed_body(service_information(content_name, home_data_service), body);
+    recording_.feed_body(service_information(content_name, home_data_service), body);
 }
 
 void scene::png(const std::string& content_name, const std::string& file, const bytes& image,
@@ -100,7 +100,7 @@ void scene::image_of_subtype(int content_subtype, const std::string& content_nam
                              const bytes& image, file_set& files) {
     const std::string path = "objects/" + file;
     files.add(path, image);
-    m_recording.feed_file(image_object(content_subtype, content_name, home_data_service), path);
+    recording_.feed_file(image_object(content_subtype, content_name, home_data_service), path);
 }
 
 }  // namespace generator

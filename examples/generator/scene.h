@@ -3,8 +3,7 @@
 // The notifications that each recording must give stand beside it, in NAME.core.expected and
 // NAME.wrapper.expected. They are written by hand from the rules that the recording's comments state, never
 // by this program.
-#ifndef EXAMPLES_GENERATOR_SCENE_H
-#define EXAMPLES_GENERATOR_SCENE_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -56,10 +55,10 @@ class scene {
     // `explanation` becomes the comment at the top.
     scene(std::string name, std::string_view explanation);
 
-    void note(std::string_view text) { m_recording.comment(text); }
-    void clock(const std::string& date, const std::string& time) { m_recording.set_date_time(date, time); }
-    void listen(const spi_builder::service_id& service) { m_recording.set_current_service(service); }
-    void resend() { m_recording.resend_now_next(); }
+    void note(std::string_view text) { recording_.comment(text); }
+    void clock(const std::string& date, const std::string& time) { recording_.set_date_time(date, time); }
+    void listen(const spi_builder::service_id& service) { recording_.set_current_service(service); }
+    void resend() { recording_.resend_now_next(); }
     void pi(const std::string& content_name, const spi_builder::bytes& body,
             std::uint32_t data_service = home_data_service);
     void si(const std::string& content_name, const spi_builder::bytes& body);
@@ -72,11 +71,11 @@ class scene {
                           const spi_builder::bytes& image, file_set& files);
 
     // Ends the scene: its recording joins the files.
-    void save(file_set& files) const { files.add(m_name + ".jsonl", m_recording.text()); }
+    void save(file_set& files) const { files.add(name_ + ".jsonl", recording_.text()); }
 
  private:
-    std::string m_name;
-    recording m_recording;
+    std::string name_;
+    recording recording_;
 };
 
 void add_now_next_scenes(file_set& files);
@@ -87,5 +86,3 @@ void add_text_scenes(file_set& files);
 void add_logo_scenes(file_set& files);
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_SCENE_H

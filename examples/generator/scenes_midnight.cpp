@@ -35,6 +35,46 @@ void across_midnight(file_set& files) {
     s.save(files);
 }
 
+void until_midnight(file_set& files) {
+    scene s("programme-until-midnight",
+            "A programme that ends exactly at midnight is followed by the one that starts at minute 0 of the "
+            "next\n"
+            "day. Midnight is its end minute and still belongs to it.");
+    s.clock(today, "2330");
+    s.listen(quillhaven());
+    s.pi("pi-1a01-10", schedule_of(quillhaven(), {show(today, "2300", 60, "Small Print")}));
+    s.note("What follows is known only with tomorrow's schedule.");
+    s.pi("pi-1a01-11", schedule_of(quillhaven(), {show(tomorrow, "0000", 60, "Night Currents"),
+                                                  show(tomorrow, "0100", 60, "Slow Air")}));
+    s.clock(today, "2359");
+    s.clock(tomorrow, "0000");
+    s.clock(tomorrow, "0001");
+    s.save(files);
+}
+
+void overlap_at_midnight(file_set& files) {
+    scene s("overlap-at-midnight-shows-tomorrows-programme",
+            "Once now runs past midnight the search goes on in tomorrow's schedule, for now as well as for "
+            "next. If\n"
+            "nothing there starts at the end minute, the next arriving programme starts a search that takes "
+            "what\n"
+            "tomorrow's schedule has at this time of the day.");
+    s.clock(today, "2330");
+    s.listen(quillhaven());
+    s.pi("pi-1a01-10", schedule_of(quillhaven(), {show(today, "2300", 120, "Night Ferry")}));
+    s.note(
+        "Small Hours overlaps Night Ferry (it should start at 01:00): no next, but the search has moved to\n"
+        "tomorrow. Evening Tide, tomorrow from 22:00 to 23:45, then counts as now.");
+    s.pi("pi-1a01-11", schedule_of(quillhaven(), {show(tomorrow, "0030", 60, "Small Hours"),
+                                                  show(tomorrow, "2200", 105, "Evening Tide")}));
+    s.clock(today, "2331");
+    s.note("After midnight it stays until a programme has begun.");
+    s.clock(tomorrow, "0000");
+    s.clock(tomorrow, "0029");
+    s.clock(tomorrow, "0030");
+    s.save(files);
+}
+
 void switch_after_midnight(file_set& files) {
     scene s("service-change-after-midnight-misses-the-night-programme",
             "The programme that began yesterday was retired with yesterday's schedule. Who tunes in after "
@@ -105,6 +145,8 @@ void same_start_minute(file_set& files) {
 
 void add_midnight_scenes(file_set& files) {
     across_midnight(files);
+    until_midnight(files);
+    overlap_at_midnight(files);
     switch_after_midnight(files);
     only_today_and_tomorrow(files);
     same_start_minute(files);

@@ -1,7 +1,6 @@
 // The invented stations: who they are, what they broadcast on a day, how their logos look. No station,
 // programme or picture here belongs to anybody.
-#ifndef EXAMPLES_GENERATOR_STATIONS_H
-#define EXAMPLES_GENERATOR_STATIONS_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -47,5 +46,3 @@ std::string picture_name(const station& which, int width, int height);
 spi_builder::bytes oversize_png();
 
 }  // namespace generator
-
-#endif  // EXAMPLES_GENERATOR_STATIONS_H

@@ -11,8 +11,7 @@
 //   const bytes object = elem(tag::service_information, {elem(tag::ensemble, {elem(tag::service, {
 //       elem(tag::short_name, {text("R4")}),
 //       elem(tag::medium_name, {text("Radio 4")})})})});
-#ifndef TESTS_SUPPORT_SPI_BUILDER_H
-#define TESTS_SUPPORT_SPI_BUILDER_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -91,5 +90,3 @@ bytes time_point(std::uint32_t day, unsigned hour, unsigned minute,
                  std::optional<utc_fraction> fraction = std::nullopt);
 
 }  // namespace spi_builder
-
-#endif  // TESTS_SUPPORT_SPI_BUILDER_H

@@ -5,8 +5,7 @@
 // element or attribute out. Times are given in UTC together with the local time offset, as they are coded;
 // durations in seconds; sizes in pixels. Attributes stand before child elements, and a service's bearers
 // before its logos.
-#ifndef TESTS_SUPPORT_SPI_BUILDER_OBJECTS_H
-#define TESTS_SUPPORT_SPI_BUILDER_OBJECTS_H
+#pragma once
 
 #include "tests/support/spi_builder.h"
 
@@ -83,5 +82,3 @@ bytes si_object(std::uint8_t ecc, std::uint16_t eid, const std::vector<service_d
                 const tokens& table = {});
 
 }  // namespace spi_builder
-
-#endif  // TESTS_SUPPORT_SPI_BUILDER_OBJECTS_H

@@ -4,8 +4,7 @@
 // on either side shows as a failing test instead of being wrong on both sides alike. An attribute's tag means
 // something only inside its element (0x80 is a MIME type here and a content ID there), therefore attributes
 // are grouped by element.
-#ifndef TESTS_SUPPORT_SPI_BUILDER_TAGS_H
-#define TESTS_SUPPORT_SPI_BUILDER_TAGS_H
+#pragma once
 
 #include <cstdint>
 
@@ -98,5 +97,3 @@ enum : std::uint8_t { mime = 0x80, language = 0x81, url = 0x82, type = 0x83, wid
 enum logo_type : std::uint8_t { logo_unrestricted = 2, logo_colour_square = 4, logo_colour_rectangle = 6 };
 
 }  // namespace spi_builder
-
-#endif  // TESTS_SUPPORT_SPI_BUILDER_TAGS_H
