@@ -40,8 +40,8 @@ class term_lock {
 // ends, so that whoever waits for it does not wait for a thread that is gone.
 class term_event_proc : public term_lock, public event_proc {
  public:
-    // Stops the worker, then unlocks if the lock is still owned.
-    ~term_event_proc() override = default;
+    // Stops the worker, whose thread uses this object to its end; then unlocks if the lock is still owned.
+    ~term_event_proc() override { destroy_proc(); }
 
  protected:
     // The gate is closed: the derived class calls begin().
