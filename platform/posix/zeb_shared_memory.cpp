@@ -1,0 +1,93 @@
+#include "platform/zeb_shared_memory.h"
+
+#include <sys/file.h>
+
+#include <map>
+#include <mutex>
+
+namespace {
+
+// The lock of a name: a lock file, held by flock (the kernel lets go of it when the process dies), and a
+// depth count, since a lock file alone is not recursive.
+struct held_lock {
+    int descriptor = -1;
+    unsigned depth = 0;
+};
+
+struct lock_table {
+    std::recursive_mutex mutex;  // held from lock() to unlock(): other threads of this process wait here
+    std::map<std::string, held_lock> held;
+};
+
+// Never destroyed: a host may exit while another of its threads holds a lock.
+lock_table& table() {
+    static auto& instance = *new lock_table;
+    return instance;
+}
+
+// Beside the shared-memory objects themselves, so that whoever sees the object sees its lock.
+std::string lock_path(const std::string& name) {
+    return "/dev/shm/dabspi-" + name + ".lock";
+}
+
+int open_lock_file(const std::string& path) {
+    // First without O_CREAT: a sticky directory may refuse to open another user's file for creation.
+    int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (descriptor == -1) descriptor = open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
+    return descriptor;
+}
+
+// True while the file that is locked is still the one that others find under its name: the one who lets go
+// removes it.
+bool still_in_place(int descriptor, const std::string& path) {
+    struct stat locked {};
+    struct stat named {};
+    return fstat(descriptor, &locked) == 0 && stat(path.c_str(), &named) == 0 &&
+           locked.st_ino == named.st_ino && locked.st_dev == named.st_dev;
+}
+
+int take_lock_file(const std::string& path) {
+    for (;;) {
+        const int descriptor = open_lock_file(path);
+        if (descriptor == -1) {
+            ZebDbgOutput::DbgPrint("ZebSharedSyncObject", "lock", 0, 1,
+                                   "%s cannot be opened; locked within this process only\n", path.c_str());
+            return -1;
+        }
+        while (flock(descriptor, LOCK_EX) == -1 && errno == EINTR) {
+        }
+        if (still_in_place(descriptor, path)) return descriptor;
+        close(descriptor);
+    }
+}
+
+}  // namespace
+
+ZebSharedSyncObject::ZebSharedSyncObject(const char* name) : name_(name) {}
+ZebSharedSyncObject::~ZebSharedSyncObject() = default;
+
+void ZebSharedSyncObject::lock() const {
+    lock_table& locks = table();
+    locks.mutex.lock();
+    try {
+        held_lock& held = locks.held[name_];
+        if (held.depth == 0) held.descriptor = take_lock_file(lock_path(name_));
+        ++held.depth;
+    } catch (...) {
+        locks.mutex.unlock();
+        throw;
+    }
+}
+
+void ZebSharedSyncObject::unlock() const {
+    lock_table& locks = table();
+    const auto entry = locks.held.find(name_);
+    if (entry != locks.held.end() && --entry->second.depth == 0) {
+        if (entry->second.descriptor != -1) {
+            unlink(lock_path(name_).c_str());  // nothing stays behind; a waiter sees that its file is gone
+            close(entry->second.descriptor);
+        }
+        locks.held.erase(entry);
+    }
+    locks.mutex.unlock();
+}

@@ -1,0 +1,160 @@
+// Threads of the host's platform framework: the registry `ZebThreadMng` (defined by the host) and the thread
+// template `ZebThread`, which is compiled into the library.
+//
+// The line numbers in the messages are constants: tools that watch a receiver's log know the messages by
+// them, so they do not follow this file's own lines.
+#pragma once
+
+#include <cxxabi.h>
+#include <pthread.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+
+#include "platform/zeb_debug.h"
+#include "platform/zeb_string.h"
+#include "platform/zeb_sync.h"
+
+// The framework's table of threads and their priorities. May be called on any thread; never throws.
+class ZebThreadMng {
+ public:
+    // The priority of the thread with the kernel's id `system_id`; with an id below 0 the framework prints
+    // "invalid thread id\n" (function "GetPriority", line 356) and answers 0.
+    static int GetPriority(long system_id);
+    static void SetPriority(long system_id, int priority);
+    // `value` is the framework's own; the library passes on what its threads were made with (4000).
+    static void registerThreadInfo(pthread_t handle, const char* name, int priority, int value);
+    static void unregisterThreadInfo(pthread_t handle);
+};
+
+// One thread that runs a binding `B`: an object whose operator() is the thread's body.
+//
+// Owned by whoever made it, and used by that thread only. It keeps a pointer to the binding, which must
+// outlive it. An exception that leaves the body is reported and ends the thread with the result -1; nothing
+// is restarted.
+template <class B>
+class ZebThread {
+ public:
+    ZebThread(B* binding, const char* name, int value) : binding_(binding), value_(value) {
+        zeb_strcpy(name_, sizeof name_, name);
+    }
+    ZebThread(const ZebThread&) = delete;
+    ZebThread& operator=(const ZebThread&) = delete;
+
+    // Creates the thread. False when it is running already, has no binding, or the system refuses: each is
+    // reported.
+    bool Start() {
+        if (handle_ != kNoThread || binding_ == nullptr) {
+            ZebDbgOutput::DbgPrint(kSource, "Start", 228, 1, "error [%s]\n", name_);
+            return false;
+        }
+        // Held until the handle is stored: the new thread registers itself under it.
+        const ZebSyncGuard<ZebSync> guard(sync_);
+        pthread_t created{};
+        if (pthread_create(&created, nullptr, &ZebThread::WrappedEntry, this) != 0) {
+            ZebDbgOutput::DbgPrint(kSource, "Start", 223, 1, "ZebThread::Start() failed !! [%s]\r\n", name_);
+            return false;
+        }
+        handle_ = created;
+        char short_name[16] = {};  // the kernel's limit for a thread's name, its NUL included
+        zeb_strncpy(short_name, sizeof short_name, name_, 15);
+        pthread_setname_np(created, short_name);
+        return true;
+    }
+
+    // Waits until the thread has ended. The time-out (milliseconds) never gives a thread up: when it passes,
+    // one report is printed and the wait goes on, because teardown must not leave a running thread behind. 1
+    // when the thread was joined or never ran, 0 when the join failed.
+    int WaitExit(int timeout_milliseconds) {
+        if (handle_ == kNoThread) return 1;
+        timeout_ = timeout_milliseconds;
+        pthread_t watchdog{};
+        const bool watched =
+            pthread_create(&watchdog, nullptr, &ZebThread::WaitEventTimeoutThread, this) == 0;
+        if (!watched) {
+            ZebDbgOutput::DbgPrint(kSource, "WaitExit", 257, 1, "Error, pthread_create failed.\n");
+        }
+        const int joined = pthread_join(handle_, nullptr);
+        if (watched) {
+            ended_.Set();
+            pthread_join(watchdog, nullptr);
+        }
+        if (joined != 0) {
+            ZebDbgOutput::DbgPrintStdErr(kSource, "WaitExit", 276, ", pthread_join() failed !! ret[%d]\n",
+                                         joined);
+        }
+        ZebThreadMng::unregisterThreadInfo(handle_);
+        handle_ = kNoThread;
+        system_id_ = -1;
+        return joined == 0 ? 1 : 0;
+    }
+
+ private:
+    static constexpr const char* kSource = "platform/zeb_thread.h";
+    static constexpr pthread_t kNoThread = static_cast<pthread_t>(-1);
+    static constexpr int kNoPriority = -1;
+
+    // The new thread's first steps: it registers itself, then runs the body.
+    static void* WrappedEntry(void* self_pointer) {
+        auto& self = *static_cast<ZebThread*>(self_pointer);
+        {
+            const ZebSyncGuard<ZebSync> guard(self.sync_);
+            self.system_id_ = syscall(SYS_gettid);
+            int priority = ZebThreadMng::GetPriority(self.system_id_);
+            if (self.requested_priority_ != kNoPriority) {  // none of the library's threads asks for one
+                ZebThreadMng::SetPriority(self.system_id_, self.requested_priority_);
+                priority = self.requested_priority_;
+            }
+            ZebThreadMng::registerThreadInfo(self.handle_, self.name_, priority, self.value_);
+        }
+        return reinterpret_cast<void*>(self.Entry());
+    }
+
+    std::intptr_t Entry() {
+        try {
+            (*binding_)();
+            return 0;
+        } catch (const abi::__forced_unwind&) {
+            throw;  // the thread is being cancelled: the C library must see the unwinding through to its end
+        } catch (const std::exception& error) {
+            ZebDbgOutput::DbgPrint(kSource, "Entry", 431, 1, "catch exception. thread name [%s], what [%s]\n",
+                                   name_, error.what());
+            AssertFailed("Entry", 432);
+        } catch (...) {
+            ZebDbgOutput::DbgPrint(kSource, "Entry", 436, 1, "catch exception. thread name [%s]\n", name_);
+            AssertFailed("Entry", 437);
+        }
+        return -1;
+    }
+
+    static void* WaitEventTimeoutThread(void* self_pointer) {
+        auto& self = *static_cast<ZebThread*>(self_pointer);
+        if (!self.ended_.Wait(self.timeout_)) {
+            ZebDbgOutput::DbgPrint(kSource, "WaitEventTimeoutThread", 297, 1,
+                                   "Error, ZebThread::WaitExit() timed out[%dms]. thread name[%s]\n",
+                                   self.timeout_, self.name_);
+            AssertFailed("WaitEventTimeoutThread", 298);
+        }
+        return nullptr;
+    }
+
+    static void AssertFailed(const char* function, int line) {
+        ZebDbgOutput::DbgPrint(kSource, function, line, 1,
+                               "#########\n#########\nASSERT Failed! - %s(%d)\n#########\n#########\n",
+                               kSource, line);
+        ZebCallStack::dumpDirectly(-1);
+    }
+
+    B* binding_;
+    int value_;
+    pthread_t handle_ = kNoThread;
+    long system_id_ = -1;
+    int requested_priority_ = kNoPriority;
+    int timeout_ = 0;
+    ZebSync sync_;
+    ZebEvent ended_;
+    char name_[128] = {};
+};

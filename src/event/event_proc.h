@@ -1,0 +1,114 @@
+// A worker: one event queue, served by one thread of its own, one event at a time, in the order of arrival.
+// Everything active in the library is one. Workers never call each other; they send events through the
+// router.
+//
+// Deriving. The thread is created by the base constructor, when the derived object does not exist yet. If it
+// went on at once it would call pre() and process_event() of the base, or of whatever class is under
+// construction: a data race, and in the server's case a termination lock that nobody took. So the thread
+// first waits at a gate:
+//   - the public constructor opens the gate at once; it is for a bare worker (and for classes whose author
+//   accepts that
+//     pre() may run before their constructor has finished);
+//   - the protected constructor leaves it closed, and the class that is complete calls begin() as the last
+//   statement of
+//     its constructor. "The constructor returned" then means "the thread serves". Such a class should be
+//     final, or pass the choice on to the classes derived from it.
+// In the same way a derived destructor runs while the thread still lives: it begins with destroy_proc(), or
+// handlers run on members that are gone.
+//
+// Dying. An exception that leaves a handler is reported on the debug channel and ends the worker's thread; it
+// is not restarted and its queue keeps what is posted to it. Only EC_TERM is still answered, on its behalf,
+// once for each: the server's destructor waits for these answers. The same holds for a worker whose thread
+// could not be created.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+
+#include "src/event/event.h"
+#include "src/event/event_queue.h"
+#include "src/event/my_thread.h"
+
+template <class B>
+class ZebThread;
+
+namespace spi {
+
+class event_backend;
+
+class event_proc {
+ public:
+    explicit event_proc(_qid id);
+    event_proc(const event_proc&) = delete;
+    event_proc& operator=(const event_proc&) = delete;
+
+    // Hooks on the worker's own thread: before its first event, and after its last one. They do nothing here.
+    virtual void pre();
+    virtual void post();
+
+    // Handles one event, on the worker's own thread. Here: answers EC_TERM with one EC_TERM to the server,
+    // ignores the rest.
+    virtual void process_event(event& e);
+
+    // Stops the thread; what is still queued is released unhandled.
+    virtual ~event_proc();
+
+    // Queues an event and wakes the worker. Any thread may call it. Always 0.
+    virtual int post_event(event e);
+
+    // Puts an event into this worker's own queue, whatever destination it names: on the router, that routes
+    // it.
+    int post(std::shared_ptr<i_evt_base> payload, _qid destination);
+
+    // Sends an event through the router; never waits for its receiver. 1, and the payload is dropped, before
+    // this worker is registered with a router; otherwise 0.
+    int send(std::shared_ptr<i_evt_base> payload, _qid destination);
+
+    // Stops the thread and waits until it has ended (a wait of more than 10 s is reported, and goes on).
+    // Events still queued stay there. A second call does nothing.
+    void destroy_proc();
+
+    _qid queue_id() const { return queue_.id(); }
+
+ protected:
+    // What is called on the worker's thread as it leaves, in whatever way. Never called when the thread did
+    // not start.
+    using thread_end_hook = void (*)(event_proc&) noexcept;
+
+    // For derived classes: the gate stays closed until begin().
+    struct deferred {};
+    event_proc(_qid id, deferred, thread_end_hook hook = nullptr);
+    void begin();
+
+    bool started() const { return started_; }
+    // True on this router when an EC_TERM, or the answer to one, was lost for want of memory: somebody may be
+    // waiting for an answer that never comes.
+    bool lost_an_answer() const { return lost_answer_; }
+
+ private:
+    friend class event_backend;  // sets backend_
+
+    void run();
+    void serve();
+    void thread_died() noexcept;
+    void answer_term_for_the_dead(event& e) noexcept;
+    void note_lost_answer() noexcept;
+
+    event_queue queue_;
+    event_backend* backend_ = nullptr;  // null until registration; not owned
+    std::condition_variable wake_;
+    bool running_ = true;  // guarded by the queue's mutex
+    std::unique_ptr<ZebThread<my_thread<event_proc>>> thread_;
+    my_thread<event_proc> binding_;
+    bool started_ = false;  // the constructing, later the destroying thread only
+
+    bool gate_open_;  // guarded by the queue's mutex
+    bool dead_ =
+        false;  // no thread will take events any more, though not stopped; guarded by the queue's mutex
+    bool answering_term_ = false;  // this worker's thread only
+    const thread_end_hook thread_end_hook_;
+    std::atomic<bool> lost_answer_{false};
+};
+
+}  // namespace spi

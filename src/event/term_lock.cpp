@@ -1,0 +1,56 @@
+#include "src/event/term_lock.h"
+
+#include <exception>
+
+#include "src/event/serr.h"
+#include "src/event/teardown.h"
+
+namespace spi {
+
+void term_lock::unlock(std::string&& who) noexcept {
+    if (lock_.owns_lock()) {
+        lock_.unlock();
+        return;
+    }
+    try {
+        serr() << ' ' << "term_lock - illicit unlock " << ' ' << who;
+        try {
+            lock_.unlock();  // throws: it is not owned. Deliberate: an illicit unlock always yields the pair
+                             // of lines
+        } catch (const std::exception& error) {
+            serr() << ' ' << "term_lock - unlock fail " << ' ' << who << ' ' << ' ' << ' ' << error.what();
+        }
+    } catch (...) {
+        // No memory for the lines.
+    }
+}
+
+term_event_proc::term_event_proc(_qid id) : event_proc(id, deferred{}, &term_event_proc::thread_ended) {
+    if (!started()) {  // nobody will take the lock, and nobody needs to be waited for
+        arm();
+        disarm();
+    }
+}
+
+void term_event_proc::arm() noexcept {
+    armed_ = true;
+    teardown_monitor().announce();
+}
+
+void term_event_proc::disarm() noexcept {
+    disarmed_ = true;
+    teardown_monitor().announce();
+}
+
+void term_event_proc::wait_armed() {
+    teardown_monitor().wait([this] { return armed_.load(); });
+}
+
+void term_event_proc::thread_ended(event_proc& worker) noexcept {
+    auto& self = static_cast<term_event_proc&>(worker);
+    if (self.owns_lock()) self.unlock("thread end");
+    self.armed_ = true;
+    self.disarmed_ = true;
+}
+
+}  // namespace spi

@@ -1,0 +1,73 @@
+// The lock on which a server's destructor waits until every worker has answered EC_TERM, and the worker that
+// owns one.
+#pragma once
+
+#include <atomic>
+#include <mutex>
+#include <string>
+
+#include "src/event/event_proc.h"
+#include "src/event/teardown.h"
+
+namespace spi {
+
+// Locked and unlocked by one thread only, the server's; any other thread waits by locking mutex() itself.
+class term_lock {
+ public:
+    term_lock() : lock_(mutex_, std::defer_lock) {}
+    // Unlocks if the lock is still owned.
+    virtual ~term_lock() = default;
+    term_lock(const term_lock&) = delete;
+    term_lock& operator=(const term_lock&) = delete;
+
+    // Throws std::system_error: operation not permitted (1) without a mutex, resource deadlock would occur
+    // (35) when it is owned already.
+    void lock() { lock_.lock(); }
+
+    // Never throws. A lock that is not owned yields two log lines: that the unlock by `who` is illicit, and
+    // why it failed.
+    void unlock(std::string&& who) noexcept;
+
+    bool owns_lock() const { return lock_.owns_lock(); }
+    std::mutex& mutex() { return mutex_; }
+
+ protected:
+    std::mutex mutex_;
+    std::unique_lock<std::mutex> lock_;
+};
+
+// A worker with a termination lock. Its thread takes the lock in pre(); it releases it at the latest when it
+// ends, so that whoever waits for it does not wait for a thread that is gone.
+class term_event_proc : public term_lock, public event_proc {
+ public:
+    // Stops the worker, then unlocks if the lock is still owned.
+    ~term_event_proc() override = default;
+
+ protected:
+    // The gate is closed: the derived class calls begin().
+    explicit term_event_proc(_qid id);
+
+    // Called by the derived class on the worker's thread: the lock was taken, or could not be.
+    void arm() noexcept;
+    // The lock has been released for good.
+    void disarm() noexcept;
+
+    // Waits until the thread has had its chance to take the lock. Without that, a destructor could be faster
+    // than the thread, and take the lock itself while workers are still to answer.
+    void wait_armed();
+    // Waits until the lock is released for good, or until `given_up()`, tested again whenever a worker's
+    // thread ends or an answer is lost. True when it is released.
+    template <class Condition>
+    bool wait_disarmed(Condition given_up) {
+        teardown_monitor().wait([&] { return disarmed_.load() || given_up(); });
+        return disarmed_;
+    }
+
+ private:
+    static void thread_ended(event_proc& worker) noexcept;
+
+    std::atomic<bool> armed_{false};
+    std::atomic<bool> disarmed_{false};
+};
+
+}  // namespace spi

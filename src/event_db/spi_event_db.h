@@ -1,0 +1,79 @@
+// The programme database worker (QID_EVTDB): keeps today's and tomorrow's programmes of every service, and
+// tells which one is on now and which comes next on the service that is being listened to.
+//
+// Filing is in schedule_store.cpp, now and next in now_next.cpp. All members are touched on the worker's own
+// thread only, so there is no lock; what leaves is copies.
+//
+// Times inside are minutes of the local day (0 to 1439) and local day numbers (MJD).
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <unordered_map>
+
+#include "src/event/event_proc.h"
+#include "src/parse/mot_date_time.h"
+#include "src/parse/pi_schedule_programme.h"
+#include "src/parse/serv_elem_id.h"
+
+namespace spi {
+
+// The programmes of one local day by their start minute. A start before midnight of the day that it is filed
+// under has a key that wrapped (65536 minus the minutes), which no search reaches.
+using DaySchedule = std::map<std::uint16_t, PiScheduleProgramme>;
+// The days of one service by their local day number. Shared, because the current timetable outlives its day's
+// removal.
+using ServiceSchedule = std::map<std::uint32_t, std::shared_ptr<DaySchedule>>;
+
+class SpiEventDb final : public event_proc {
+ public:
+    SpiEventDb();
+    ~SpiEventDb() override;
+
+    void process_event(event& e) override;
+
+    // ---- the store ----
+
+    // Files a programme if it starts today or tomorrow by the host's date, tells the listener notifier of it,
+    // and looks for now and next if one of them is missing. The first programme for a start minute wins. 0:
+    // filed, or the minute was taken; 1: refused (no date yet, no start day, another day).
+    int handle_programme(const ServElemId& service, const PiScheduleProgramme& programme);
+    // Drops the first day of every service, whatever day that is: the host's date is expected to move on by
+    // one day at a time. Deliberate: a date that jumps, or goes back, still retires exactly one day.
+    // Always 1.
+    int remove_tt_today();
+    // Empties everything but the current service and date. Of now and next only title and time are emptied.
+    // Always 0.
+    int clear_db();
+    // A walk over all days for debugging; without any effect.
+    void dump_db() const;
+
+    // ---- now and next ----
+
+    // Chooses the current timetable: the first day of the current service, or the second. 0: chosen; 1: there
+    // is none, and nothing changes.
+    int find_curtt(bool tomorrow);
+    // Each true when it replaced its programme. find_now and find_next need a current timetable.
+    bool find_now();
+    bool find_next();
+    // 0 after sending an update; 1 when nothing changed or no timetable is to be had.
+    int check_send_nownext();
+    // After a programme was filed for `service`.
+    int check_match(const ServElemId& service);
+    int cfu_service(const ServElemId& service);
+    int cfu_date_time(const MotDateTime& now);
+
+ private:
+    void send_nownext();
+
+    ServElemId current_service_;
+    MotDateTime current_time_;  // year 0: no date set yet
+    PiScheduleProgramme now_;
+    PiScheduleProgramme next_;
+    std::shared_ptr<DaySchedule>
+        current_timetable_;  // the day in which now is looked for; empty when none is chosen
+    std::unordered_map<ServElemId, ServiceSchedule, SeidHash> schedules_;
+};
+
+}  // namespace spi

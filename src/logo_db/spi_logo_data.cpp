@@ -1,0 +1,81 @@
+#include "src/logo_db/spi_logo_data.h"
+
+#include <ios>
+#include <locale>
+#include <mutex>
+#include <sstream>
+
+#include "src/logo_db/logo_files.h"
+
+namespace spi {
+namespace {
+
+constexpr std::uint32_t kFirst32BitSid = 0x10000;
+const char* const DIR_SEP = "/";
+
+struct shared_root {
+    std::mutex mutex;
+    std::string s_mRoot;  // guarded by mutex
+};
+
+// Never destroyed: a host may exit while a server lives.
+shared_root& logo_root() {
+    static auto& instance = *new shared_root;
+    return instance;
+}
+
+}  // namespace
+
+SpiLogoData::SpiLogoData(const SpiLogoInfo& announced)
+    : service_(announced.service), image_format_(announced.image_format), size_code_(announced.size_code) {
+    file_name_ = create_filename();
+}
+
+SpiLogoInfo SpiLogoData::get_meta() const {
+    SpiLogoInfo info;
+    info.service = service_;
+    info.image_format = image_format_;
+    info.size_code = size_code_;
+    info.name = file_name_;
+    return info;
+}
+
+std::string SpiLogoData::create_filename() const {
+    std::ostringstream name;
+    name.imbue(std::locale::classic());  // a host's locale may group digits: E,1C2,210
+    name << std::hex << std::uppercase;
+    if (service_.sid < kFirst32BitSid) {
+        name << unsigned{service_.ecc} << service_.sid << unsigned{service_.scids};
+    } else {
+        name << service_.sid;
+    }
+    name << '_' << unsigned{size_code_} << '.';
+    constexpr std::uint8_t kFormatJpeg = 1;
+    if (image_format_ == kFormatJpeg) name << "JPG";
+    if (image_format_ == kFormatPng) name << "PNG";
+    return name.str();
+}
+
+bool SpiLogoData::write_logo(const MotBody& body) const {
+    const std::string directory = root();
+    if (directory.empty() || !is_writable_logo(get_meta(), body.size)) return false;
+    return write_logo_file(directory + DIR_SEP + file_name_, body);
+}
+
+void SpiLogoData::set_root(const std::string& directory) {
+    const std::lock_guard<std::mutex> lock(logo_root().mutex);
+    logo_root().s_mRoot = directory;
+}
+
+std::string SpiLogoData::root() {
+    const std::lock_guard<std::mutex> lock(logo_root().mutex);
+    return logo_root().s_mRoot;
+}
+
+bool is_writable_logo(const SpiLogoInfo& logo, std::uint32_t body_size) {
+    return logo.service.sid != 0 && logo.service.ecc != 0 && !logo.name.empty() &&
+           logo.image_format == kFormatPng && logo.service.sid < kFirst32BitSid &&
+           body_size <= kLargestLogo && (logo.size_code == kSize128x128 || logo.size_code == kSize320x240);
+}
+
+}  // namespace spi

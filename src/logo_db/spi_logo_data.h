@@ -1,0 +1,60 @@
+// One announced logo of one station, and its file: the name that it gets in the logo root, and the writing of
+// it.
+//
+// Used on the logo worker's thread only, but for the root, which all servers of a process share.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "src/parse/mot_body.h"
+#include "src/parse/serv_elem_id.h"
+#include "src/parse/spi_logo_info.h"
+
+namespace spi {
+
+// Larger images are neither written nor cleaned up after.
+constexpr std::uint32_t kLargestLogo = 22528;  // bytes
+// The size classes that are written.
+constexpr std::uint8_t kSize128x128 = 3;
+constexpr std::uint8_t kSize320x240 = 4;
+// The format that is written.
+constexpr std::uint8_t kFormatPng = 2;
+
+class SpiLogoData {
+ public:
+    // From an announcement. Its string, the content name, is not kept; the file name is made instead.
+    explicit SpiLogoData(const SpiLogoInfo& announced);
+
+    // The record with the file name as its string.
+    SpiLogoInfo get_meta() const;
+
+    // ECC, service identifier and SCIdS, or a 32-bit service identifier alone; then "_", the size code, and
+    // ".JPG", ".PNG" or "."; numbers in upper-case hexadecimal without padding: E1C2210_3.PNG. A service
+    // identifier below 0x1000 or an ECC below 0x10 makes the station part shorter than the one that the
+    // searches in the logo root look for (logo_files.h). Deliberate: stations have four-digit identifiers and
+    // two-digit ECCs.
+    std::string create_filename() const;
+
+    // Writes the body to its file in the root, over any file that is there, without a temporary file. True
+    // when every byte is in the file. False, without touching the disk, for what is never written: no root,
+    // service identifier 0 or of 32 bits, ECC 0, another format than PNG (JPEG logos are announced but
+    // deliberately never written), more than kLargestLogo bytes, another size than 128 x 128 and 320 x 240.
+    bool write_logo(const MotBody& body) const;
+
+    // The logo directory; one for the whole library, empty until it is set. Any thread.
+    static void set_root(const std::string& directory);
+    static std::string root();
+
+ private:
+    ServElemId service_;
+    std::uint8_t image_format_;
+    std::uint8_t size_code_;
+    std::string file_name_;
+};
+
+// True when a logo of this service identifier, ECC, format, size code and name could be written: the
+// conditions that writing and cleaning up share.
+bool is_writable_logo(const SpiLogoInfo& logo, std::uint32_t body_size);
+
+}  // namespace spi

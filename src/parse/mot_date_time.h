@@ -1,0 +1,36 @@
+// A wall-clock date and time: the host's clock, and the local time of a programme. No seconds, no time zone.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/dabspi_export.h"
+
+namespace spi {
+
+struct DABSPI_EXPORT MotDateTime {
+    std::uint16_t year = 0;   // full year, 2016; 0 means "never set"
+    std::uint8_t month = 0;   // 1..12
+    std::uint8_t day = 0;     // 1..31
+    std::uint8_t hour = 0;    // 0..23
+    std::uint8_t minute = 0;  // 0..59
+
+    // Take over the host's texts: YYYYMMDD (exactly 8 characters) and HHMM (exactly 4). A text of another
+    // length changes nothing, silently. A part that is not all digits throws std::invalid_argument("stoi");
+    // parts before it keep their new values. There is no range check: "20161399" gives month 13, day 99.
+    void put_date(const std::string& text);
+    void put_time(const std::string& text);
+
+    std::string date() const;  // YYYY-MM-DD; the year is not padded
+    std::string time() const;  // HH:MM
+};
+
+inline bool operator==(const MotDateTime& a, const MotDateTime& b) {
+    return a.year == b.year && a.month == b.month && a.day == b.day && a.hour == b.hour &&
+           a.minute == b.minute;
+}
+inline bool operator!=(const MotDateTime& a, const MotDateTime& b) {
+    return !(a == b);
+}
+
+}  // namespace spi

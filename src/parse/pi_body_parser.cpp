@@ -1,0 +1,105 @@
+#include "src/parse/pi_body_parser.h"
+
+#include <utility>
+
+#include "src/event/payloads.h"
+#include "src/parse/spi_tags.h"
+
+namespace spi {
+namespace {
+
+// An identifier counts only with a service identifier and an ECC.
+bool is_set(const ServElemId& service) {
+    return service.sid != 0 && service.ecc != 0;
+}
+
+}  // namespace
+
+// scope (TS 102 371, element 0x24)
+int PiScheduleScope::parse(spi_parseable& scope) {
+    while (scope.has_more()) {
+        spi_parseable child(scope);
+        switch (child.tag) {
+            case TAG_SCOPE_START_TIME: start.parse(child); break;
+            case TAG_SCOPE_STOP_TIME: stop.parse(child); break;
+            case TAG_SERVICE_SCOPE: parse_seid(child, seid); break;
+            default: break;  // passed over when `child` closes
+        }
+    }
+    return 0;
+}
+
+// serviceScope (TS 102 371, element 0x25). The identifier is read from the attribute's content but bounded by
+// the element: an attribute that is too short takes what follows it in the element. Deliberate.
+int PiScheduleScope::parse_seid(spi_parseable& service_scope, ServElemId& service) {
+    while (service_scope.has_more()) {
+        spi_parseable attr(service_scope);
+        if (attr.tag == TAG_SERVICE_SCOPE_ID) service.parse(service_scope, eid);
+    }
+    return 0;
+}
+
+int PiScheduleScope::parse_content_id(spi_parseable& element) {
+    seid.parse(element, eid);
+    return 0;
+}
+
+PiBodyParser::PiBodyParser(event_proc& parser, std::uint16_t eid) : eid_(eid), parser_(parser) {
+    scope_.eid = eid;
+}
+
+int PiBodyParser::parse(MotBody&& body) {
+    ReadBuffer buffer(std::move(body));
+    while (buffer.in_body()) {
+        spi_parseable element(buffer);
+        if (element.tag == TAG_EPG) parse_epg(element);
+    }
+    return 0;
+}
+
+// epg (TS 102 371, element 0x02)
+int PiBodyParser::parse_epg(spi_parseable& epg) {
+    while (epg.has_more()) {
+        spi_parseable child(epg);
+        switch (child.tag) {
+            case TAG_TOKEN_TABLE: tokens_.parse(child); break;
+            case TAG_DEFAULT_CONTENT_ID: scope_.parse_content_id(child); break;
+            case TAG_SCHEDULE: parse_schedule(child); break;
+            default: break;  // passed over when `child` closes
+        }
+    }
+    return 0;
+}
+
+// schedule (TS 102 371, element 0x21)
+int PiBodyParser::parse_schedule(spi_parseable& schedule) {
+    while (schedule.has_more()) {
+        spi_parseable child(schedule);
+        switch (child.tag) {
+            case TAG_SCOPE: scope_.parse(child); break;
+            case TAG_PROGRAMME: parse_programme(child); break;
+            default: break;  // passed over when `child` closes
+        }
+    }
+    return 0;
+}
+
+int PiBodyParser::parse_programme(spi_parseable& element) {
+    PiScheduleProgramme programme;
+    programme.eid = eid_;
+    programme.parse(element, tokens_);
+
+    // The schedule's own service wins over the programme's bearer, whatever that says.
+    const ServElemId* service = nullptr;
+    if (is_set(scope_.seid)) {
+        service = &scope_.seid;
+    } else if (is_set(programme.bearer)) {
+        service = &programme.bearer;
+    } else {
+        return 0;
+    }
+    parser_.send(std::make_shared<pi_programme_event>(*service, programme), QID_EVTDB);
+    return 0;
+}
+
+}  // namespace spi

@@ -1,0 +1,51 @@
+// Walks one programme information object (TS 102 371, epg) and sends each programme with its service to the
+// programme database. Built by the parser worker for one object, on its stack and thread; used once.
+//
+// Nothing is reported. Truncated or malformed content leaves sentinel values in the fields concerned; a
+// programme is sent all the same as long as a service was found for it, and dropped silently otherwise.
+#pragma once
+
+#include <cstdint>
+
+#include "src/event/event_proc.h"
+#include "src/parse/mot_body.h"
+#include "src/parse/serv_elem_id.h"
+#include "src/parse/spi_parseable.h"
+#include "src/parse/spi_time_point.h"
+#include "src/parse/spi_token_table.h"
+
+namespace spi {
+
+// What the schedule is for. Once a service has been read it holds for every later programme of the object: it
+// is not reset between schedules.
+struct PiScheduleScope {
+    ServElemId seid;        // zero until a scope or content identifier of the right ensemble is read
+    std::uint16_t eid = 0;  // identifiers on other ensembles are not accepted
+    SpiTimePoint start;     // coded validity; kept, not used
+    SpiTimePoint stop;
+
+    // All return 0.
+    int parse(spi_parseable& scope);
+    int parse_seid(spi_parseable& service_scope, ServElemId& service);
+    int parse_content_id(spi_parseable& element);
+};
+
+class PiBodyParser {
+ public:
+    // Events are sent in the name of `parser`. `eid` is the ensemble being received, 0 while none is known.
+    PiBodyParser(event_proc& parser, std::uint16_t eid);
+
+    // Takes over the body, walks it, frees it. All return 0.
+    int parse(MotBody&& body);
+    int parse_epg(spi_parseable& epg);
+    int parse_schedule(spi_parseable& schedule);
+    int parse_programme(spi_parseable& programme);
+
+ private:
+    const std::uint16_t eid_;
+    event_proc& parser_;
+    PiScheduleScope scope_;
+    SpiTokenTable tokens_;
+};
+
+}  // namespace spi

@@ -1,0 +1,51 @@
+#include "src/parse/si_body_parser.h"
+
+#include <utility>
+
+#include "src/event/payloads.h"
+#include "src/parse/spi_tags.h"
+
+namespace spi {
+
+SiBodyParser::SiBodyParser(event_proc& parser) : parser_(parser) {}
+
+int SiBodyParser::parse(ServElemId seid, MotBody&& body) {
+    seid_ = seid;
+    ReadBuffer buffer(std::move(body));
+    while (buffer.in_body()) {
+        spi_parseable element(buffer);
+        if (element.tag == TAG_SERVICE_INFORMATION) parse_si(element);
+    }
+    return 0;
+}
+
+// serviceInformation (TS 102 371, element 0x03)
+int SiBodyParser::parse_si(spi_parseable& service_information) {
+    while (service_information.has_more()) {
+        spi_parseable child(service_information);
+        switch (child.tag) {
+            case TAG_TOKEN_TABLE: tokens_.parse(child); break;
+            case TAG_ENSEMBLE: parse_ensemble(child); break;
+            default: break;  // passed over when `child` closes
+        }
+    }
+    return 0;
+}
+
+// ensemble (TS 102 371, element 0x26)
+int SiBodyParser::parse_ensemble(spi_parseable& ensemble) {
+    while (ensemble.has_more()) {
+        spi_parseable child(ensemble);
+        if (child.tag == TAG_SERVICE) parse_service(child);
+    }
+    return 0;
+}
+
+int SiBodyParser::parse_service(spi_parseable& service) {
+    SiServiceInfo info;
+    info.parse(service, tokens_);
+    parser_.send(std::make_shared<si_service_event>(seid_, std::move(info)), QID_LOGODB);
+    return 0;
+}
+
+}  // namespace spi

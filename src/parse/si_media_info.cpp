@@ -1,0 +1,82 @@
+#include "src/parse/si_media_info.h"
+
+#include "src/parse/spi_parseable.h"
+#include "src/parse/spi_token_table.h"
+
+namespace spi {
+namespace {
+
+constexpr std::uint8_t kUnknownFormat = 0;
+constexpr std::uint8_t kJpeg = 1;
+constexpr std::uint8_t kPng = 2;
+
+constexpr std::size_t kLongestExtension = 8;
+
+}  // namespace
+
+int SiMediaInfo::parse_mime(spi_parseable& attr, SpiTokenTable& tokens) {
+    if (mime.empty()) attr.buf.read_string(mime, attr.content_left(), tokens);
+    return 0;
+}
+
+int SiMediaInfo::parse_url(spi_parseable& attr, SpiTokenTable& tokens) {
+    if (url.empty()) attr.buf.read_string(url, attr.content_left(), tokens);
+    return 0;
+}
+
+void SiMediaInfo::set_type(unsigned char type) {
+    constexpr unsigned char kColourSquare = 4;
+    constexpr unsigned char kColourRectangle = 6;
+    if (type == kColourSquare) {
+        width = 32;
+        height = 32;
+    } else if (type == kColourRectangle) {
+        width = 112;
+        height = 32;
+    }
+}
+
+int SiMediaInfo::get_fmt() {
+    if (height == 0) {
+        height = width;
+    } else if (width == 0) {
+        width = height;
+    }
+    const auto is = [this](int w, int h) { return width == w && height == h; };
+    if (is(32, 32)) return 1;
+    if (is(112, 32)) return 2;
+    if (is(128, 128)) return 3;
+    if (is(320, 240)) return 4;
+    if (is(600, 600)) return 5;
+    if (is(0, 0)) return 0;
+    return 6;
+}
+
+std::string SiMediaInfo::get_ext() const {
+    const std::size_t dot = url.rfind('.');
+    return url.substr(dot == std::string::npos ? 0 : dot + 1, kLongestExtension);
+}
+
+SpiLogoInfo SiMediaInfo::logo_info() {
+    SpiLogoInfo logo;
+    logo.service = id;
+    if (mime == "image/jpeg") {
+        logo.image_format = kJpeg;
+    } else if (mime == "image/png") {
+        logo.image_format = kPng;
+    } else {
+        const std::string ext = get_ext();
+        if (ext == "png" || ext == "PNG") {
+            logo.image_format = kPng;
+        } else if (ext == "JPG" || ext == "jpg" || ext == "jpeg") {
+            logo.image_format = kJpeg;
+        } else {
+            logo.image_format = kUnknownFormat;
+        }
+    }
+    logo.size_code = static_cast<std::uint8_t>(get_fmt());
+    logo.name = url;
+    return logo;
+}
+
+}  // namespace spi

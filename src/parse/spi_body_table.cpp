@@ -1,0 +1,14 @@
+#include "src/parse/spi_body_table.h"
+
+namespace spi {
+
+bool SpiBodyTable::has_body(const std::string& name, unsigned size, const ServElemId& service) {
+    name_table& names = bodies_.try_emplace(service, kBucketHint).first->second;
+    const auto [known, is_new] = names.try_emplace(name, size);
+    if (is_new) return false;
+    if (known->second == size) return true;
+    known->second = size;
+    return false;
+}
+
+}  // namespace spi

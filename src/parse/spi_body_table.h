@@ -1,0 +1,32 @@
+// Which SPI objects have been parsed already: a carousel repeats them all day.
+//
+// On the parser worker's thread only. Grows with every new service and content name, until it is emptied.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+#include "src/parse/serv_elem_id.h"
+
+namespace spi {
+
+class SpiBodyTable {
+ public:
+    SpiBodyTable() : bodies_(kBucketHint) {}
+
+    // True when an object of this name and size (bytes) was seen on this service; otherwise it is remembered.
+    // Only the size tells a new version: an object that changes without changing its size is deliberately
+    // taken as already parsed.
+    bool has_body(const std::string& name, unsigned size, const ServElemId& service);
+
+    void clear() { bodies_.clear(); }
+
+ private:
+    static constexpr std::size_t kBucketHint = 10;
+
+    using name_table = std::unordered_map<std::string, std::uint32_t>;
+    std::unordered_map<ServElemId, name_table, SeidHash> bodies_;
+};
+
+}  // namespace spi

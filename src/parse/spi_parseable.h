@@ -1,0 +1,55 @@
+// The scope of one element or attribute over a ReadBuffer. Lives on the stack of the function that handles
+// the element.
+//
+// The constructor reads tag and length, the destructor moves the buffer to the element's end, whatever was
+// read in between: this is how unknown elements and attributes are passed over. A handler therefore reads
+// what it knows and leaves the rest:
+//
+//     while (element.has_more()) {
+//         spi_parseable child(element);
+//         switch (child.tag) { ... }
+//     }
+#pragma once
+
+#include <cstdint>
+
+#include "src/parse/read_buffer.h"
+
+namespace spi {
+
+class spi_parseable {
+ public:
+    // Opens the element at the buffer's position.
+    explicit spi_parseable(ReadBuffer& buffer);
+    // Opens a child element at the position of the parent's buffer.
+    spi_parseable(spi_parseable& parent);
+    ~spi_parseable() { buf.pos = end; }
+    spi_parseable(const spi_parseable&) = delete;
+    spi_parseable& operator=(const spi_parseable&) = delete;
+
+    ReadBuffer& buf;
+    std::uint8_t tag = 0;   // ReadBuffer::kNoTag when there was none
+    std::uint32_t len = 0;  // as coded; the content may be shorter, see content_left
+    std::uint32_t end;      // the position behind the content, as claimed: it may lie past the body
+
+    // True while this element claims content and the body has bytes: the condition of every loop over
+    // children. Past the end of the body there is nothing to find, however far the element claims to reach.
+    bool has_more() const { return end > buf.pos && buf.in_body(); }
+
+    // True when `count` bytes remain up to the claimed end. What the body does not hold then reads as all
+    // ones.
+    bool holds(std::uint32_t count) const { return end > buf.pos && end - buf.pos >= count; }
+
+    // Bytes of content that are left and that the body holds: the length for every read of a string.
+    std::uint32_t content_left() const;
+
+    // Reads bounded by the scope: what lies at or beyond its end counts as all ones, and the position stays.
+    std::uint8_t ru8() { return holds(1) ? buf.ru8() : std::uint8_t{255}; }
+    std::uint16_t ru16() { return holds(2) ? buf.ru16() : std::uint16_t{65535}; }
+    std::uint32_t ru32() { return holds(4) ? buf.ru32() : 0xFFFFFFFFU; }
+
+ private:
+    void open();
+};
+
+}  // namespace spi

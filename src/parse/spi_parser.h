@@ -1,0 +1,40 @@
+// The parser worker (QID_PARSE): tells service information from programme information, passes over objects
+// that it has parsed already, and hands the others to their parsers, which send what they find.
+//
+// All of its members are touched on its own thread only, so there is no lock.
+#pragma once
+
+#include <cstdint>
+
+#include "src/event/event_proc.h"
+#include "src/parse/mot_body.h"
+#include "src/parse/mot_date_time.h"
+#include "src/parse/serv_elem_id.h"
+#include "src/parse/spi_body_table.h"
+
+namespace spi {
+
+class SpiParser final : public event_proc {
+ public:
+    SpiParser();
+    ~SpiParser() override;
+
+    void process_event(event& e) override;
+
+    // A new day empties the table of parsed objects, so that each is parsed again. Only the day field is
+    // compared: from 2 March to 2 April is deliberately no change. The very first date empties nothing.
+    // Always 0.
+    int handle_date_time(const MotDateTime& now);
+
+    // The object is remembered even when its sub-type is none that is parsed; a later object of the same name
+    // and size is then passed over whatever its sub-type.
+    void handle_body_spi(const MotBodyMetadata& metadata, MotBody&& body, ServElemId service);
+
+ private:
+    MotDateTime last_time_;  // year 0: no date received yet
+    std::uint16_t eid_ =
+        0;  // the current ensemble; 0: none known, only identifiers with ensemble 0 are accepted
+    SpiBodyTable bodies_;
+};
+
+}  // namespace spi

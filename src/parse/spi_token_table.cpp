@@ -1,0 +1,33 @@
+#include "src/parse/spi_token_table.h"
+
+#include <utility>
+
+namespace spi {
+namespace {
+
+// Token texts are counted in eight bits.
+constexpr std::uint32_t kLongestTokenText = 255;
+
+}  // namespace
+
+SpiTokenTable::SpiTokenTable()
+    : codes_{0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08, 0x0B, 0x0C, 0x0E, 0x0F, 0x10, 0x11, 0x12, 0x13},
+      tokens_(10) {}
+
+void SpiTokenTable::parse(spi_parseable& scope) {
+    while (scope.has_more()) {
+        spi_parseable token(scope);
+        // The code is not tested against the 16: a table may define 0x09, and no string will ever ask for it.
+        if (!token.has_more() || token.len > kLongestTokenText) continue;
+        std::string text;
+        token.buf.read_string(text, token.content_left());
+        if (!text.empty()) tokens_.emplace(token.tag, std::move(text));  // keeps the first definition
+    }
+}
+
+std::string SpiTokenTable::get_token(unsigned char code) const {
+    const auto found = tokens_.find(code);
+    return found == tokens_.end() ? std::string() : found->second;
+}
+
+}  // namespace spi
