@@ -42,16 +42,12 @@ class recording_reader {
         recording_line read = read_recording_line(line, files_);
         for (std::string& error : read.errors)
             result_.errors.push_back({line_, std::move(error)});
-        // A recording with errors is never fed: what else is read is only checked.
-        if (read.what && result_.errors.empty()) result_.calls.push_back({line_, std::move(*read.what)});
+        if (read.what) result_.calls.push_back({line_, std::move(*read.what)});
     }
 
     void fail(const std::string& why) { result_.errors.push_back({0, why}); }
 
-    recording finish() {
-        if (!result_.errors.empty()) result_.calls.clear();
-        return std::move(result_);
-    }
+    recording finish() { return std::move(result_); }
 
  private:
     body_files files_;

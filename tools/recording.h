@@ -57,8 +57,8 @@ struct recording_error {
 };
 
 struct recording {
-    std::string name;  // as it was given; "<stdin>" for standard input
-    std::vector<call> calls;
+    std::string name;                     // as it was given; "<stdin>" for standard input
+    std::vector<call> calls;              // those without an error; not to be fed while there are errors
     std::vector<recording_error> errors;  // in the order of the lines
 };
 
