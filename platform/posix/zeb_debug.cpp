@@ -25,8 +25,9 @@ void write_all(const char* text, std::size_t size) {
 }
 
 // Renders into a fixed buffer: a message must come out even when memory has run out.
-void print(ZebDebugMessage::channel_t channel, const char* source, const char* function, int line, int tag,
-           const char* format, std::va_list arguments) {
+__attribute__((format(printf, 6, 0))) void print(ZebDebugMessage::channel_t channel, const char* source,
+                                                 const char* function, int line, int tag, const char* format,
+                                                 std::va_list arguments) {
     if (const ZebDebugSink sink = debug_sink.load()) {
         char text[kMaxMessage];
         std::vsnprintf(text, sizeof text, format, arguments);
