@@ -1,0 +1,20 @@
+// What every subcommand of dabspi looks like to main.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace dabspi {
+
+// Exit statuses of every subcommand.
+constexpr int EXIT_DONE = 0;
+constexpr int EXIT_FAILED = 1;    // the input was good, something else went wrong
+constexpr int EXIT_UNUSABLE = 2;  // bad usage, or an input that cannot be used
+
+// A subcommand: its part of the command line, and its work, done after the command line was read.
+struct command {
+    CLI::App* arguments = nullptr;  // owned by the whole command line
+    std::function<int()> run;  // gives the exit status; may throw std::exception with a text for the user
+};
+
+}  // namespace dabspi

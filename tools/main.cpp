@@ -1,0 +1,75 @@
+// dabspi: the library on a desk. Every subcommand has a file of its own; this one is their table of contents.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <vector>
+
+#include "tools/command.h"
+#include "tools/complain.h"
+#include "tools/replay_command.h"
+
+namespace {
+
+// A standard descriptor that the caller has closed would be given to the next file that is opened, and what
+// is printed would end up in that file. One that refuses to be used takes its place.
+void occupy_closed_descriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) == -1)
+            ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
+// For --help and --version, which are printed by the command-line parser.
+int printed(int status) {
+    std::cout.flush();
+    if (std::cout) return status;
+    dabspi::complain("cannot write to standard output");
+    return dabspi::EXIT_FAILED;
+}
+
+int run(int argc, char** argv) {
+    CLI::App app("DAB Service and Programme Information (ETSI TS 102 371) on a desk", "dabspi");
+    app.set_version_flag("--version", "dabspi " DABSPI_VERSION, "Print the version and exit");
+    app.footer(
+        "\"dabspi COMMAND --help\" tells more of a command.\n"
+        "\n"
+        "Examples:\n"
+        "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
+        "  dabspi replay --json --api core day.jsonl");
+    const std::vector<dabspi::command> commands = {
+        dabspi::add_replay_command(app),
+    };
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? printed(dabspi::EXIT_DONE) : dabspi::EXIT_UNUSABLE;
+    }
+    for (const dabspi::command& each : commands) {
+        if (each.arguments->parsed()) return each.run();
+    }
+    dabspi::complain("a command is needed");
+    std::cerr << app.help();
+    return dabspi::EXIT_UNUSABLE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    occupy_closed_descriptors();
+    std::signal(SIGPIPE,
+                SIG_IGN);  // a closed pipe shows up where it is written to, and temporary files get removed
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        dabspi::complain("out of memory");
+    } catch (const std::exception& error) {
+        dabspi::complain(error.what());
+    }
+    return dabspi::EXIT_FAILED;
+}

@@ -1,0 +1,34 @@
+// A line on a terminal that tells how far a long replay has come. It appears only when the work takes longer
+// than a person waits without wondering, and leaves nothing behind.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+
+namespace dabspi {
+
+class progress_line {
+ public:
+    using clock = std::function<std::chrono::steady_clock::time_point()>;
+
+    // With `shown` false, nothing is ever written. `total` is what update() counts towards.
+    progress_line(int descriptor, bool shown, std::size_t total, clock now = std::chrono::steady_clock::now);
+    ~progress_line() { erase(); }
+    progress_line(const progress_line&) = delete;
+    progress_line& operator=(const progress_line&) = delete;
+
+    void update(std::size_t done);
+    // Before anything else is written to the terminal; the next update draws the line again.
+    void erase();
+
+ private:
+    int descriptor_;
+    bool shown_;
+    std::size_t total_;
+    clock now_;
+    std::chrono::steady_clock::time_point next_;  // not drawn before
+    bool drawn_ = false;
+};
+
+}  // namespace dabspi

@@ -1,0 +1,75 @@
+// A recording: what a host fed to the library, call by call, as JSON Lines. This reader serves `dabspi
+// replay`, the tests and the benchmarks; it knows nothing of the library, only of the format.
+//
+// The whole recording is checked while it is read: every line, every number's range, every body file. Nothing
+// is thrown for a bad recording: what is wrong stands in `errors`, and a recording with errors must not be
+// fed. Memory: all bodies are held; a file that is named many times is read and held once.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace dabspi {
+
+using bytes = std::vector<std::uint8_t>;
+
+struct service_id {
+    std::uint32_t sid = 0;
+    std::uint8_t ecc = 0;
+    std::uint8_t scids = 0;
+};
+
+// The host's own texts. A text of 8 (date) or 4 (time) bytes is all digits; one of another length leaves its
+// part of the date and time zero, as it would for a host.
+struct set_date_time {
+    std::string date;
+    std::string time;
+};
+
+struct set_current_service {
+    service_id service;
+    std::uint16_t ensemble = 0;
+};
+
+struct feed_mot_body {
+    std::uint8_t content_type = 0;
+    std::uint16_t content_subtype = 0;
+    std::string content_name;  // UTF-8
+    service_id service;
+    std::shared_ptr<const bytes> body;  // never null; shared between all calls that name the same file
+};
+
+struct resend_now_next {};
+
+struct call {
+    std::size_t line = 0;  // counted from 1
+    std::variant<set_date_time, set_current_service, feed_mot_body, resend_now_next> what;
+};
+
+struct recording_error {
+    std::size_t line = 0;  // 0: the recording as a whole
+    std::string text;
+};
+
+struct recording {
+    std::string name;                     // as it was given; "<stdin>" for standard input
+    std::vector<call> calls;              // those without an error; not to be fed while there are errors
+    std::vector<recording_error> errors;  // in the order of the lines
+};
+
+// `path` "-" is standard input; body files are then relative to the current directory, else to the
+// recording's own.
+recording read_recording(const std::string& path);
+
+// The same for a text in memory.
+recording parse_recording(std::string_view text, const std::string& name, const std::string& directory);
+
+// "FILE:LINE: what is wrong", or "FILE: what is wrong" for an error without a line.
+std::string error_text(const recording& of, const recording_error& error);
+
+}  // namespace dabspi
