@@ -16,7 +16,7 @@ namespace dabspi {
 
 namespace {
 
-constexpr auto LONGEST_BODY = std::numeric_limits<std::uint32_t>::max();  // a body's size has 32 bits
+constexpr auto kLongestBody = std::numeric_limits<std::uint32_t>::max();  // a body's size has 32 bits
 
 body_files::result refused(const std::string& file, const std::string& path, const std::string& why) {
     std::string text = "cannot read the body file " + in_quotes(file, 200);
@@ -44,8 +44,8 @@ body_files::result read_regular_file(const std::string& file, const std::string&
     bytes content;
     std::size_t filled = 0;
     // One byte more than the file holds, so that its end is met without growing the buffer.
-    if (status.st_size <= LONGEST_BODY) content.resize(static_cast<std::size_t>(status.st_size) + 1);
-    while (filled <= LONGEST_BODY && !content.empty()) {
+    if (status.st_size <= kLongestBody) content.resize(static_cast<std::size_t>(status.st_size) + 1);
+    while (filled <= kLongestBody && !content.empty()) {
         if (filled == content.size()) content.resize(2 * content.size());  // it grows while it is read
         const ssize_t got = ::read(descriptor, content.data() + filled, content.size() - filled);
         if (got < 0 && errno == EINTR) continue;
@@ -57,7 +57,7 @@ body_files::result read_regular_file(const std::string& file, const std::string&
         filled += static_cast<std::size_t>(got);
     }
     return refused(file, path,
-                   "it is longer than the longest body of " + std::to_string(LONGEST_BODY) + " bytes");
+                   "it is longer than the longest body of " + std::to_string(kLongestBody) + " bytes");
 }
 
 }  // namespace

@@ -7,9 +7,9 @@
 namespace dabspi {
 
 // Exit statuses of every subcommand.
-constexpr int EXIT_DONE = 0;
-constexpr int EXIT_FAILED = 1;    // the input was good, something else went wrong
-constexpr int EXIT_UNUSABLE = 2;  // bad usage, or an input that cannot be used
+constexpr int kExitDone = 0;
+constexpr int kExitFailed = 1;    // the input was good, something else went wrong
+constexpr int kExitUnusable = 2;  // bad usage, or an input that cannot be used
 
 // A subcommand: its part of the command line, and its work, done after the command line was read.
 struct command {

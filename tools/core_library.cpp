@@ -11,7 +11,7 @@ namespace dabspi {
 
 namespace {
 
-constexpr std::uint16_t SPI_APPLICATION = 7;  // the DAB user application type of SPI
+constexpr std::uint16_t kSpiApplication = 7;  // the DAB user application type of SPI
 
 service_id from(const spi::ServElemId& id) {
     return {id.sid, id.ecc, id.scids};
@@ -66,7 +66,7 @@ class core_library final : public fed_library {
     }
     void feed(const feed_mot_body& object) override {
         spi::MotBodyMetadata metadata;
-        metadata.user_application_type = SPI_APPLICATION;
+        metadata.user_application_type = kSpiApplication;
         metadata.content_type = object.content_type;
         metadata.content_subtype = object.content_subtype;
         metadata.content_name = object.content_name;

@@ -6,7 +6,7 @@ namespace dabspi {
 
 namespace {
 
-constexpr int SIGNALS[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t noted_signal = 0;
 
@@ -18,7 +18,7 @@ void note(int signal) {
 
 interrupt_watch::interrupt_watch() {
     noted_signal = 0;
-    for (const int signal : SIGNALS) {
+    for (const int signal : kSignals) {
         struct sigaction before {};
         if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
         struct sigaction action {};
@@ -32,7 +32,7 @@ interrupt_watch::interrupt_watch() {
 }
 
 interrupt_watch::~interrupt_watch() {
-    for (const int signal : SIGNALS) {
+    for (const int signal : kSignals) {
         struct sigaction now {};
         if (::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == note) ::signal(signal, SIG_DFL);
     }

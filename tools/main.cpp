@@ -29,7 +29,7 @@ int printed(int status) {
     std::cout.flush();
     if (std::cout) return status;
     dabspi::complain("cannot write to standard output");
-    return dabspi::EXIT_FAILED;
+    return dabspi::kExitFailed;
 }
 
 int run(int argc, char** argv) {
@@ -48,14 +48,14 @@ int run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? printed(dabspi::EXIT_DONE) : dabspi::EXIT_UNUSABLE;
+        return app.exit(error) == 0 ? printed(dabspi::kExitDone) : dabspi::kExitUnusable;
     }
     for (const dabspi::command& each : commands) {
         if (each.arguments->parsed()) return each.run();
     }
     dabspi::complain("a command is needed");
     std::cerr << app.help();
-    return dabspi::EXIT_UNUSABLE;
+    return dabspi::kExitUnusable;
 }
 
 }  // namespace
@@ -71,5 +71,5 @@ int main(int argc, char** argv) {
     } catch (const std::exception& error) {
         dabspi::complain(error.what());
     }
-    return dabspi::EXIT_FAILED;
+    return dabspi::kExitFailed;
 }

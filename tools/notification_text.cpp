@@ -11,9 +11,9 @@ namespace dabspi {
 
 namespace {
 
-constexpr std::size_t CLOCK_WIDTH = 16;    // 2026-03-02 10:30
-constexpr std::size_t SERVICE_WIDTH = 9;   // E1.C221.0; a 32-bit identifier makes its line longer
-constexpr std::size_t DURATION_WIDTH = 4;  // 1092 minutes is the longest there is
+constexpr std::size_t kClockWidth = 16;    // 2026-03-02 10:30
+constexpr std::size_t kServiceWidth = 9;   // E1.C221.0; a 32-bit identifier makes its line longer
+constexpr std::size_t kDurationWidth = 4;  // 1092 minutes is the longest there is
 
 std::string padded(std::string text, std::size_t width) {
     if (text.size() < width) text.append(width - text.size(), ' ');
@@ -34,7 +34,7 @@ std::string service_text(const service_id& service) {
 // The columns in front of every notification.
 std::string columns(const moment& at, const std::optional<service_id>& service) {
     const std::string clock = at.clock ? date_and_time(*at.clock) : "-";
-    return padded(clock, CLOCK_WIDTH) + "  " + padded(service ? service_text(*service) : "-", SERVICE_WIDTH) +
+    return padded(clock, kClockWidth) + "  " + padded(service ? service_text(*service) : "-", kServiceWidth) +
            "  ";
 }
 
@@ -46,7 +46,7 @@ bool is_empty(const programme& of) {
 std::string programme_text(const programme& of) {
     if (is_empty(of)) return "-\n";
     std::string minutes = std::to_string(of.duration);
-    if (minutes.size() < DURATION_WIDTH) minutes.insert(0, DURATION_WIDTH - minutes.size(), ' ');
+    if (minutes.size() < kDurationWidth) minutes.insert(0, kDurationWidth - minutes.size(), ' ');
     return date_and_time(of.start) + "  " + minutes + " min  " + printable(of.name) + "\n";
 }
 

@@ -8,7 +8,7 @@
 namespace dabspi {
 
 namespace {
-constexpr std::size_t MUCH = 64 * 1024;
+constexpr std::size_t kMuch = 64 * 1024;
 }
 
 output::output(int descriptor, std::function<bool()> interrupted)
@@ -17,7 +17,7 @@ output::output(int descriptor, std::function<bool()> interrupted)
 bool output::write(std::string_view text) {
     if (error_ != 0) return false;
     kept_ += text;
-    return kept_.size() < MUCH || flush();
+    return kept_.size() < kMuch || flush();
 }
 
 bool output::flush() {

@@ -15,10 +15,10 @@ namespace {
 using std::chrono::milliseconds;
 
 // Long waits come in pieces, so that a user who has seen enough is not kept waiting for a library that hangs.
-constexpr milliseconds PIECE{500};
+constexpr milliseconds kPiece{500};
 
 // What one more call may add to the wait at the end when there was none before.
-constexpr milliseconds UNWAITED_CALL{100};
+constexpr milliseconds kUnwaitedCall{100};
 
 class player {
  public:
@@ -38,7 +38,7 @@ class player {
         }
         if (!settings_.wait_after_each_call) {
             at_ = {};  // the notifications came at moments that nobody knows
-            if (!settle(settings_.longest_wait + from.calls.size() * UNWAITED_CALL)) return end_;
+            if (!settle(settings_.longest_wait + from.calls.size() * kUnwaitedCall)) return end_;
         }
         return play_end::finished;
     }
@@ -68,8 +68,8 @@ class player {
     bool settle() { return settle(settings_.longest_wait); }
     bool settle(milliseconds left) {
         bool quiet = false;
-        for (; !quiet && left > milliseconds(0); left -= PIECE) {
-            quiet = spi::wait_until_quiet(std::min(left, PIECE));
+        for (; !quiet && left > milliseconds(0); left -= kPiece) {
+            quiet = spi::wait_until_quiet(std::min(left, kPiece));
             if (!quiet && !go_on()) break;
         }
         if (!quiet) {

@@ -9,8 +9,8 @@ namespace dabspi {
 
 namespace {
 
-constexpr std::chrono::milliseconds PATIENCE{1000};
-constexpr std::chrono::milliseconds REFRESH{200};
+constexpr std::chrono::milliseconds kPatience{1000};
+constexpr std::chrono::milliseconds kRefresh{200};
 
 void put(int descriptor, const std::string& text) {
     // A progress line that cannot be written is no loss.
@@ -20,13 +20,17 @@ void put(int descriptor, const std::string& text) {
 }  // namespace
 
 progress_line::progress_line(int descriptor, bool shown, std::size_t total, clock now)
-    : descriptor_(descriptor), shown_(shown), total_(total), now_(std::move(now)), next_(now_() + PATIENCE) {}
+    : descriptor_(descriptor),
+      shown_(shown),
+      total_(total),
+      now_(std::move(now)),
+      next_(now_() + kPatience) {}
 
 void progress_line::update(std::size_t done) {
     if (!shown_) return;
     const auto now = now_();
     if (now < next_) return;
-    next_ = now + REFRESH;
+    next_ = now + kRefresh;
     drawn_ = true;
     put(descriptor_, "\rdabspi: " + std::to_string(done) + " of " + std::to_string(total_) + " calls\033[K");
 }

@@ -15,7 +15,7 @@ namespace dabspi {
 
 namespace {
 
-constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // Takes the lines of one recording, in order.
 class recording_reader {
@@ -27,14 +27,14 @@ class recording_reader {
     void take(std::string_view line) {
         ++line_;
         if (!line.empty() && line.back() == '\n') line.remove_suffix(1);
-        if (line.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
+        if (line.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
             // Some editors put one at the beginning of a file; further down it means that files were joined.
             if (line_ != 1) {
                 result_.errors.push_back(
                     {line_, "a byte order mark (EF BB BF) may only stand at the beginning; remove it"});
                 return;
             }
-            line.remove_prefix(BYTE_ORDER_MARK.size());
+            line.remove_prefix(kByteOrderMark.size());
         }
         // The carriage return of a CR LF line end is a blank like any other.
         const auto first = line.find_first_not_of(" \t\r");

@@ -32,13 +32,13 @@ struct replay_options {
     bool keep = false;
 };
 
-constexpr std::size_t MOST_ERRORS = 100;
+constexpr std::size_t kMostErrors = 100;
 
 void report_errors(const recording& of) {
     std::string text;
     std::size_t left = of.errors.size();
     for (const recording_error& error : of.errors) {
-        if (of.errors.size() - left == MOST_ERRORS) break;
+        if (of.errors.size() - left == kMostErrors) break;
         text += error_text(of, error) + "\n";
         --left;
     }
@@ -78,16 +78,16 @@ int play_and_print(const recording& from, const replay_options& options, const s
         complain(
             "the library did not come to rest: one of its workers has ended or hangs; the replay is not "
             "complete");
-        return EXIT_FAILED;
+        return kExitFailed;
     }
     if (standard_output.error() != 0) {
         // A reader that has read enough is no reason for a message.
         if (standard_output.error() != EPIPE && interrupt_watch::noted() == 0)
             complain("cannot write to standard output: " +
                      std::generic_category().message(standard_output.error()));
-        return EXIT_FAILED;
+        return kExitFailed;
     }
-    return end == play_end::finished ? EXIT_DONE : EXIT_FAILED;
+    return end == play_end::finished ? kExitDone : kExitFailed;
 }
 
 int replay(const replay_options& options) {
@@ -95,10 +95,10 @@ int replay(const replay_options& options) {
     refuse_missing_calls(from, options.api == "core" ? library_api::core : library_api::wrapper);
     if (!from.errors.empty()) {
         report_errors(from);
-        return EXIT_UNUSABLE;
+        return kExitUnusable;
     }
 
-    int status = EXIT_FAILED;
+    int status = kExitFailed;
     int signal = 0;
     {
         const interrupt_watch watch;  // from here on there is something to tidy up

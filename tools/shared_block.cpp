@@ -15,8 +15,8 @@ namespace dabspi {
 
 namespace {
 
-constexpr std::uint32_t PAYLOAD_BYTES = 5136;
-constexpr std::size_t BLOCK_BYTES = sizeof PAYLOAD_BYTES + PAYLOAD_BYTES;
+constexpr std::uint32_t kPayloadBytes = 5136;
+constexpr std::size_t kBlockBytes = sizeof kPayloadBytes + kPayloadBytes;
 
 std::runtime_error failure(const std::string& block, const std::string& what, int error) {
     return std::runtime_error("the shared data block " + block + " " + what + ": " +
@@ -27,14 +27,14 @@ std::runtime_error failure(const std::string& block, const std::string& what, in
 
 lent_storage_path::lent_storage_path(const std::string& path, const std::string& block)
     : name_("/" + block), lock_(block.c_str()) {
-    if (path.size() >= PAYLOAD_BYTES) {
+    if (path.size() >= kPayloadBytes) {
         throw std::runtime_error("the storage path is " + std::to_string(path.size()) +
                                  " bytes long; the shared data block holds at most " +
-                                 std::to_string(PAYLOAD_BYTES - 1));
+                                 std::to_string(kPayloadBytes - 1));
     }
-    std::vector<char> content(sizeof PAYLOAD_BYTES + path.size() + 1);
-    std::memcpy(content.data(), &PAYLOAD_BYTES, sizeof PAYLOAD_BYTES);
-    std::memcpy(content.data() + sizeof PAYLOAD_BYTES, path.c_str(), path.size() + 1);
+    std::vector<char> content(sizeof kPayloadBytes + path.size() + 1);
+    std::memcpy(content.data(), &kPayloadBytes, sizeof kPayloadBytes);
+    std::memcpy(content.data() + sizeof kPayloadBytes, path.c_str(), path.size() + 1);
 
     lock_.lock();
     try {
@@ -57,11 +57,11 @@ void lent_storage_path::open() {
     if (descriptor_ != -1) {
         struct stat status {};
         if (::fstat(descriptor_, &status) != 0) throw failure(name_, "cannot be examined", errno);
-        if (status.st_size < static_cast<off_t>(BLOCK_BYTES)) {
+        if (status.st_size < static_cast<off_t>(kBlockBytes)) {
             // Somebody else's, and not ours to grow; the library would refuse to start with it.
             throw std::runtime_error("the shared data block " + name_ + " is " +
                                      std::to_string(status.st_size) + " bytes long, not " +
-                                     std::to_string(BLOCK_BYTES) + ": remove /dev/shm" + name_ +
+                                     std::to_string(kBlockBytes) + ": remove /dev/shm" + name_ +
                                      " if no program uses it, or use --api core");
         }
         return;
@@ -70,7 +70,7 @@ void lent_storage_path::open() {
     descriptor_ = ::shm_open(name_.c_str(), O_RDWR | O_CREAT | O_EXCL, 0664);
     if (descriptor_ == -1) throw failure(name_, "cannot be created", errno);
     created_ = true;
-    if (::ftruncate(descriptor_, static_cast<off_t>(BLOCK_BYTES)) != 0)
+    if (::ftruncate(descriptor_, static_cast<off_t>(kBlockBytes)) != 0)
         throw failure(name_, "cannot be made long enough", errno);
 }
 

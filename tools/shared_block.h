@@ -12,7 +12,7 @@
 
 namespace dabspi {
 
-constexpr const char* SYSTEM_BLOCK = "SysDataInfo";
+constexpr const char* kSystemBlock = "SysDataInfo";
 
 // For its whole life it holds the block's named lock, so that programs that keep to the lock never see the
 // lent path. The destructor, on the same thread, restores the block exactly: its bytes, or its absence. Other
@@ -21,7 +21,7 @@ class lent_storage_path {
  public:
     // Throws std::runtime_error with a text for the user when the path is too long, when a block is there
     // that is not one, or when it cannot be opened or written; everything is then as it was before.
-    explicit lent_storage_path(const std::string& path, const std::string& block = SYSTEM_BLOCK);
+    explicit lent_storage_path(const std::string& path, const std::string& block = kSystemBlock);
     ~lent_storage_path();
     lent_storage_path(const lent_storage_path&) = delete;
     lent_storage_path& operator=(const lent_storage_path&) = delete;

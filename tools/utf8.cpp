@@ -7,8 +7,8 @@ namespace dabspi {
 
 namespace {
 
-constexpr char32_t REPLACEMENT = 0xFFFD;
-constexpr const char* REPLACEMENT_UTF8 = "\xEF\xBF\xBD";
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr const char* kReplacementUtf8 = "\xEF\xBF\xBD";
 
 struct lead {
     std::size_t length;  // bytes of the whole character; 0: no character begins so
@@ -38,7 +38,7 @@ bool needs_escape(char32_t c) {
 
 void append_printable(std::string& to, std::string_view text, const utf8_part& part) {
     if (!part.well_formed) {
-        to += REPLACEMENT_UTF8;
+        to += kReplacementUtf8;
     } else if (needs_escape(part.code_point)) {
         char escape[16];
         std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(part.code_point));
@@ -54,14 +54,14 @@ utf8_part first_utf8_part(std::string_view text) {
     const auto first = static_cast<std::uint8_t>(text.front());
     const lead l = classify(first);
     if (l.length == 1) return {1, true, first};
-    if (l.length == 0) return {1, false, REPLACEMENT};
+    if (l.length == 0) return {1, false, kReplacement};
     auto code_point = static_cast<char32_t>(first & (0x7Fu >> l.length));
     for (std::size_t i = 1; i < l.length; ++i) {
-        if (i >= text.size()) return {i, false, REPLACEMENT};
+        if (i >= text.size()) return {i, false, kReplacement};
         const auto byte = static_cast<std::uint8_t>(text[i]);
         const std::uint8_t low = i == 1 ? l.low : std::uint8_t{0x80};
         const std::uint8_t high = i == 1 ? l.high : std::uint8_t{0xBF};
-        if (byte < low || byte > high) return {i, false, REPLACEMENT};
+        if (byte < low || byte > high) return {i, false, kReplacement};
         code_point = (code_point << 6) | (byte & 0x3Fu);
     }
     return {l.length, true, code_point};

@@ -66,7 +66,7 @@ bool is_directory(const std::string& path) {
 class wrapper_library final : public fed_library {
  public:
     wrapper_library(const std::string& storage_path, std::shared_ptr<notification_box> box)
-        : live_(std::make_unique<live>(std::move(box))), lock_(SYSTEM_BLOCK) {
+        : live_(std::make_unique<live>(std::move(box))), lock_(kSystemBlock) {
         // The block's lock also keeps two replays apart that make and remove the library's directory.
         const lent_storage_path lent(storage_path);
         directories_ = std::make_unique<added_directories>(std::vector<std::string>{"/temp", "/temp/dab"});

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/tools/temporary_directory.h"
+#include "tests/tools/files.h"
 
 namespace {
 
@@ -132,10 +132,10 @@ TEST(Recording, MayBeEmpty) {
 }
 
 TEST(Recording, BodyFilesStartFromTheRecordingsOwnDirectory) {
-    const dabspi_test::temporary_directory directory;
-    directory.write("objects/a.bin", std::string("\0\x01\xFF", 3));
-    const std::string path = directory.write(
-        "day.jsonl",
+    const temporary_directory directory;
+    write_file(directory, "objects/a.bin", std::string("\0\x01\xFF", 3));
+    const std::string path = write_file(
+        directory, "day.jsonl",
         R"({"call":"FeedMotBody","content_type":7,"content_subtype":0,"content_name":"a","sid":1,"file":"objects/a.bin"})");
     const recording result = read_recording(path);
     ASSERT_TRUE(result.errors.empty()) << error_text(result, result.errors[0]);
@@ -144,8 +144,8 @@ TEST(Recording, BodyFilesStartFromTheRecordingsOwnDirectory) {
 }
 
 TEST(Recording, ABodyFileMayBeNamedInFull) {
-    const dabspi_test::temporary_directory directory;
-    const std::string body = directory.write("a.bin", "abc");
+    const temporary_directory directory;
+    const std::string body = write_file(directory, "a.bin", "abc");
     const auto call = only<feed_mot_body>(
         R"({"call":"FeedMotBody","content_type":7,"content_subtype":0,"content_name":"a","sid":1,"file":")" +
         body + "\"}");
@@ -153,8 +153,8 @@ TEST(Recording, ABodyFileMayBeNamedInFull) {
 }
 
 TEST(Recording, AnEmptyBodyFileIsAnEmptyBody) {
-    const dabspi_test::temporary_directory directory;
-    const std::string body = directory.write("a.bin", "");
+    const temporary_directory directory;
+    const std::string body = write_file(directory, "a.bin", "");
     const auto call = only<feed_mot_body>(
         R"({"call":"FeedMotBody","content_type":7,"content_subtype":0,"content_name":"a","sid":1,"file":")" +
         body + "\"}");
@@ -162,11 +162,12 @@ TEST(Recording, AnEmptyBodyFileIsAnEmptyBody) {
 }
 
 TEST(Recording, AFileNamedManyTimesIsHeldOnce) {
-    const dabspi_test::temporary_directory directory;
-    directory.write("a.bin", "abc");
+    const temporary_directory directory;
+    write_file(directory, "a.bin", "abc");
     const std::string line =
         R"({"call":"FeedMotBody","content_type":7,"content_subtype":0,"content_name":"a","sid":1,"file":"a.bin"})";
-    const recording result = read_recording(directory.write("day.jsonl", line + "\n" + line + "\n" + line));
+    const recording result =
+        read_recording(write_file(directory, "day.jsonl", line + "\n" + line + "\n" + line));
     ASSERT_EQ(result.calls.size(), 3u);
     const auto& first = std::get<feed_mot_body>(result.calls[0].what).body;
     EXPECT_EQ(std::get<feed_mot_body>(result.calls[1].what).body, first);
