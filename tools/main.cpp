@@ -1,8 +1,5 @@
 // dabspi: the library on a desk. Every subcommand has a file of its own; this one is their table of contents.
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <csignal>
 #include <exception>
 #include <iostream>
@@ -13,17 +10,9 @@
 #include "tools/command.h"
 #include "tools/complain.h"
 #include "tools/replay_command.h"
+#include "tools/standard_descriptors.h"
 
 namespace {
-
-// A standard descriptor that the caller has closed would be given to the next file that is opened, and what
-// is printed would end up in that file. One that refuses to be used takes its place.
-void occupy_closed_descriptors() {
-    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (::fcntl(descriptor, F_GETFD) == -1)
-            ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-    }
-}
 
 // For --help and --version, which are printed by the command-line parser.
 int printed(int status) {
@@ -65,9 +54,9 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    occupy_closed_descriptors();
-    std::signal(SIGPIPE,
-                SIG_IGN);  // a closed pipe shows up where it is written to, and temporary files get removed
+    dabspi::occupy_closed_descriptors();
+    // A closed pipe shows up where it is written to, so that temporary files get removed.
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         return run(argc, argv);
     } catch (const std::bad_alloc&) {

@@ -13,6 +13,7 @@
 
 #include "tests/tools/files.h"
 #include "tools/progress.h"
+#include "tools/standard_descriptors.h"
 
 namespace {
 
@@ -81,6 +82,28 @@ TEST(Output, AClosedDescriptorIsNoticed) {
     out.write("text");
     EXPECT_FALSE(out.flush());
     EXPECT_EQ(out.error(), EBADF);
+}
+
+TEST(StandardDescriptors, AClosedOneIsNotGivenToTheNextFile) {
+    const auto closed_ones_stay_closed = [] {
+        for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+            ::close(descriptor);
+        dabspi::occupy_closed_descriptors();
+        const int next = ::open("/dev/null", O_RDWR);
+        char byte = 0;
+        const bool refused = ::read(STDIN_FILENO, &byte, 1) == -1 && ::write(STDOUT_FILENO, &byte, 1) == -1 &&
+                             ::write(STDERR_FILENO, &byte, 1) == -1 && errno == EBADF;
+        return next > STDERR_FILENO && refused;
+    };
+    EXPECT_EXIT(::_exit(closed_ones_stay_closed() ? 0 : 1), testing::ExitedWithCode(0), "");
+}
+
+TEST(StandardDescriptors, OpenOnesAreLeftAlone) {
+    const auto stay_open = [] {
+        dabspi::occupy_closed_descriptors();
+        return ::write(STDERR_FILENO, "still here", 10) == 10;
+    };
+    EXPECT_EXIT(::_exit(stay_open() ? 0 : 1), testing::ExitedWithCode(0), "still here");
 }
 
 class Progress : public testing::Test {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -42,6 +43,10 @@ class Player : public testing::TestWithParam<library_api> {
         const recording from = dabspi::read_recording(write_recording(files_, calls));
         EXPECT_TRUE(from.errors.empty()) << error_text(from, from.errors.front());
         return dabspi::play(from, settings_, hooks_);
+    }
+
+    static std::ptrdiff_t threads() {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
     }
 
     bool core() const { return GetParam() == library_api::core; }
@@ -127,7 +132,9 @@ TEST_P(Player, GivesUpALibraryThatDoesNotComeToRest) {
     // A payload that nobody releases is what a worker that hangs looks like.
     auto held = std::make_shared<spi::resend_nownext_event>();
     settings_.longest_wait = std::chrono::milliseconds(1);
+    const auto threads_before = threads();
     EXPECT_EQ(play(whole()), play_end::not_quiet);
+    EXPECT_GT(threads(), threads_before) << "the library is left as it is: ending it might never return";
 }
 
 TEST_P(Player, AWaitThatIsGivenUpByTheUserIsNoFailureOfTheLibrary) {
