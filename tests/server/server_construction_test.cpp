@@ -4,6 +4,7 @@
 #include <new>
 
 #include "tests/event/allocation_faults.h"
+#include "tests/event/thread_faults.h"
 #include "tests/event/watchdog.h"
 #include "tests/server/fed_server.h"
 #include "tests/server/live_threads.h"
@@ -17,6 +18,10 @@ int failed_constructions(int thread, allocation_faults::how how, long last) {
     const auto listener = std::make_shared<forgetful_listener>();
     // Too long to be kept in place: the copies take memory.
     const std::string root = "/a/directory/whose/name/is/too/long/to/be/kept/in/the/string/itself";
+    const thread_faults threads;
+    {  // what the process keeps for good is made before any memory is missing
+        const spi::SpiServer server(listener, root, root);
+    }
     int failures = 0;
     for (long n = 1; n < last; ++n) {
         bool thrown = false;
