@@ -5,8 +5,8 @@
 
 namespace dabspi {
 
-// While one lives, the first SIGINT, SIGTERM or SIGHUP is only noted. A second one ends the process at once.
-// A signal that the caller had ignored stays ignored. At most one at a time.
+// While one lives, the first SIGINT, SIGTERM or SIGHUP is only noted; one that comes a second time ends the
+// process at once. A signal that the caller had ignored stays ignored. At most one at a time.
 class interrupt_watch {
  public:
     interrupt_watch();

@@ -7,6 +7,7 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <string>
 #include <vector>
 
 #include "tools/command.h"
@@ -41,6 +42,9 @@ int run(int argc, char** argv) {
         "Examples:\n"
         "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
         "  dabspi replay --json --api core day.jsonl");
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
+    });
     const std::vector<dabspi::command> commands = {
         dabspi::add_replay_command(app),
     };

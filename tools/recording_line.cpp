@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "tools/base64.h"
 #include "tools/utf8.h"
@@ -201,13 +202,11 @@ std::string parse_error_text(const json::exception& error) {
 
 recording_line read_recording_line(std::string_view line, body_files& files) {
     recording_line result;
-    std::vector<std::string> seen;
+    std::set<std::string> seen;
     const auto note_duplicates = [&](int depth, json::parse_event_t event, json& parsed) {
         if (event != json::parse_event_t::key || depth != 1) return true;
         const auto& key = parsed.get_ref<const std::string&>();
-        if (std::find(seen.begin(), seen.end(), key) != seen.end())
-            result.errors.push_back("the key " + in_quotes(key) + " stands twice");
-        seen.push_back(key);
+        if (!seen.insert(key).second) result.errors.push_back("the key " + in_quotes(key) + " stands twice");
         return true;
     };
 

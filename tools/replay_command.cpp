@@ -67,8 +67,9 @@ int play_and_print(const recording& from, const replay_options& options, const s
                                                   : notification_text(what, at, logo_root));
     };
     hooks.go_on = [&](std::size_t fed) {
-        progress.update(fed);
-        return standard_output.flush() && interrupt_watch::noted() == 0;
+        const bool printed = standard_output.flush();
+        progress.update(fed);  // after the output, which may be on the same terminal
+        return printed && interrupt_watch::noted() == 0;
     };
 
     const play_end end = play(from, settings, hooks);
