@@ -1,0 +1,57 @@
+// A worker whose handler and hooks a test supplies, and payloads to send it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "src/event/event_proc.h"
+
+struct numbered_event : spi::i_evt_base {
+    const int number;
+    explicit numbered_event(int n, spi::event_code event = spi::EC_SERVINFO) : i_evt_base(event), number(n) {}
+};
+
+inline std::shared_ptr<numbered_event> numbered(int n, spi::event_code code = spi::EC_SERVINFO) {
+    return std::make_shared<numbered_event>(n, code);
+}
+inline int number_of(const spi::event& e) {
+    return dynamic_cast<const numbered_event&>(*e.payload).number;
+}
+
+class scripted_worker final : public spi::event_proc {
+ public:
+    using handler = std::function<void(spi::event&)>;
+    using hook = std::function<void()>;
+
+    scripted_worker(spi::_qid id, handler on_event, hook on_pre = {}, hook on_post = {})
+        : event_proc(id, deferred{}),
+          on_event_(std::move(on_event)),
+          on_pre_(std::move(on_pre)),
+          on_post_(std::move(on_post)) {
+        begin();
+    }
+    ~scripted_worker() override { destroy_proc(); }
+
+    using event_proc::post;
+    using event_proc::process_event;
+    using event_proc::started;
+
+    void pre() override {
+        if (on_pre_) on_pre_();
+    }
+    void post() override {
+        if (on_post_) on_post_();
+    }
+    void process_event(spi::event& e) override {
+        if (on_event_) on_event_(e);
+    }
+
+    // The answer that every worker owes.
+    void answer(spi::event& e) { event_proc::process_event(e); }
+
+ private:
+    const handler on_event_;
+    const hook on_pre_;
+    const hook on_post_;
+};

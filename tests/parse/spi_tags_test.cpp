@@ -1,0 +1,46 @@
+// Each tag's number, as ETSI TS 102 371 has it.
+#include "src/parse/spi_tags.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(SpiTags, OfElements) {
+    EXPECT_EQ(spi::TAG_CDATA, 0x01);
+    EXPECT_EQ(spi::TAG_EPG, 0x02);
+    EXPECT_EQ(spi::TAG_SERVICE_INFORMATION, 0x03);
+    EXPECT_EQ(spi::TAG_TOKEN_TABLE, 0x04);
+    EXPECT_EQ(spi::TAG_DEFAULT_CONTENT_ID, 0x05);
+    EXPECT_EQ(spi::TAG_SHORT_NAME, 0x10);
+    EXPECT_EQ(spi::TAG_MEDIUM_NAME, 0x11);
+    EXPECT_EQ(spi::TAG_LONG_NAME, 0x12);
+    EXPECT_EQ(spi::TAG_MEDIA_DESCRIPTION, 0x13);
+    EXPECT_EQ(spi::TAG_LOCATION, 0x19);
+    EXPECT_EQ(spi::TAG_PROGRAMME, 0x1C);
+    EXPECT_EQ(spi::TAG_SCHEDULE, 0x21);
+    EXPECT_EQ(spi::TAG_SCOPE, 0x24);
+    EXPECT_EQ(spi::TAG_SERVICE_SCOPE, 0x25);
+    EXPECT_EQ(spi::TAG_ENSEMBLE, 0x26);
+    EXPECT_EQ(spi::TAG_SERVICE, 0x28);
+    EXPECT_EQ(spi::TAG_SERVICE_BEARER, 0x29);
+    EXPECT_EQ(spi::TAG_MULTIMEDIA, 0x2B);
+    EXPECT_EQ(spi::TAG_TIME, 0x2C);
+    EXPECT_EQ(spi::TAG_BEARER, 0x2D);
+}
+
+TEST(SpiTags, OfAttributes) {
+    EXPECT_EQ(spi::TAG_SCOPE_START_TIME, 0x80);
+    EXPECT_EQ(spi::TAG_SCOPE_STOP_TIME, 0x81);
+    EXPECT_EQ(spi::TAG_SERVICE_SCOPE_ID, 0x80);
+    EXPECT_EQ(spi::TAG_PROGRAMME_SHORT_ID, 0x81);
+    EXPECT_EQ(spi::TAG_TIME_TIME, 0x80);
+    EXPECT_EQ(spi::TAG_TIME_DURATION, 0x81);
+    EXPECT_EQ(spi::TAG_BEARER_ID, 0x80);
+    EXPECT_EQ(spi::TAG_MULTIMEDIA_MIME_VALUE, 0x80);
+    EXPECT_EQ(spi::TAG_MULTIMEDIA_URL, 0x82);
+    EXPECT_EQ(spi::TAG_MULTIMEDIA_TYPE, 0x83);
+    EXPECT_EQ(spi::TAG_MULTIMEDIA_WIDTH, 0x84);
+    EXPECT_EQ(spi::TAG_MULTIMEDIA_HEIGHT, 0x85);
+}
+
+}  // namespace

@@ -1,0 +1,279 @@
+// The thread template: starting, waiting, and what is printed when either goes wrong.
+#include "platform/zeb_thread.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+#include "tests/event/journal.h"
+#include "tests/event/thread_faults.h"
+#include "tests/event/watchdog.h"
+#include "tests/support/captured_debug.h"
+
+extern "C" int __real_pthread_join(pthread_t thread, void** result);
+
+namespace {
+
+struct registration {
+    pthread_t handle;
+    std::string name;
+    int priority;
+    int value;
+};
+journal<registration> registered;
+journal<pthread_t> unregistered;
+journal<long> priorities_asked;
+std::atomic<int> stacks_dumped{0};
+std::atomic<int> join_error{0};
+
+}  // namespace
+
+// The host's side of the framework, watched.
+extern "C" {
+void __real__ZN12ZebThreadMng18registerThreadInfoEmPKcii(pthread_t, const char*, int, int);
+void __wrap__ZN12ZebThreadMng18registerThreadInfoEmPKcii(pthread_t handle, const char* name, int priority,
+                                                         int value) {
+    registered.add({handle, name, priority, value});
+    __real__ZN12ZebThreadMng18registerThreadInfoEmPKcii(handle, name, priority, value);
+}
+void __real__ZN12ZebThreadMng20unregisterThreadInfoEm(pthread_t);
+void __wrap__ZN12ZebThreadMng20unregisterThreadInfoEm(pthread_t handle) {
+    unregistered.add(handle);
+    __real__ZN12ZebThreadMng20unregisterThreadInfoEm(handle);
+}
+int __wrap__ZN12ZebThreadMng11GetPriorityEl(long system_id) {
+    priorities_asked.add(system_id);
+    return 7;
+}
+void __wrap__ZN12ZebCallStack12dumpDirectlyEi(int depth) {
+    EXPECT_EQ(depth, -1);
+    ++stacks_dumped;
+}
+int __wrap_pthread_join(pthread_t thread, void** result) {
+    const int real = __real_pthread_join(thread, result);
+    const int error = join_error.exchange(0);
+    return error != 0 ? error : real;
+}
+}
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct body {
+    std::function<void()> run;
+    void operator()() { run(); }
+};
+
+struct Thread : testing::Test {
+    const watchdog guard;
+    captured_debug debug;
+    thread_faults threads;
+
+    void SetUp() override {
+        registered.take();
+        unregistered.take();
+        priorities_asked.take();
+        stacks_dumped = 0;
+        join_error = 0;
+    }
+
+    ZebDebugMessage only_message() {
+        const auto messages = debug.take();
+        EXPECT_EQ(messages.size(), 1U);
+        return messages.empty() ? ZebDebugMessage{} : messages[0];
+    }
+    static void expect(const ZebDebugMessage& message, const std::string& function, int line,
+                       const std::string& text) {
+        EXPECT_EQ(message.channel, ZebDebugMessage::kDebug);
+        EXPECT_EQ(message.source, "platform/zeb_thread.h");
+        EXPECT_EQ(message.function, function);
+        EXPECT_EQ(message.line, line);
+        EXPECT_EQ(message.tag, 1);
+        EXPECT_EQ(message.text, text);
+    }
+};
+
+TEST_F(Thread, RunsItsBindingAndIsJoined) {
+    journal<pthread_t> ran_on;
+    body binding{[&] { ran_on.add(pthread_self()); }};
+    ZebThread<body> thread(&binding, "worker", 4000);
+    EXPECT_TRUE(thread.Start());
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    const auto on = ran_on.all();
+    ASSERT_EQ(on.size(), 1U);
+    EXPECT_FALSE(pthread_equal(on[0], pthread_self()));
+    EXPECT_THAT(debug.take(), IsEmpty());
+    EXPECT_EQ(threads.result(1), nullptr);
+}
+
+TEST_F(Thread, RegistersItselfBeforeItsBodyRuns) {
+    long kernel_id = 0;
+    std::size_t registered_before = 0;
+    pthread_t self{};
+    body binding{[&] {
+        registered_before = registered.all().size();
+        kernel_id = syscall(SYS_gettid);
+        self = pthread_self();
+    }};
+    ZebThread<body> thread(&binding, "worker", 4000);
+    thread.Start();
+    EXPECT_THAT(unregistered.all(), IsEmpty());
+    thread.WaitExit(10000);
+    EXPECT_EQ(registered_before, 1U);
+    const auto all = registered.all();
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_TRUE(pthread_equal(all[0].handle, self));
+    EXPECT_EQ(all[0].name, "worker");
+    EXPECT_EQ(all[0].priority, 7);
+    EXPECT_EQ(all[0].value, 4000);
+    EXPECT_THAT(priorities_asked.all(), ElementsAre(kernel_id));
+    const auto gone = unregistered.all();
+    ASSERT_EQ(gone.size(), 1U);
+    EXPECT_TRUE(pthread_equal(gone[0], self));
+}
+
+TEST_F(Thread, TakesFifteenCharactersOfItsNameToTheKernel) {
+    std::string kernel_name;
+    body binding{[&] {
+        char name[16] = {};
+        pthread_getname_np(pthread_self(), name, sizeof name);
+        kernel_name = name;
+    }};
+    ZebThread<body> thread(&binding, "a name of twenty-one", 1);
+    gate named;
+    const auto run = binding.run;
+    binding.run = [&] {
+        named.wait();  // it is named by its creator
+        run();
+    };
+    thread.Start();
+    named.open();
+    thread.WaitExit(10000);
+    EXPECT_EQ(kernel_name, "a name of twent");
+}
+
+TEST_F(Thread, KeepsAtMost127CharactersOfItsName) {
+    body binding{[] {}};
+    ZebThread<body> thread(&binding, std::string(300, 'n').c_str(), 1);
+    threads.fail_from_now_on();
+    EXPECT_FALSE(thread.Start());
+    expect(only_message(), "Start", 223, "ZebThread::Start() failed !! [" + std::string(127, 'n') + "]\r\n");
+}
+
+TEST_F(Thread, RefusedByTheSystemIsReported) {
+    body binding{[] { ADD_FAILURE() << "it ran"; }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    threads.fail_from_now_on();
+    EXPECT_FALSE(thread.Start());
+    expect(only_message(), "Start", 223, "ZebThread::Start() failed !! [worker]\r\n");
+    EXPECT_EQ(thread.WaitExit(10000), 1);  // it never ran
+    EXPECT_EQ(threads.attempts(), 1U);
+    EXPECT_THAT(unregistered.all(), IsEmpty());
+}
+
+TEST_F(Thread, StartedTwiceIsReported) {
+    gate may_end;
+    body binding{[&] { may_end.wait(); }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    EXPECT_TRUE(thread.Start());
+    EXPECT_FALSE(thread.Start());
+    expect(only_message(), "Start", 228, "error [worker]\n");
+    EXPECT_EQ(threads.attempts(), 1U);
+    may_end.open();
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+}
+
+TEST_F(Thread, StartedWithoutABindingIsReported) {
+    ZebThread<body> thread(nullptr, "worker", 1);
+    EXPECT_FALSE(thread.Start());
+    expect(only_message(), "Start", 228, "error [worker]\n");
+    EXPECT_EQ(threads.attempts(), 0U);
+}
+
+TEST_F(Thread, MayBeStartedAgainAfterItWasJoined) {
+    journal<int> runs;
+    body binding{[&] { runs.add(1); }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    EXPECT_TRUE(thread.Start());
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    EXPECT_TRUE(thread.Start());
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    EXPECT_EQ(runs.all().size(), 2U);
+}
+
+TEST_F(Thread, NeverStartedNeedsNoWait) {
+    body binding{[] {}};
+    ZebThread<body> thread(&binding, "worker", 1);
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    EXPECT_EQ(threads.attempts(), 0U);
+    EXPECT_THAT(unregistered.all(), IsEmpty());
+}
+
+TEST_F(Thread, IsJoinedWithoutAWatchWhenNobodyCanWatch) {
+    gate may_end;
+    body binding{[&] { may_end.wait(); }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    thread.Start();
+    threads.fail_from_now_on();
+    may_end.open();
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    expect(only_message(), "WaitExit", 257, "Error, pthread_create failed.\n");
+    EXPECT_EQ(unregistered.all().size(), 1U);
+}
+
+TEST_F(Thread, FailedJoinIsReportedOnStandardErrorAndUnregisteredAllTheSame) {
+    body binding{[] {}};
+    ZebThread<body> thread(&binding, "worker", 1);
+    thread.Start();
+    join_error = 3;
+    EXPECT_EQ(thread.WaitExit(10000), 0);
+    const ZebDebugMessage message = only_message();
+    EXPECT_EQ(message.channel, ZebDebugMessage::kStdErr);
+    EXPECT_EQ(message.function, "WaitExit");
+    EXPECT_EQ(message.line, 276);
+    EXPECT_EQ(message.text, ", pthread_join() failed !! ret[3]\n");
+    EXPECT_EQ(unregistered.all().size(), 1U);
+    EXPECT_EQ(thread.WaitExit(10000), 1);  // forgotten
+}
+
+TEST_F(Thread, ItsBodysExceptionIsReportedWithItsTextAndNeverLeavesTheThread) {
+    body binding{[] { throw std::runtime_error("boom"); }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    thread.Start();
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    const auto messages = debug.take();
+    ASSERT_EQ(messages.size(), 2U);
+    expect(messages[0], "Entry", 431, "catch exception. thread name [worker], what [boom]\n");
+    expect(messages[1], "Entry", 432,
+           "#########\n#########\nASSERT Failed! - platform/zeb_thread.h(432)\n#########\n#########\n");
+    EXPECT_EQ(stacks_dumped, 1);
+    EXPECT_EQ(threads.result(1), reinterpret_cast<void*>(std::intptr_t{-1}));
+}
+
+TEST_F(Thread, AnythingElseThrownIsReportedWithoutAText) {
+    body binding{[] { throw "text"; }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    thread.Start();
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    const auto messages = debug.take();
+    ASSERT_EQ(messages.size(), 2U);
+    expect(messages[0], "Entry", 436, "catch exception. thread name [worker]\n");
+    EXPECT_EQ(messages[1].line, 437);
+    EXPECT_EQ(threads.result(1), reinterpret_cast<void*>(std::intptr_t{-1}));
+}
+
+TEST_F(Thread, EndedByTheSystemIsNoException) {
+    body binding{[] { pthread_exit(nullptr); }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    thread.Start();
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    EXPECT_THAT(debug.take(), IsEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,117 @@
+// Construction, the count of EC_TERM, destruction.
+#include <type_traits>
+
+#include "src/event/payloads.h"
+#include "tests/event/log_lines.h"
+#include "tests/event/virtual_slot.h"
+#include "tests/server/recorded_server.h"
+
+namespace {
+
+using namespace spi;
+using testing::ElementsAre;
+
+TEST_F(RecordedServer, MakesItsWorkersInTheirOrder) {
+    EXPECT_THAT(recording_worker::made().all(), ElementsAre(QID_CBHDL, QID_PARSE, QID_LOGODB, QID_EVTDB));
+    EXPECT_EQ(server->queue_id(), QID_SERV);
+}
+
+TEST_F(RecordedServer, StartsWithTheListenerAndBothDirectories) {
+    EXPECT_THAT(briefs(started),
+                ElementsAre("CBHDL<-EC_EVTCB", "LOGODB<-EC_TEMPROOT", "LOGODB<-EC_LOGOROOT"));
+    EXPECT_EQ(started[0].listener, listener.get());
+    EXPECT_EQ(started[1].text, "/temp/dab");
+    EXPECT_EQ(started[2].text, "/mnt/logos/");
+}
+
+TEST_F(RecordedServer, DestroyedAsksEachWorkerInTheirOrder) {
+    server.reset();
+    EXPECT_THAT(events(),
+                ElementsAre("CBHDL<-EC_TERM", "PARSE<-EC_TERM", "LOGODB<-EC_TERM", "EVTDB<-EC_TERM"));
+}
+
+TEST_F(RecordedServer, DestroyedEndsItsWorkersInTheOppositeOrder) {
+    recording_worker::ended().take();
+    server.reset();
+    EXPECT_THAT(recording_worker::ended().all(), ElementsAre(QID_EVTDB, QID_LOGODB, QID_PARSE, QID_CBHDL));
+}
+
+TEST_F(RecordedServer, DestroyedAtOnceStillHandlesTheStartEventsFirst) {
+    server.reset();
+    for (int round = 0; round < 300; ++round) {
+        recording_worker::forget_all();
+        start();
+        server.reset();
+        ASSERT_THAT(events(),
+                    ElementsAre("CBHDL<-EC_EVTCB", "LOGODB<-EC_TEMPROOT", "LOGODB<-EC_LOGOROOT",
+                                "CBHDL<-EC_TERM", "PARSE<-EC_TERM", "LOGODB<-EC_TERM", "EVTDB<-EC_TERM"));
+        ASSERT_EQ(recording_worker::handled().all().size(), 7U);
+    }
+}
+
+TEST_F(RecordedServer, WaitsUntilEveryWorkerHasHandledWhatWasQueued) {
+    for (int i = 0; i < 200; ++i)
+        feed(7);
+    server.reset();
+    EXPECT_EQ(recording_worker::handled().all().size(), 204U);
+}
+
+TEST_F(RecordedServer, SharesTheListenerWithTheStartEventOnly) {
+    // The recording worker keeps none.
+    EXPECT_EQ(listener.use_count(), 1);
+}
+
+TEST_F(RecordedServer, TheFourthAnswerReleasesTheLockAndAFifthDoesNothing) {
+    const captured_stderr log;
+    const auto answer = [this] {
+        server->post(std::make_shared<term_event>(), QID_SERV);
+        quiet();
+    };
+    for (int i = 0; i < 3; ++i)
+        answer();
+    EXPECT_FALSE(server->mutex().try_lock());  // the server's thread owns it
+    answer();
+    server->mutex().lock();  // under the watchdog
+    server->mutex().unlock();
+    answer();
+    EXPECT_EQ(log.text(), "");  // another release would be illicit, and be logged
+    server->mutex().lock();
+    server->mutex().unlock();
+}
+
+TEST_F(RecordedServer, OtherEventsAreNotCounted) {
+    for (unsigned code = 0; code < 256; ++code) {
+        if (code == EC_TERM) continue;
+        event e(QID_SERV, std::make_shared<i_evt_base>(static_cast<event_code>(code)));
+        server->post_event(e);
+    }
+    server->post_event(event(QID_SERV, nullptr));
+    MotDateTime now;
+    for (int i = 0; i < 4; ++i)
+        server->SetDateTime(now);
+    quiet();
+    EXPECT_FALSE(server->mutex().try_lock());
+}
+
+TEST_F(RecordedServer, AnEmptyEventIsNoAnswer) {
+    event empty(QID_SERV, nullptr);
+    for (int i = 0; i < 8; ++i)
+        server->process_event(empty);
+    EXPECT_FALSE(server->mutex().try_lock());
+}
+
+TEST_F(RecordedServer, LeavesNoLineInTheLog) {
+    const captured_stderr log;
+    start();
+    feed(7);
+    server.reset();
+    EXPECT_EQ(log.text(), "");  // the version text, too, is written nowhere
+}
+
+TEST(ServerClass, DerivesFromTheLockFirst) {
+    EXPECT_TRUE((std::is_base_of_v<term_event_proc, SpiServer>));
+    EXPECT_TRUE(std::has_virtual_destructor_v<SpiServer>);
+    EXPECT_EQ(virtual_slot(&event_proc::process_event), 2);
+}
+
+}  // namespace
