@@ -1,0 +1,66 @@
+// Servers that are made and destroyed again and again, with and without work.
+#include <gtest/gtest.h>
+
+#include "tests/event/watchdog.h"
+#include "tests/integration/noting_listener.h"
+#include "tests/server/fed_server.h"
+#include "tests/server/live_threads.h"
+#include "tests/support/captured_debug.h"
+#include "tests/support/captured_stderr.h"
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int kRounds = 1000;  // threads are dear there
+#else
+constexpr int kRounds = 10000;
+#endif
+
+struct Shutdown : testing::Test {
+    const watchdog guard{std::chrono::seconds(280)};
+    captured_debug debug;
+    captured_stderr log;  // what is still on its way to a worker that has left is logged
+    temporary_directory logos;
+    broadcast sent;
+
+    void TearDown() override {
+        EXPECT_EQ(live_threads(), 0U);
+        EXPECT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
+        EXPECT_TRUE(debug.take().empty());
+    }
+};
+
+TEST_F(Shutdown, ConstructFeedDestroyManyTimes) {
+    for (int round = 0; round < kRounds; ++round) {
+        const auto server = make_server(logos.path().string());
+        sent.tune(*server);
+        sent.feed_pi(*server);
+    }
+}
+
+TEST_F(Shutdown, DestroyedAtOnceManyTimes) {
+    for (int round = 0; round < kRounds / 4; ++round)
+        make_server(logos.path().string());
+    EXPECT_EQ(log.text(), "");
+}
+
+TEST_F(Shutdown, WithFullQueuesHandlesThemFirst) {
+    const auto listener = std::make_shared<noting_listener>();
+    {
+        spi::SpiServer server(listener, "/temp/dab", logos.path().string());
+        sent.tune(server);
+        sent.feed_pi(server);
+        ASSERT_TRUE(spi::wait_until_quiet(std::chrono::minutes(1)));
+        for (int i = 0; i < 2000; ++i)
+            server.ResendNowNext();
+    }
+    EXPECT_EQ(listener->calls.all().size(), 2004U);
+}
+
+TEST_F(Shutdown, WithoutAListenerDropsNotifications) {
+    spi::SpiServer server(nullptr, "/temp/dab", logos.path().string());
+    sent.feed_all(server);
+}
+
+}  // namespace
