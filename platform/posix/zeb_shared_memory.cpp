@@ -5,6 +5,8 @@
 #include <map>
 #include <mutex>
 
+#include "platform/never_destroyed.h"
+
 namespace {
 
 // The lock of a name: a lock file, held by flock (the kernel lets go of it when the process dies), and a
@@ -21,8 +23,8 @@ struct lock_table {
 
 // Never destroyed: a host may exit while another of its threads holds a lock.
 lock_table& table() {
-    static auto& instance = *new lock_table;
-    return instance;
+    static never_destroyed<lock_table> instance;
+    return *instance;
 }
 
 // Beside the shared-memory objects themselves, so that whoever sees the object sees its lock.

@@ -6,6 +6,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "platform/never_destroyed.h"
+
 namespace {
 
 struct thread_info {
@@ -21,8 +23,8 @@ struct thread_table {
 
 // Never destroyed: a host may exit while a server lives, and its threads still end and unregister.
 thread_table& table() {
-    static auto& instance = *new thread_table;
-    return instance;
+    static never_destroyed<thread_table> instance;
+    return *instance;
 }
 
 }  // namespace

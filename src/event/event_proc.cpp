@@ -2,6 +2,7 @@
 
 #include <list>
 
+#include "platform/never_destroyed.h"
 #include "platform/zeb_thread.h"
 #include "src/event/event_backend.h"
 #include "src/event/teardown.h"
@@ -18,8 +19,8 @@ constexpr int kExitTimeout = 10000;  // milliseconds
 }  // namespace
 
 monitor& teardown_monitor() {
-    static auto& instance = *new monitor;  // never destroyed: see monitor
-    return instance;
+    static never_destroyed<monitor> instance;
+    return *instance;
 }
 
 event_proc::event_proc(_qid id) : event_proc(id, deferred{}) {

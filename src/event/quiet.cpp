@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstddef>
 
+#include "platform/never_destroyed.h"
 #include "src/event/monitor.h"
 
 namespace spi {
@@ -12,8 +13,8 @@ namespace {
 std::atomic<std::size_t> live_payloads{0};
 
 monitor& quiet_monitor() {
-    static auto& instance = *new monitor;
-    return instance;
+    static never_destroyed<monitor> instance;
+    return *instance;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <sstream>
 
+#include "platform/never_destroyed.h"
 #include "src/logo_db/logo_files.h"
 
 namespace spi {
@@ -20,8 +21,8 @@ struct shared_root {
 
 // Never destroyed: a host may exit while a server lives.
 shared_root& logo_root() {
-    static auto& instance = *new shared_root;
-    return instance;
+    static never_destroyed<shared_root> instance;
+    return *instance;
 }
 
 }  // namespace

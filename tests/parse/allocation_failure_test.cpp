@@ -63,8 +63,8 @@ bytes schedules() {
     programme_data data;
     data.name.medium_name = "\x01 now, with more than fits into a string of its own";
     data.name.long_name = "\x01 at Ten, with more than fits into a string of its own";
-    data.start = {2017, 1, 1, 22, 0, 2};
-    data.bearer = service_id{0xE1, 0, 0xC221};
+    data.start = {spi_builder::mjd(2017, 1, 1), 22, 0, 2};
+    data.bearers = {service_id{0xE1, 0, 0xC221}};
     schedule_data all;
     all.programmes = {data, data, data};
     return pi_object({all}, {{0x01, "News of the day and of the night"}, {0x02, "unused"}});

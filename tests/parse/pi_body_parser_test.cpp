@@ -54,10 +54,10 @@ bytes epg(const std::vector<bytes>& children) {
 TEST_F(PiBodyParser, SendsAProgrammeWithEverythingThatIsRead) {
     programme_data data;
     data.name = {"N", "News", "News at Ten"};
-    data.start = {2017, 1, 1, 22, 0, 2};
+    data.start = {spi_builder::mjd(2017, 1, 1), 22, 0, 2};
     data.duration = 1800;
     data.short_id = 0x123456;
-    data.bearer = service_id{0xE1, kEnsemble, kFive, 3};
+    data.bearers = {service_id{0xE1, kEnsemble, kFive, 3}};
     schedule_data all;
     all.scope = service_id{0xE1, kEnsemble, kFour, 1};
     all.scope_start = data.start;

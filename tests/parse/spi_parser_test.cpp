@@ -19,8 +19,8 @@ class SpiParser : public parse_fixture {
     static bytes schedule_on(std::uint16_t eid, const std::string& name = "News") {
         programme_data data;
         data.name.medium_name = name;
-        data.start = {2017, 1, 1, 22, 0};
-        data.bearer = service_id{0xE1, eid, 0xC221};
+        data.start = {spi_builder::mjd(2017, 1, 1), 22, 0};
+        data.bearers = {service_id{0xE1, eid, 0xC221}};
         schedule_data all;
         all.programmes = {data};
         return pi_object({all});
@@ -208,7 +208,7 @@ TEST_F(SpiParser, EnsembleAppliesToScopesToo) {
     schedule_data all;
     all.scope = service_id{0xE1, kEnsemble, 0xC224};
     all.programmes.resize(1);
-    all.programmes[0].start = {2017, 1, 1, 22, 0};
+    all.programmes[0].start = {spi_builder::mjd(2017, 1, 1), 22, 0};
     feed_pi(pi_object({all}));
     EXPECT_EQ(take_programmes().size(), 1U);
     set_ensemble(0);

@@ -1,6 +1,7 @@
 // Collects what is written to standard error (the descriptor itself, whoever writes) while it lives.
 #pragma once
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -12,6 +13,9 @@ class captured_stderr {
  public:
     captured_stderr() : file_(memfd_create("captured-stderr", MFD_CLOEXEC)), before_(dup(STDERR_FILENO)) {
         if (file_ == -1 || before_ == -1) throw std::runtime_error("standard error cannot be captured");
+        // A memory file has no lock over its position: without appending, writes of two threads could
+        // overlap.
+        fcntl(file_, F_SETFL, O_APPEND);
         std::fflush(stderr);
         dup2(file_, STDERR_FILENO);
     }

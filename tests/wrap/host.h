@@ -65,8 +65,8 @@ class broadcasting_host {
         const spi_builder::service_id station{0xE1, 0xC181, 0xC221, 0};
         spi_builder::schedule_data schedule;
         schedule.scope = station;
-        schedule.programmes = {{{"", "News", ""}, {2026, 3, 2, 10, 0}, 3600},
-                               {{"", "Talk", ""}, {2026, 3, 2, 11, 0}, 3600}};
+        schedule.programmes = {{{"", "News", ""}, {spi_builder::mjd(2026, 3, 2), 10, 0}, 3600},
+                               {{"", "Talk", ""}, {spi_builder::mjd(2026, 3, 2), 11, 0}, 3600}};
         feed(7, 1, "20260302.EHB", spi_builder::pi_object({schedule}));
     }
     void feed_description() {
