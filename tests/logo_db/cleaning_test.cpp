@@ -56,7 +56,7 @@ TEST_F(Cleaning, NamesTheSizeCodeInLowerCaseHexadecimal) {
 
 TEST_F(Cleaning, PacksTheStationAsTheSearchDoes) {
     put("E1C2215_4.PNG");
-    EXPECT_TRUE(spi::SpiLogoDb::deleteCorruptedFile(0x1E1, 0x1C221, 0x15, 4, directory()));
+    EXPECT_TRUE(spi::SpiLogoDb::deleteCorruptedFile(0x1E1, 0x1C221, 0x25, 4, directory()));
     expect_files({});
 }
 

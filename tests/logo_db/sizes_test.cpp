@@ -79,7 +79,7 @@ TEST_F(Sizes, TheLargeLogosNameHasADotBehindTheSizeCode) {
 TEST_F(Sizes, ThePrefixPacksEightSixteenAndFourBits) {
     put("E1C2215_4.PNG");
     EXPECT_TRUE(large_exists(0xE1, 0xC221, 5));
-    EXPECT_TRUE(large_exists(0x1E1, 0x1C221, 0x15));
+    EXPECT_TRUE(large_exists(0x1E1, 0x1C221, 0x25));
     EXPECT_FALSE(large_exists(0xE1, 0xC221, 6));
     put("AB00010_4.PNG");
     EXPECT_TRUE(large_exists(0xAB, 1, 0));  // the packed number is padded inside
