@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iostream>
+#include <future>
 #include <locale>
 #include <memory>
 #include <sstream>
@@ -130,10 +130,11 @@ TEST(Serr, HoldsNoLockWhileALineIsComposed) {
 TEST(Serr, WaitsForTheLogMutexBeforeItWrites) {
     const captured_stderr log;
     std::unique_lock<std::mutex> held(s_log_mx);
-    std::thread writer([] { serr() << " late"; });
+    std::future<void> writer = std::async(std::launch::async, [] { serr() << " late"; });
+    EXPECT_EQ(writer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     EXPECT_EQ(log.text(), "");
     held.unlock();
-    writer.join();
+    writer.get();
     EXPECT_THAT(messages_of(log.text()), ElementsAre(" late"));
 }
 

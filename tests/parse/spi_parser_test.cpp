@@ -180,9 +180,7 @@ TEST_F(SpiParser, ClearingKeepsTheEnsembleAndTheDate) {
     feed_pi(schedule_on(kEnsemble));
     EXPECT_EQ(take_programmes().size(), 1U);
     parses("a", service_named("R4"));
-    set_clock(date_time_of(2026, 3, 2, 12, 0));  // not the first date: that would be taken over anew
-    EXPECT_FALSE(parses("a", service_named("R4")));
-    set_clock(date_time_of(2026, 3, 3));
+    set_clock(date_time_of(2026, 3, 3));  // were it the first date, nothing would be forgotten
     EXPECT_TRUE(parses("a", service_named("R4")));
 }
 

@@ -84,6 +84,11 @@ TEST(SpiTokenTable, TextLongerThan255BytesDefinesNothingAndIsPassedOver) {
     }
 }
 
+TEST(SpiTokenTable, TextThatClaimsMoreThan255BytesDefinesNothingEvenWhenFewerExist) {
+    EXPECT_EQ(table_of({0x04, 0x7F, 0x01, 0xFE, 0x01, 0x00, 'N', 'e', 'w', 's'}).get_token(0x01), "");
+    EXPECT_EQ(table_of({0x04, 0x7F, 0x01, 0xFE, 0x00, 0xFF, 'N', 'e', 'w', 's'}).get_token(0x01), "News");
+}
+
 TEST(SpiTokenTable, CodeWithoutAReadableLengthDefinesNothing) {
     // A three-byte length in the last three bytes of the body, which does not count.
     const SpiTokenTable table = table_of({0x04, 0x05, 0x01, 0xFF, 0x00, 0x00, 0x01});

@@ -1,4 +1,5 @@
 // The small parts of the stand-alone platform: debug output, registry, locks, events, bounded copies.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -27,6 +28,8 @@ TEST(DebugOutput, GoesToStandardErrorWithItsPlace) {
 
 TEST(DebugOutput, MessagesOfManyThreadsStayWhole) {
     const captured_stderr log;
+    // Otherwise two writes at once may land on the same place of the file that collects them.
+    ASSERT_EQ(fcntl(STDERR_FILENO, F_SETFL, O_APPEND), 0);
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([] {
@@ -39,7 +42,7 @@ TEST(DebugOutput, MessagesOfManyThreadsStayWhole) {
     std::string expected;
     for (int n = 0; n < 400; ++n)
         expected += "[s f:1] " + std::string(200, 'x') + "\n";
-    EXPECT_EQ(log.text(), expected);
+    EXPECT_TRUE(log.text() == expected);  // too long to be printed
 }
 
 TEST(DebugOutput, AnOverlongMessageIsCut) {

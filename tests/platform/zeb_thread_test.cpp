@@ -138,6 +138,21 @@ TEST_F(Thread, RegistersItselfBeforeItsBodyRuns) {
     EXPECT_TRUE(pthread_equal(gone[0], self));
 }
 
+TEST_F(Thread, AlwaysRegistersUnderItsOwnHandle) {
+    // Even when it runs before its creator has got the handle.
+    for (int round = 0; round < 300; ++round) {
+        registered.take();
+        pthread_t self{};
+        body binding{[&] { self = pthread_self(); }};
+        ZebThread<body> thread(&binding, "worker", 4000);
+        thread.Start();
+        thread.WaitExit(10000);
+        const auto all = registered.all();
+        ASSERT_EQ(all.size(), 1U);
+        ASSERT_TRUE(pthread_equal(all[0].handle, self)) << "round " << round;
+    }
+}
+
 TEST_F(Thread, TakesFifteenCharactersOfItsNameToTheKernel) {
     std::string kernel_name;
     body binding{[&] {
