@@ -12,6 +12,7 @@ namespace {
 // The lock of a name: a lock file, held by flock (the kernel lets go of it when the process dies), and a
 // depth count, since a lock file alone is not recursive.
 struct held_lock {
+    std::string path;
     int descriptor = -1;
     unsigned depth = 0;
 };
@@ -72,21 +73,26 @@ void ZebSharedSyncObject::lock() const {
     lock_table& locks = table();
     locks.mutex.lock();
     try {
-        held_lock& held = locks.held[name_];
-        if (held.depth == 0) held.descriptor = take_lock_file(lock_path(name_));
-        ++held.depth;
+        auto held = locks.held.find(name_);
+        if (held == locks.held.end()) {
+            const std::string path = lock_path(name_);
+            held = locks.held.emplace(name_, held_lock{path, -1, 0}).first;
+            held->second.descriptor = take_lock_file(held->second.path);
+        }
+        ++held->second.depth;
     } catch (...) {
         locks.mutex.unlock();
         throw;
     }
 }
 
+// Allocates nothing: guards call it in their destructors.
 void ZebSharedSyncObject::unlock() const {
     lock_table& locks = table();
     const auto entry = locks.held.find(name_);
     if (entry != locks.held.end() && --entry->second.depth == 0) {
         if (entry->second.descriptor != -1) {
-            unlink(lock_path(name_).c_str());  // nothing stays behind; a waiter sees that its file is gone
+            unlink(entry->second.path.c_str());  // nothing stays behind; a waiter sees that its file is gone
             close(entry->second.descriptor);
         }
         locks.held.erase(entry);

@@ -16,14 +16,14 @@ event_backend::event_backend(deferred d) : event_proc(QID_SYS, d), table_(kBucke
 
 event_backend::~event_backend() {
     destroy_proc();
-    const std::lock_guard<std::mutex> lock(table_mutex_);
+    const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
     table_.clear();
 }
 
 void event_backend::process_event(event& e) {
     if (e.destination == QID_NONE) return;
     {
-        const std::lock_guard<std::mutex> lock(table_mutex_);
+        const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
         if (e.destination == QID_ALL) {
             for (const auto& [id, worker] : table_)
                 worker->post_event(e);
@@ -40,7 +40,7 @@ void event_backend::process_event(event& e) {
 }
 
 int event_backend::register_queue(event_proc* proc) {
-    const std::lock_guard<std::mutex> lock(table_mutex_);
+    const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
     if (table_.count(proc->queue_id()) != 0) return kAlreadyRegistered;
     if (!table_.emplace(proc->queue_id(), proc).second) return kInsertionFailed;
     proc->backend_ = this;
@@ -50,7 +50,7 @@ int event_backend::register_queue(event_proc* proc) {
 int event_backend::unregister_queue(_qid id, bool destroy) {
     event_proc* worker = nullptr;
     {
-        const std::lock_guard<std::mutex> lock(table_mutex_);
+        const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
         const auto found = table_.find(id);
         if (found != table_.end()) {
             worker = found->second;
@@ -67,7 +67,7 @@ int event_backend::unregister_queue(_qid id, bool destroy) {
 }
 
 bool event_backend::is_registered(_qid id) {
-    const std::lock_guard<std::mutex> lock(table_mutex_);
+    const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
     return table_.count(id) != 0;
 }
 

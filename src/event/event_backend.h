@@ -43,7 +43,8 @@ class event_backend : public event_proc {
     explicit event_backend(deferred);
 
  private:
-    std::mutex table_mutex_;
+    // Recursive: a dead worker's answer to EC_TERM passes a dead router within the delivery that it answers.
+    std::recursive_mutex table_mutex_;
     std::unordered_map<_qid, event_proc*> table_;  // guarded by table_mutex_; the workers are not owned
 };
 

@@ -2,7 +2,6 @@
 
 #include <list>
 
-#include "platform/never_destroyed.h"
 #include "platform/zeb_thread.h"
 #include "src/event/event_backend.h"
 #include "src/event/teardown.h"
@@ -17,11 +16,6 @@ constexpr int kThreadRegistryValue =
 constexpr int kExitTimeout = 10000;  // milliseconds
 
 }  // namespace
-
-monitor& teardown_monitor() {
-    static never_destroyed<monitor> instance;
-    return *instance;
-}
 
 event_proc::event_proc(_qid id) : event_proc(id, deferred{}) {
     begin();
@@ -70,8 +64,8 @@ void event_proc::process_event(event& e) {
 int event_proc::post_event(event e) {
     event* kept_by_the_dead = nullptr;
     {
-        // One lock for posting and for the look at dead_: an EC_TERM is answered either here or by
-        // thread_died, never twice.
+        // As event_queue::post_event, but with a look at dead_ under the same lock: an EC_TERM is answered
+        // either here or by thread_died, never twice.
         const std::lock_guard<std::mutex> lock(queue_.mutex_);
         queue_.events_.push_back(std::move(e));
         if (dead_) kept_by_the_dead = &queue_.events_.back();  // stays where it is: nobody takes it any more
@@ -172,9 +166,11 @@ void event_proc::thread_died() noexcept {
             answer_term_for_the_dead(in_hand);
         }
     }
-    // The nodes seen above stay where they are: nobody takes from this queue any more.
-    for (; count > 0; --count, ++first) {
+    // The nodes seen above stay where they are: nobody takes from this queue any more. The step behind the
+    // last of them is not made: its link belongs to whoever posts next.
+    while (count > 0) {
         if (first->code() == EC_TERM) answer_term_for_the_dead(*first);
+        if (--count > 0) ++first;
     }
 }
 

@@ -22,7 +22,8 @@ monitor& quiet_monitor() {
 bool wait_until_quiet(std::chrono::milliseconds limit) {
     // A limit such as milliseconds::max() would overflow the clock; a year is as good as for ever.
     constexpr std::chrono::milliseconds kLongest = std::chrono::hours(24 * 365);
-    return quiet_monitor().wait_for(std::min(limit, kLongest), [] { return live_payloads.load() == 0; });
+    return quiet_monitor().wait_for(std::clamp(limit, std::chrono::milliseconds(0), kLongest),
+                                    [] { return live_payloads.load() == 0; });
 }
 
 void count_payload() noexcept {

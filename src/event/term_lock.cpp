@@ -26,15 +26,7 @@ void term_lock::unlock(std::string&& who) noexcept {
 }
 
 term_event_proc::term_event_proc(_qid id) : event_proc(id, deferred{}, &term_event_proc::thread_ended) {
-    if (!started()) {  // nobody will take the lock, and nobody needs to be waited for
-        arm();
-        disarm();
-    }
-}
-
-void term_event_proc::arm() noexcept {
-    armed_ = true;
-    teardown_monitor().announce();
+    if (!started()) disarm();  // nobody will take the lock
 }
 
 void term_event_proc::disarm() noexcept {
@@ -42,14 +34,9 @@ void term_event_proc::disarm() noexcept {
     teardown_monitor().announce();
 }
 
-void term_event_proc::wait_armed() {
-    teardown_monitor().wait([this] { return armed_.load(); });
-}
-
 void term_event_proc::thread_ended(event_proc& worker) noexcept {
     auto& self = static_cast<term_event_proc&>(worker);
     if (self.owns_lock()) self.unlock("thread end");
-    self.armed_ = true;
     self.disarmed_ = true;
 }
 

@@ -47,14 +47,9 @@ class term_event_proc : public term_lock, public event_proc {
     // The gate is closed: the derived class calls begin().
     explicit term_event_proc(_qid id);
 
-    // Called by the derived class on the worker's thread: the lock was taken, or could not be.
-    void arm() noexcept;
-    // The lock has been released for good.
+    // Called by the derived class on the worker's thread: the lock has been released for good.
     void disarm() noexcept;
 
-    // Waits until the thread has had its chance to take the lock. Without that, a destructor could be faster
-    // than the thread, and take the lock itself while workers are still to answer.
-    void wait_armed();
     // Waits until the lock is released for good, or until `given_up()`, tested again whenever a worker's
     // thread ends or an answer is lost. True when it is released.
     template <class Condition>
@@ -66,8 +61,7 @@ class term_event_proc : public term_lock, public event_proc {
  private:
     static void thread_ended(event_proc& worker) noexcept;
 
-    std::atomic<bool> armed_{false};
-    std::atomic<bool> disarmed_{false};
+    std::atomic<bool> disarmed_{false};  // released for good, or never to be taken: nobody needs to wait
 };
 
 }  // namespace spi

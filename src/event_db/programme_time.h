@@ -6,8 +6,6 @@
 
 namespace spi {
 
-constexpr int kMinutesPerDay = 1440;
-
 // Minutes since midnight of the coded day; negative, or 1440 and more, when the local time offset leaves that
 // day.
 inline int start_minute(const PiScheduleProgramme& p) {

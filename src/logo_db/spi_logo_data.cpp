@@ -51,9 +51,8 @@ std::string SpiLogoData::create_filename() const {
         name << service_.sid;
     }
     name << '_' << unsigned{size_code_} << '.';
-    constexpr std::uint8_t kFormatJpeg = 1;
-    if (image_format_ == kFormatJpeg) name << "JPG";
-    if (image_format_ == kFormatPng) name << "PNG";
+    if (image_format_ == LOGO_FORMAT_JPEG) name << "JPG";
+    if (image_format_ == LOGO_FORMAT_PNG) name << "PNG";
     return name.str();
 }
 
@@ -75,8 +74,9 @@ std::string SpiLogoData::root() {
 
 bool is_writable_logo(const SpiLogoInfo& logo, std::uint32_t body_size) {
     return logo.service.sid != 0 && logo.service.ecc != 0 && !logo.name.empty() &&
-           logo.image_format == kFormatPng && logo.service.sid < kFirst32BitSid &&
-           body_size <= kLargestLogo && (logo.size_code == kSize128x128 || logo.size_code == kSize320x240);
+           logo.image_format == LOGO_FORMAT_PNG && logo.service.sid < kFirst32BitSid &&
+           body_size <= kLargestLogo &&
+           (logo.size_code == LOGO_SIZE_128x128 || logo.size_code == LOGO_SIZE_320x240);
 }
 
 }  // namespace spi

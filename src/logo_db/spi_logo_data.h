@@ -15,11 +15,6 @@ namespace spi {
 
 // Larger images are neither written nor cleaned up after.
 constexpr std::uint32_t kLargestLogo = 22528;  // bytes
-// The size classes that are written.
-constexpr std::uint8_t kSize128x128 = 3;
-constexpr std::uint8_t kSize320x240 = 4;
-// The format that is written.
-constexpr std::uint8_t kFormatPng = 2;
 
 class SpiLogoData {
  public:

@@ -46,7 +46,7 @@ void SpiLogoDb::process_event(event& e) {
 int SpiLogoDb::handle_meta(const ServElemId& service, const SiServiceInfo& description) {
     announcement_table& announced = logos_.try_emplace(service, kBucketHint).first->second;
     for (const SpiLogoInfo& logo : description.logos)
-        announced.emplace(logo.name, SpiLogoData(logo));
+        announced[logo.name].emplace_back(logo);
     return 0;
 }
 
@@ -63,12 +63,14 @@ int SpiLogoDb::handle_bodyimg(const MotBodyMetadata& metadata, MotBody&& receive
     const auto known = logos_.find(service);
     if (known == logos_.end() || known->second.empty()) return kRefused;
 
-    const auto [first, last] = known->second.equal_range(metadata.content_name);
-    for (auto announced = first; announced != last; announced = known->second.erase(announced)) {
-        const SpiLogoInfo logo = announced->second.get_meta();
+    // Used up by this image, whatever becomes of each.
+    const auto announced = known->second.extract(metadata.content_name);
+    if (announced.empty()) return kHandled;
+    for (const SpiLogoData& station_logo : announced.mapped()) {
+        const SpiLogoInfo logo = station_logo.get_meta();
         const std::string root = SpiLogoData::root();
         if (isExist_SizeLogo_LGRECTS(logo, root)) continue;
-        if (announced->second.write_logo(body)) {
+        if (station_logo.write_logo(body)) {
             send(std::make_shared<si_logo_event>(logo), QID_CBHDL);
         } else {
             removeLogo(logo, root, body);
@@ -78,7 +80,7 @@ int SpiLogoDb::handle_bodyimg(const MotBodyMetadata& metadata, MotBody&& receive
 }
 
 bool SpiLogoDb::isExist_SizeLogo_LGRECTS(const SpiLogoInfo& logo, const std::string& root) const {
-    return logo.size_code == kSize128x128 &&
+    return logo.size_code == LOGO_SIZE_128x128 &&
            isFindLargeSizeLogo(logo.service.ecc, static_cast<int>(logo.service.sid), logo.service.scids,
                                root);
 }

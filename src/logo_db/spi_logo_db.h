@@ -7,6 +7,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "src/event/event_proc.h"
 #include "src/logo_db/spi_logo_data.h"
@@ -42,9 +43,9 @@ class SpiLogoDb final : public event_proc {
     // True only for a 128 x 128 logo whose station has a 320 x 240 file already.
     bool isExist_SizeLogo_LGRECTS(const SpiLogoInfo& logo, const std::string& root) const;
 
-    // After a failed write: deletes the station's files of that size, an older good one too. Only what a
-    // write could have begun is deleted. The result is deleteCorruptedFile's, or 0 when there was nothing to
-    // do.
+    // After a failed write: deletes the station's files of that size, whatever they are, an older good one
+    // too. Only when a write could have begun at all. The result is deleteCorruptedFile's, or 0 when there
+    // was nothing to do.
     int removeLogo(const SpiLogoInfo& logo, const std::string& root, const MotBody& body) const;
 
     // ---- the searches in the logo root, in logo_files.cpp ----
@@ -58,8 +59,10 @@ class SpiLogoDb final : public event_proc {
     static bool deleteCorruptedFile(int ecc, int sid, int scids, int size_code, const std::string& root);
 
  private:
-    // By content name, as the service information gives it; equal names may occur several times.
-    using announcement_table = std::unordered_multimap<std::string, SpiLogoData>;
+    // By content name, as the service information gives it; equal names may occur several times, and keep
+    // their order. A multimap in effect; std::unordered_multimap itself walks past every other group of its
+    // bucket with each insertion, which an object of two well-chosen names would turn into quadratic work.
+    using announcement_table = std::unordered_map<std::string, std::vector<SpiLogoData>>;
     std::unordered_map<ServElemId, announcement_table, SeidHash> logos_;
 };
 

@@ -6,10 +6,6 @@
 namespace spi {
 namespace {
 
-constexpr std::uint8_t kUnknownFormat = 0;
-constexpr std::uint8_t kJpeg = 1;
-constexpr std::uint8_t kPng = 2;
-
 constexpr std::size_t kLongestExtension = 8;
 
 }  // namespace
@@ -43,13 +39,13 @@ int SiMediaInfo::get_fmt() {
         width = height;
     }
     const auto is = [this](int w, int h) { return width == w && height == h; };
-    if (is(32, 32)) return 1;
-    if (is(112, 32)) return 2;
-    if (is(128, 128)) return 3;
-    if (is(320, 240)) return 4;
-    if (is(600, 600)) return 5;
-    if (is(0, 0)) return 0;
-    return 6;
+    if (is(32, 32)) return LOGO_SIZE_32x32;
+    if (is(112, 32)) return LOGO_SIZE_112x32;
+    if (is(128, 128)) return LOGO_SIZE_128x128;
+    if (is(320, 240)) return LOGO_SIZE_320x240;
+    if (is(600, 600)) return LOGO_SIZE_600x600;
+    if (is(0, 0)) return LOGO_SIZE_UNKNOWN;
+    return LOGO_SIZE_OTHER;
 }
 
 std::string SiMediaInfo::get_ext() const {
@@ -61,17 +57,17 @@ SpiLogoInfo SiMediaInfo::logo_info() {
     SpiLogoInfo logo;
     logo.service = id;
     if (mime == "image/jpeg") {
-        logo.image_format = kJpeg;
+        logo.image_format = LOGO_FORMAT_JPEG;
     } else if (mime == "image/png") {
-        logo.image_format = kPng;
+        logo.image_format = LOGO_FORMAT_PNG;
     } else {
         const std::string ext = get_ext();
         if (ext == "png" || ext == "PNG") {
-            logo.image_format = kPng;
+            logo.image_format = LOGO_FORMAT_PNG;
         } else if (ext == "JPG" || ext == "jpg" || ext == "jpeg") {
-            logo.image_format = kJpeg;
+            logo.image_format = LOGO_FORMAT_JPEG;
         } else {
-            logo.image_format = kUnknownFormat;
+            logo.image_format = LOGO_FORMAT_UNKNOWN;
         }
     }
     logo.size_code = static_cast<std::uint8_t>(get_fmt());

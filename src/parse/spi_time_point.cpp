@@ -5,11 +5,9 @@
 namespace spi {
 namespace {
 
-constexpr int kMinutesPerDay = 1440;
-
 // The calendar date of a Modified Julian Date by the formula of ETSI EN 300 468, Annex C, in double
-// precision. The formula holds from 1900 to 2100-02-28; what it gives outside is kept (day 0 is 1859-255-19).
-// 64-bit intermediates: day 0 minus one must not wrap.
+// precision. The formula holds from 1900-03-01 to 2100-02-28; what it gives outside is kept (day 0 is
+// 1859-255-19). 64-bit intermediates: day 0 minus one must not wrap.
 void put_calendar_date(std::int64_t mjd, MotDateTime& out) {
     const auto days = static_cast<double>(mjd);
     const auto y = static_cast<std::int64_t>((days - 15078.2) / 365.25);

@@ -9,6 +9,8 @@ namespace spi {
 
 class spi_parseable;
 
+constexpr int kMinutesPerDay = 1440;
+
 struct SpiTimePoint {
     std::uint32_t mjd = 0;    // Modified Julian Date, 17 bits used; 0 means "never set"
     std::uint8_t hour = 0;    // UTC

@@ -10,9 +10,7 @@ constexpr std::uint32_t kLongestTokenText = 255;
 
 }  // namespace
 
-SpiTokenTable::SpiTokenTable()
-    : codes_{0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08, 0x0B, 0x0C, 0x0E, 0x0F, 0x10, 0x11, 0x12, 0x13},
-      tokens_(10) {}
+SpiTokenTable::SpiTokenTable() : tokens_(10) {}
 
 void SpiTokenTable::parse(spi_parseable& scope) {
     while (scope.has_more()) {

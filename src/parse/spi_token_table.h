@@ -7,7 +7,6 @@
 #pragma once
 
 #include <cstdint>
-#include <set>
 #include <string>
 #include <unordered_map>
 
@@ -23,14 +22,15 @@ class SpiTokenTable {
     // nothing, and a text longer than 255 bytes defines nothing.
     void parse(spi_parseable& scope);
 
-    // True for the 16 byte values that are tokens, defined or not.
-    bool is_code(std::uint8_t byte) const { return codes_.count(byte) != 0; }
+    // True for the 16 byte values that are tokens, defined or not: 01-08, 0B, 0C, 0E-13.
+    static constexpr bool is_code(std::uint8_t byte) { return byte < 0x14 && (kCodes >> byte & 1) != 0; }
 
     // The text of a token; empty when the object did not define it.
     std::string get_token(unsigned char code) const;
 
  private:
-    std::set<std::uint8_t> codes_;
+    static constexpr std::uint32_t kCodes = 0x000FD9FE;  // a bit for each code
+
     std::unordered_map<std::uint8_t, std::string> tokens_;
 };
 

@@ -60,8 +60,6 @@ void SpiServer::register_workers() {
 }
 
 SpiServer::~SpiServer() {
-    wait_armed();
-
     bool all_asked = true;
     for (const _qid worker : {QID_CBHDL, QID_PARSE, QID_LOGODB, QID_EVTDB}) {
         try {
@@ -99,7 +97,10 @@ void SpiServer::FeedMotBody(MotBodyMetadata metadata, MotBody&& body, ServElemId
             send_to(QID_PARSE,
                     std::make_shared<spi_body_event>(std::move(metadata), std::move(body), service));
             break;
-        default: break;
+        default: {
+            const MotBody dropped = std::move(body);
+            break;
+        }
     }
 }
 
@@ -114,19 +115,21 @@ void SpiServer::SetCurrentService(ServElemId& service, unsigned short ensemble) 
         } else if (check_ensemble(ensemble)) {
             send_to(QID_PARSE, std::make_shared<set_ensemble_event>(ensemble));
         }
-        send_to(QID_EVTDB, std::make_shared<set_service_event>(service));
     } catch (...) {
-        // Out of memory. A host that calls again must find the change still to be made: the parser may not
-        // know of it.
+        // Out of memory: the change has not reached the workers. A host that calls again must find it still
+        // to be made.
         ensemble_ = before;
         throw;
     }
+    send_to(QID_EVTDB, std::make_shared<set_service_event>(service));
 }
 
 // From one ensemble to another everything is cleared; from none to one nothing is. Deliberate.
 bool SpiServer::check_ensemble(unsigned short ensemble) {
-    if (ensemble_ == ensemble) return false;
-    if (ensemble_ != 0) send_to(QID_ALL, std::make_shared<db_clear_event>());
+    if (ensemble_ != 0) {
+        if (ensemble_ == ensemble) return false;
+        send_to(QID_ALL, std::make_shared<db_clear_event>());
+    }
     ensemble_ = ensemble;
     return true;
 }
@@ -140,13 +143,7 @@ void SpiServer::ResendNowNext() {
 }
 
 void SpiServer::pre() {
-    try {
-        lock();
-    } catch (...) {
-        arm();
-        throw;
-    }
-    arm();
+    lock();
 }
 
 void SpiServer::process_event(event& e) {

@@ -32,11 +32,12 @@ struct broadcast {
     spi_builder::bytes si = spi_builder::si_object(
         0xE1, kEnsemble,
         {{{"R4", "Radio 4", ""}, {{0xE1, kEnsemble, 0xC221, 0}}, {{"image/png", "r4.png", {}, 320, 240}}}});
-    spi_builder::bytes pi = spi_builder::pi_object({{spi_builder::service_id{0xE1, kEnsemble, 0xC221, 0},
-                                                     spi_builder::utc_time{spi_builder::mjd(2026, 3, 2), 0, 0},
-                                                     spi_builder::utc_time{spi_builder::mjd(2026, 3, 3), 0, 0},
-                                                     {{{"", "Morning", ""}, {spi_builder::mjd(2026, 3, 2), 10, 0}, 3600},
-                                                      {{"", "Noon", ""}, {spi_builder::mjd(2026, 3, 2), 11, 0}, 3600}}}});
+    spi_builder::bytes pi =
+        spi_builder::pi_object({{spi_builder::service_id{0xE1, kEnsemble, 0xC221, 0},
+                                 spi_builder::utc_time{spi_builder::mjd(2026, 3, 2), 0, 0},
+                                 spi_builder::utc_time{spi_builder::mjd(2026, 3, 3), 0, 0},
+                                 {{{"", "Morning", ""}, {spi_builder::mjd(2026, 3, 2), 10, 0}, 3600},
+                                  {{"", "Noon", ""}, {spi_builder::mjd(2026, 3, 2), 11, 0}, 3600}}}});
     spi_builder::bytes png = {0x89, 'P', 'N', 'G'};
 
     void feed_object(spi::SpiServer& server, std::uint16_t subtype, const spi_builder::bytes& bytes,

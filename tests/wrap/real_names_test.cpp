@@ -67,7 +67,7 @@ std::string story(const places& at) {
     const mode_t mask = umask(0);
     live(found, at.logo_root, "first image");
     umask(mask);
-    found.expect(file_content(at.block) == block_with(""), "the fresh block is not as laid down");
+    found.expect(file_content(at.block) == block_with(""), "the fresh block is not as it must be");
     struct stat status {};
     found.expect(stat(at.block.c_str(), &status) == 0 && (status.st_mode & 07777) == 0664,
                  "the block's mode");
