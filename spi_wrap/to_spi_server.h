@@ -108,10 +108,11 @@ class DABSPI_EXPORT toSpiServer {
     // the system's storage path from the shared-memory block "/SysDataInfo" (creating it, empty, when it is
     // missing); logos go to that path followed by "/HdStationLogo/", or to "/temp/dab" where that directory
     // cannot be made. Creates both directories. Starts six threads named "dabspi". Throws std::logic_error
-    // when the block cannot be mapped, and what the standard library throws; nothing is left behind then.
+    // when the block cannot be mapped, and what the standard library throws; no thread, memory or descriptor
+    // is left then. What was made in the system stays: the block, the directories.
     explicit toSpiServer(ISpiListener* listener);
-    // Lets the library finish what is queued, then ends its threads; no call of the listener comes
-    // afterwards.
+    // Ends the library's threads, each after what its own queue holds by then; what that leads to may be
+    // lost. No call of the listener comes afterwards.
     virtual ~toSpiServer();
     toSpiServer(const toSpiServer&) = delete;
     toSpiServer& operator=(const toSpiServer&) = delete;

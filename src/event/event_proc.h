@@ -7,12 +7,10 @@
 // construction: a data race, and in the server's case a termination lock that nobody took. So the thread
 // first waits at a gate:
 //   - the public constructor opens the gate at once; it is for a bare worker (and for classes whose author
-//   accepts that
-//     pre() may run before their constructor has finished);
+//     accepts that pre() may run before their constructor has finished);
 //   - the protected constructor leaves it closed, and the class that is complete calls begin() as the last
-//   statement of
-//     its constructor. "The constructor returned" then means "the thread serves". Such a class should be
-//     final, or pass the choice on to the classes derived from it.
+//     statement of its constructor. "The constructor returned" then means "the thread serves". Such a class
+//     should be final, or pass the choice on to the classes derived from it.
 // In the same way a derived destructor runs while the thread still lives: it begins with destroy_proc(), or
 // handlers run on members that are gone.
 //

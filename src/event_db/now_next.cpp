@@ -18,6 +18,7 @@ int SpiEventDb::find_curtt(bool tomorrow) {
 }
 
 bool SpiEventDb::find_now() {
+    if (!current_timetable_) return false;
     const int now_minute = current_time_.hour * 60 + current_time_.minute;
     for (const auto& [start, programme] : *current_timetable_) {
         // Nothing covers the time. The programme before stays, and nothing is told. Deliberate.
@@ -35,7 +36,7 @@ bool SpiEventDb::find_now() {
 }
 
 bool SpiEventDb::find_next() {
-    if (!is_set(now_)) return false;
+    if (!is_set(now_) || !current_timetable_) return false;
     // The search goes on in tomorrow's schedule, for now as well, until a change of date retires today's.
     // Deliberate.
     if (wraps(now_) && find_curtt(true) != 0) return false;

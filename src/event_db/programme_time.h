@@ -7,7 +7,7 @@
 namespace spi {
 
 // Minutes since midnight of the coded day; negative, or 1440 and more, when the local time offset leaves that
-// day.
+// day (or when an hour beyond 23 was coded).
 inline int start_minute(const PiScheduleProgramme& p) {
     return p.time.hour * 60 + p.time.minute + p.time.lto * 30;
 }

@@ -19,8 +19,9 @@
 
 namespace spi {
 
-// The programmes of one local day by their start minute. A start before midnight of the day that it is filed
-// under has a key that wrapped (65536 minus the minutes), which no search reaches.
+// The programmes of one local day by their start minute. A programme whose local start lies before midnight
+// of its coded day is filed under the day before, with a key that wrapped (65536 minus the minutes), which no
+// search reaches.
 using DaySchedule = std::map<std::uint16_t, PiScheduleProgramme>;
 // The days of one service by their local day number. Shared, because the current timetable outlives its day's
 // removal.
@@ -54,7 +55,7 @@ class SpiEventDb final : public event_proc {
     // Chooses the current timetable: the first day of the current service, or the second. 0: chosen; 1: there
     // is none, and nothing changes.
     int find_curtt(bool tomorrow);
-    // Each true when it replaced its programme. find_now and find_next need a current timetable.
+    // Each true when it replaced its programme; false without a current timetable.
     bool find_now();
     bool find_next();
     // 0 after sending an update; 1 when nothing changed or no timetable is to be had.
@@ -71,8 +72,8 @@ class SpiEventDb final : public event_proc {
     MotDateTime current_time_;  // year 0: no date set yet
     PiScheduleProgramme now_;
     PiScheduleProgramme next_;
-    std::shared_ptr<DaySchedule>
-        current_timetable_;  // the day in which now is looked for; empty when none is chosen
+    // The day in which now is looked for; empty when none is chosen.
+    std::shared_ptr<DaySchedule> current_timetable_;
     std::unordered_map<ServElemId, ServiceSchedule, SeidHash> schedules_;
 };
 

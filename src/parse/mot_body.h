@@ -32,8 +32,8 @@ struct MotBody {
 struct MotBodyMetadata {
     std::uint16_t user_application_type = 0;  // of the data service; 7 is SPI
     std::uint8_t content_type = 0;            // 2 image, 7 binary SPI object
-    std::uint16_t content_subtype =
-        0;  // images: 1 JFIF, 3 PNG; SPI: 0 service information, 1 programme information
+    // Images: 1 JFIF, 3 PNG. SPI objects: 0 service information, 1 programme information.
+    std::uint16_t content_subtype = 0;
     std::string content_name;
 };
 

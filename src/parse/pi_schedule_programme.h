@@ -15,8 +15,8 @@ class spi_parseable;
 class SpiTokenTable;
 
 struct PiScheduleProgramme {
-    std::uint16_t eid =
-        0;  // the ensemble that the object was received on; bearers on others are not accepted
+    // The ensemble that the object was received on; bearers on others are not accepted.
+    std::uint16_t eid = 0;
     // Programme short identifier, 24 bits. 0 if absent, 0xFFFFFF if its attribute is shorter than three
     // bytes, 0xFFFFFFFF if the attribute is among the last three bytes of the body.
     std::uint32_t crid = 0;

@@ -96,9 +96,8 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const
     const std::uint32_t readable = take_string_bytes(len);
     for (std::uint32_t i = 0; i < readable; ++i) {
         const std::uint8_t byte = data[pos + i];
-        if (tokens.is_code(byte)) {
-            out +=
-                tokens.get_token(byte);  // nothing where the object defines no such token: the byte vanishes
+        if (SpiTokenTable::is_code(byte)) {
+            out += tokens.get_token(byte);  // nothing where the object does not define it: the byte vanishes
         } else {
             out += static_cast<char>(byte);
         }

@@ -41,7 +41,7 @@ class ReadBuffer {
     std::uint8_t read_tag();
     std::uint8_t eval_tag() const;  // the tag at `pos`, not consumed
 
-    // The length of an element: one byte 0..253, or 0xFE and two bytes, or 0xFF and three (TS 102 371, 4.2).
+    // The length of an element: one byte 0..253, or 0xFE and two bytes, or 0xFF and three (TS 102 371).
     // When it cannot be read: 255, 65535 or kNoLength, and an escape byte stays consumed.
     std::uint32_t read_len();
     // Skips a length and its content. Returns the length; 0, with `pos` after the length, unless at least one

@@ -21,7 +21,8 @@ class spi_parseable {
  public:
     // Opens the element at the buffer's position.
     explicit spi_parseable(ReadBuffer& buffer);
-    // Opens a child element at the position of the parent's buffer.
+    // Opens a child element at the position of the parent's buffer. To the language this is a copy
+    // constructor: a scope passed by value would open a child, so scopes are passed by reference.
     spi_parseable(spi_parseable& parent);
     ~spi_parseable() { buf.pos = end; }
     spi_parseable(const spi_parseable&) = delete;

@@ -32,8 +32,8 @@ class SpiParser final : public event_proc {
 
  private:
     MotDateTime last_time_;  // year 0: no date received yet
-    std::uint16_t eid_ =
-        0;  // the current ensemble; 0: none known, only identifiers with ensemble 0 are accepted
+    // The current ensemble. 0: none known; only identifiers with ensemble 0 are accepted.
+    std::uint16_t eid_ = 0;
     SpiBodyTable bodies_;
 };
 

@@ -13,8 +13,9 @@
 // Errors. No operation reports one. Out of memory, an operation throws std::bad_alloc and the server stays
 // usable. The constructor throws what the standard library throws, and then leaves nothing behind.
 //
-// Destruction delivers what is queued already, then waits for all workers. It always returns, unless the
-// listener does not. Never destroy a server from inside a listener call.
+// Destruction: each worker handles what its own queue holds by then; what that leads to may be lost. Whoever
+// needs all of it waits with wait_until_quiet first. Destruction always returns, unless the listener does
+// not. Never destroy a server from inside a listener call.
 #pragma once
 
 #include <cstdint>
@@ -35,15 +36,15 @@ namespace spi {
 class SpiServer final : public term_event_proc {
  public:
     // The server shares the ownership of `listener` (null: nothing is notified). `temp_root` is a directory
-    // for temporary files, of which the library makes none; `logo_root` is where logos are written, without a
-    // file separator added at its end. Neither directory is created here.
+    // for temporary files, of which the library makes none; `logo_root` is where logos are written, as
+    // `logo_root` + "/" + name. Neither directory is created here.
     DABSPI_EXPORT SpiServer(std::shared_ptr<ISpiListener> listener, const std::string& temp_root,
                             const std::string& logo_root);
     DABSPI_EXPORT ~SpiServer() override;
 
     // One received MOT object (ETSI EN 301 234). ContentType 7 is parsed as a binary SPI object (TS 102 371)
     // and 2 is taken as an image; others are dropped silently. `service` is the data service that it was
-    // received with. The body is moved from and left empty.
+    // received with. The body is moved from and left empty, in any case.
     DABSPI_EXPORT void FeedMotBody(MotBodyMetadata metadata, MotBody&& body, ServElemId service);
 
     // The service that is being listened to, and the ensemble that carries it (0: none). A change from one
@@ -58,7 +59,8 @@ class SpiServer final : public term_event_proc {
     // Asks for the current now and next once more, set or not.
     DABSPI_EXPORT void ResendNowNext();
 
-    // True when `ensemble` is not the current one, which it then becomes. Used by SetCurrentService.
+    // True when `ensemble` is not the current one, which it then becomes, or when none is current. Used by
+    // SetCurrentService.
     DABSPI_EXPORT bool check_ensemble(unsigned short ensemble);
 
     // The server's own worker; not for hosts.
