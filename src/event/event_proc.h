@@ -102,8 +102,8 @@ class event_proc {
     bool started_ = false;  // the constructing, later the destroying thread only
 
     bool gate_open_;  // guarded by the queue's mutex
-    bool dead_ =
-        false;  // no thread will take events any more, though not stopped; guarded by the queue's mutex
+    // No thread will take events any more, though not stopped; guarded by the queue's mutex.
+    bool dead_ = false;
     bool answering_term_ = false;  // this worker's thread only
     const thread_end_hook thread_end_hook_;
     std::atomic<bool> lost_answer_{false};
