@@ -32,6 +32,14 @@ TEST(PlainString, TakesUpTo255Bytes) {
     EXPECT_EQ(buffer.pos, 255U);
 }
 
+TEST(PlainString, OfMoreThan255BytesIsPassedOver) {
+    ReadBuffer buffer = buffer_of(bytes(300, 'x'));
+    std::string out = "kept";
+    EXPECT_EQ(buffer.read_string(out, 256), 256U);
+    EXPECT_EQ(out, "kept");
+    EXPECT_EQ(buffer.pos, 256U);
+}
+
 TEST(PlainString, ExpandsNoTokens) {
     ReadBuffer buffer = buffer_of({0x01, 0x00, 0xFF});
     std::string out;

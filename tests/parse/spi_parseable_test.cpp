@@ -132,6 +132,19 @@ TEST(SpiParseable, ClosingMovesBackWhenAChildOvershot) {
     EXPECT_EQ(buffer.pos, 4U);
 }
 
+TEST(SpiParseable, EndNeverWrapsAround) {
+    // Such a position comes of a body near 4 GiB: closing must not lead back to its beginning.
+    ReadBuffer buffer = buffer_of({0x1C, 0x00});
+    buffer.pos = 0xFFFFFFFF;
+    {
+        const spi_parseable none(buffer);
+        EXPECT_EQ(none.tag, 127);
+        EXPECT_EQ(none.end, 0xFFFFFFFFU);
+        EXPECT_FALSE(none.has_more());
+    }
+    EXPECT_EQ(buffer.pos, 0xFFFFFFFFU);
+}
+
 TEST(SpiParseable, ClosesWhenAnExceptionPasses) {
     ReadBuffer buffer = buffer_of({0x02, 0x04, 0x21, 0x01, 1, 2, 3});
     try {

@@ -1,5 +1,7 @@
 #include "tests/server/recording_worker.h"
 
+#include <utility>
+
 #include "src/event/payloads.h"
 
 namespace {
@@ -34,6 +36,11 @@ journal<T>& never_destroyed() {
     return instance;
 }
 
+std::function<void()>& end_hook() {
+    static auto& instance = *new std::function<void()>;
+    return instance;
+}
+
 }  // namespace
 
 std::string brief(const delivery& d) {
@@ -45,6 +52,7 @@ recording_worker::recording_worker(spi::_qid id) : event_proc(id, deferred{}) {
 }
 recording_worker::~recording_worker() {
     ended().add(queue_id());
+    if (end_hook()) end_hook()();
 }
 void recording_worker::end() {
     destroy_proc();
@@ -79,4 +87,8 @@ void recording_worker::forget_all() {
     handled().take();
     made().take();
     ended().take();
+    end_hook() = {};
+}
+void recording_worker::on_end(std::function<void()> hook) {
+    end_hook() = std::move(hook);
 }

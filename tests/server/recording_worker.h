@@ -41,6 +41,8 @@ class recording_worker : public spi::event_proc {
     static journal<spi::_qid>& made();
     static journal<spi::_qid>& ended();
     static void forget_all();
+    // Called as each worker ends, on the thread that destroys it; cleared by forget_all.
+    static void on_end(std::function<void()> hook);
 
  protected:
     explicit recording_worker(spi::_qid id);

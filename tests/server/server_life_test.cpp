@@ -1,4 +1,6 @@
 // Construction, the count of EC_TERM, destruction.
+#include <future>
+#include <mutex>
 #include <type_traits>
 
 #include "src/event/payloads.h"
@@ -34,6 +36,23 @@ TEST_F(RecordedServer, DestroyedEndsItsWorkersInTheOppositeOrder) {
     recording_worker::ended().take();
     server.reset();
     EXPECT_THAT(recording_worker::ended().all(), ElementsAre(QID_EVTDB, QID_LOGODB, QID_PARSE, QID_CBHDL));
+}
+
+TEST_F(RecordedServer, HoldsItsLockWhileItsWorkersEnd) {
+    std::mutex& lock = server->mutex();
+    journal<bool> held;
+    recording_worker::on_end([&] {
+        // Tried on another thread: the one that destroys owns it.
+        const auto taken_by_another = [&lock] {
+            if (!lock.try_lock()) return true;
+            lock.unlock();
+            return false;
+        };
+        held.add(std::async(std::launch::async, taken_by_another).get());
+    });
+    server.reset();
+    EXPECT_THAT(held.all(), ElementsAre(true, true, true, true));
+    recording_worker::on_end({});
 }
 
 TEST_F(RecordedServer, DestroyedAtOnceStillHandlesTheStartEventsFirst) {
