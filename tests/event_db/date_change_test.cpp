@@ -42,13 +42,25 @@ TEST_F(DateChange, RetiresTheFirstDayOfEveryServiceWhateverDayItIs) {
     expect_sent({"stored Once more for another service", "now Once more, next -"});
 }
 
-TEST_F(DateChange, TheFirstDateOfAllRetiresNothing) {
+TEST_F(DateChange, ANewTimeOfTheSameDateRetiresNothing) {
     at("1200");
     on_air("1000", 60, "Today");
     EXPECT_EQ(db.cfu_date_time(date_time(today, "1201")), 1);
     forget_sent();
     on_air("1000", 60, "Repeat");
     expect_nothing_sent();
+}
+
+TEST_F(DateChange, ADateAfterNoneRetiresNothing) {
+    at("1200");
+    on_air(today, "1000", 60, "Today");
+    on_air(tomorrow, "1000", 60, "Tomorrow");
+    db.cfu_date_time({0, 3, 2, 12, 0});  // another date, so that today goes; and none: its year is 0
+    at("1201");                          // like the first of all
+    forget_sent();
+    EXPECT_EQ(on_air(today, "1000", 60, "Again"), 0);
+    EXPECT_EQ(on_air(tomorrow, "1000", 60, "Repeat"), 0);
+    expect_sent({"stored Again"});
 }
 
 TEST_F(DateChange, AChangeOfTheMonthAloneRetires) {

@@ -25,6 +25,11 @@ TEST_F(Filing, RefusesAProgrammeWithoutAStartDay) {
     spi::PiScheduleProgramme p = programme(today, "1000", 60, "News");
     p.time.mjd = 0;
     EXPECT_EQ(file(p), 1);
+    // Not even on the date that day zero reads as, nor on the one before it.
+    db.cfu_date_time({1859, 255, 19, 10, 30});
+    EXPECT_EQ(file(p), 1);
+    p.time.lto = 60;  // would carry it out of day zero
+    EXPECT_EQ(file(p), 1);
     expect_nothing_sent();
 }
 

@@ -43,6 +43,16 @@ TEST_F(Sizes, ASkippedSmallLogoLeavesAnOlderOneAsItIs) {
     EXPECT_EQ(content("E1C2210_3.PNG"), "old small");
 }
 
+TEST_F(Sizes, ASkippedSmallLogoDoesNotKeepTheBodyFromTheOthers) {
+    put("E1C2210_4.PNG");
+    announce("logo", 4, kPng, {0xC222, 0xE1, 0});
+    announce("logo", 3);
+    announce("logo", 4, kPng, {0xC223, 0xE1, 0});
+    EXPECT_EQ(receive("logo", "one body"), 0);
+    expect_told({"E1C2220_4.PNG", "E1C2230_4.PNG"});
+    expect_files({"E1C2210_4.PNG", "E1C2220_4.PNG", "E1C2230_4.PNG"});
+}
+
 TEST_F(Sizes, AnotherStationsLargeLogoDoesNotCount) {
     put("E1C2220_4.PNG");
     put("E2C2210_4.PNG");

@@ -1,5 +1,6 @@
 // What is written at all, and what is refused without touching the disk.
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include "tests/logo_db/logo_db_fixture.h"
 #include "tests/logo_db/write_faults.h"
@@ -98,6 +99,15 @@ TEST_F(WriteConditions, TheRootIsFollowedByASeparatorOfItsOwn) {
     spi::SpiLogoData::set_root(root.path().string() + "/");  // as the host-facing layer makes it
     EXPECT_TRUE(write(logo_of(station, kPng, 4), body("image")));
     expect_files({"E1C2210_4.PNG"});
+}
+
+TEST_F(WriteConditions, TheFileIsForEveryoneWhomTheHostsMaskLeaves) {
+    const mode_t before = umask(0);
+    EXPECT_TRUE(write(logo_of(station, kPng, 4), body("image")));
+    umask(before);
+    struct stat status {};
+    ASSERT_EQ(stat((root / "E1C2210_4.PNG").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0666U);  // as any stream makes it: other programs show the logos
 }
 
 TEST_F(WriteConditions, TheFileDoesNotLeakIntoTheHostsChildren) {

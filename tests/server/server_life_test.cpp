@@ -127,6 +127,18 @@ TEST_F(RecordedServer, LeavesNoLineInTheLog) {
     EXPECT_EQ(log.text(), "");  // the version text, too, is written nowhere
 }
 
+TEST(ServerClass, OperationsHaveTheHostsSignatures) {
+    EXPECT_TRUE((std::is_constructible_v<SpiServer, std::shared_ptr<ISpiListener>, const std::string&,
+                                         const std::string&>));
+    EXPECT_TRUE((std::is_same_v<decltype(&SpiServer::FeedMotBody),
+                                void (SpiServer::*)(MotBodyMetadata, MotBody&&, ServElemId)>));
+    EXPECT_TRUE((std::is_same_v<decltype(&SpiServer::SetCurrentService),
+                                void (SpiServer::*)(ServElemId&, unsigned short)>));
+    EXPECT_TRUE((std::is_same_v<decltype(&SpiServer::check_ensemble), bool (SpiServer::*)(unsigned short)>));
+    EXPECT_TRUE((std::is_same_v<decltype(&SpiServer::SetDateTime), void (SpiServer::*)(MotDateTime&)>));
+    EXPECT_TRUE((std::is_same_v<decltype(&SpiServer::ResendNowNext), void (SpiServer::*)()>));
+}
+
 TEST(ServerClass, DerivesFromTheLockFirst) {
     EXPECT_TRUE((std::is_base_of_v<term_event_proc, SpiServer>));
     EXPECT_TRUE(std::has_virtual_destructor_v<SpiServer>);

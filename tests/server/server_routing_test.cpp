@@ -43,6 +43,14 @@ TEST_F(RecordedServer, AnObjectKeepsItsParametersItsBytesAndItsService) {
     }
 }
 
+TEST_F(RecordedServer, TakesTheBodyOfWhatItDropsToo) {
+    MotBody body = body_of({'b', 'o', 'd', 'y'});
+    server->FeedMotBody({7, 1, 0, "name"}, std::move(body), service);
+    EXPECT_EQ(body.size, 0U);
+    EXPECT_EQ(body.data, nullptr);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
 TEST_F(RecordedServer, AnEmptyBodyIsHandedOnEmpty) {
     feed(7, {});
     const auto all = deliveries();

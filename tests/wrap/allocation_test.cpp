@@ -110,6 +110,36 @@ TEST_F(OutOfMemory, ConstructionThrowsOrSucceedsWhenNothingIsLeft) {
     sweep(failing_new::kFromThenOn, false);
 }
 
+// The library's threads rest, so that the next allocation is the host's own call's.
+template <class Call>
+void expect_the_host_to_be_told(Call call) {
+    ASSERT_TRUE(spi::wait_until_quiet(std::chrono::seconds(60)));
+    failing_new::fail_at(1, failing_new::kOnce);
+    bool told = false;
+    try {
+        call();
+    } catch (const std::bad_alloc&) {
+        told = true;
+    }
+    failing_new::stop();
+    EXPECT_TRUE(told);
+    EXPECT_EQ(call(), 0);  // the server stays usable
+}
+
+TEST_F(OutOfMemory, ReachesTheHostFromItsOwnCalls) {
+    spi_wrap::toSpiServer server(nullptr);
+    spi_wrap::ServElemId service{0xC221, 0xE1, 0};
+    spi_wrap::MotDateTime now{2026, 3, 2, 10, 30};
+    spi_wrap::MotBodyMetadata metadata{0, 7, 0, "si.EHB"};
+    const unsigned char bytes[] = {0x03, 0x00};
+    spi_wrap::MotBody body{sizeof bytes, bytes};
+    server.SetDateTime(now);  // handled by every worker: none of their threads is still about to start
+    expect_the_host_to_be_told([&] { return server.SetCurrentService(service, 0xC181); });
+    expect_the_host_to_be_told([&] { return server.SetDateTime(now); });
+    expect_the_host_to_be_told([&] { return server.FeedMotBody(metadata, body, service); });
+    EXPECT_TRUE(spi::wait_until_quiet(std::chrono::seconds(60)));
+}
+
 TEST_F(OutOfMemory, DestructionReturnsWhenNothingIsLeft) {
     sweep(failing_new::kFromThenOn, true);
 }
