@@ -92,6 +92,19 @@ TEST_F(Quirks, ANextOfTheSameStartMinuteCountsAsUnchanged) {
     EXPECT_EQ(standing(), "now Monday's, next Monday's next");
 }
 
+TEST_F(Quirks, AStartCarriedOverMidnightCountsAsTheSameAsOneThatWasNot) {
+    at("0045");
+    listen_to(station);
+    file(programme(yesterday, "2330", 60, "Monday's", 2));  // 00:30 to 01:30 today
+    file(programme(today, "0130", 60, "Monday's next"));
+    on_air(tomorrow, "0030", 60, "Tuesday's");
+    file(programme(today, "2330", 120, "Tuesday's next", 4));  // 01:30 tomorrow
+    forget_sent();
+    EXPECT_EQ(at(tomorrow, "0045"), 1);
+    expect_nothing_sent();
+    EXPECT_EQ(standing(), "now Monday's, next Monday's next");
+}
+
 TEST_F(Quirks, AnEmptyNextKeepsTheDurationOfTheOneBefore) {
     at("1030");
     on_air("1000", 60, "News");
