@@ -29,6 +29,7 @@ TEST(Quiet, IsNotWhileAPayloadLives) {
 TEST(Quiet, ANegativeLimitDoesNotWait) {
     const auto payload = numbered(1);
     EXPECT_FALSE(wait_until_quiet(milliseconds(-1)));
+    EXPECT_FALSE(wait_until_quiet(milliseconds::min()));
 }
 
 TEST(Quiet, TheLongestLimitDoesNotOverflow) {

@@ -283,4 +283,12 @@ TEST_F(Thread, AnythingElseThrownIsReportedWithoutAText) {
     EXPECT_EQ(threads.result(1), reinterpret_cast<void*>(std::intptr_t{-1}));
 }
 
+TEST_F(Thread, EndedByTheSystemIsNoException) {
+    body binding{[] { pthread_exit(nullptr); }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    thread.Start();
+    EXPECT_EQ(thread.WaitExit(10000), 1);
+    EXPECT_THAT(debug.take(), IsEmpty());
+}
+
 }  // namespace
