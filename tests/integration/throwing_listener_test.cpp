@@ -23,8 +23,11 @@ struct ThrowingListener : testing::Test {
     // works, and the server's end returns.
     template <class Throw>
     void throw_at(const std::string& prefix, Throw throw_it, int line, const std::string& report) {
+        gate thrown;
         const auto listener = std::make_shared<noting_listener>([&](const std::string& text) {
-            if (text.rfind(prefix, 0) == 0) throw_it();
+            if (text.rfind(prefix, 0) != 0) return;
+            thrown.open();
+            throw_it();
         });
         {
             spi::SpiServer server(listener, "/temp/dab", logos.path().string());
@@ -34,6 +37,8 @@ struct ThrowingListener : testing::Test {
             if (prefix == "logo") sent.feed_logo(server);
             sent.feed_pi(server);
             if (prefix != "logo") sent.feed_logo(server);
+            server.ResendNowNext();
+            thrown.wait();
             server.ResendNowNext();
         }
         const auto texts = listener->texts();

@@ -107,8 +107,8 @@ TEST_P(ServerWithoutMemory, WhileItWorksIsDestroyedAllTheSame) {
     for (long n = 1; n <= 40; ++n) {
         const thread_faults threads;
         auto server = make_server(logos.path().string());
-        // Handled by every worker: the fault must not strike a thread that still registers itself with the
-        // framework, which does without.
+        // A time reaches every worker: then each has made the entry of its thread in the platform's table,
+        // which does without memory.
         server->SetDateTime(sent.now);
         ASSERT_TRUE(spi::wait_until_quiet(std::chrono::minutes(1)));
         const allocation_faults fault(static_cast<int>(worker()), n, how());

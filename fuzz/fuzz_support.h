@@ -1,0 +1,47 @@
+// What the fuzz targets share: a router that counts instead of delivering, bodies of exactly the input's
+// size, and a check that ends the run.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "src/event/event_backend.h"
+#include "src/parse/mot_body.h"
+
+// Fails the run, with the input kept by libFuzzer, when `condition` does not hold.
+inline void expect(bool condition, const char* what) {
+    if (condition) return;
+    std::fprintf(stderr, "broken promise: %s\n", what);
+    std::abort();
+}
+
+inline spi::MotBody body_of(const std::uint8_t* data, std::size_t size) {
+    std::unique_ptr<unsigned char[]> bytes(new unsigned char[size]);
+    std::copy(data, data + size, bytes.get());
+    return spi::MotBody(static_cast<std::uint32_t>(size), std::move(bytes));
+}
+
+// Keeps the events of one input. Its own thread never gets any.
+class keeping_router final : public spi::event_backend {
+ public:
+    keeping_router() : event_backend(deferred{}) { begin(); }
+    ~keeping_router() override { destroy_proc(); }
+    int post_event(spi::event e) override {
+        events.push_back(std::move(e));
+        return 0;
+    }
+    std::vector<spi::event> events;
+};
+
+// A worker that sends through it, made once for the whole run.
+struct sender {
+    keeping_router router;
+    spi::event_proc worker{spi::QID_PARSE};
+    sender() { router.register_queue(&worker); }
+};

@@ -1,0 +1,86 @@
+// Writes the seed corpora of the fuzz targets, made by the builder: make_seeds DIRECTORY
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "tests/support/spi_builder_objects.h"
+
+namespace {
+
+namespace sb = spi_builder;
+
+void write(const std::filesystem::path& file, const sb::bytes& bytes) {
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream out(file, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    if (!out.flush()) throw std::runtime_error(file.string() + ": cannot be written");
+}
+
+sb::bytes schedule_object(const sb::tokens& tokens) {
+    sb::schedule_data schedule;
+    schedule.scope = sb::service_id{0xE0, 0x10C1, 0x1A01, 0};
+    for (unsigned hour = 6; hour < 10; ++hour) {
+        sb::programme_data programme;
+        programme.name = {"Short", "Medium", "\x01 at " + std::to_string(hour)};
+        programme.start = {61100, hour, 0, hour - 7, sb::utc_fraction{30, 0}};
+        programme.duration = 3600;
+        programme.short_id = 0x010203 + hour;
+        programme.bearers = {{0xE0, 0x10C1, 0x1A01, 0}, {0xE0, 0x10C1, 0xE0D00001, 2}};
+        schedule.programmes.push_back(programme);
+    }
+    return sb::pi_object({schedule, schedule}, tokens);
+}
+
+sb::bytes service_object(const sb::tokens& tokens) {
+    sb::service_data service;
+    service.name = {"Orb", "\x02 Orbitale", ""};
+    service.bearers = {{0xE0, 0x10C1, 0x1A01, 0}};
+    service.logos = {{"image/png", "a.png", 4, {}, {}},
+                     {"", "b.PNG", 2, 128, 128},
+                     {"image/jpeg", "c", 6, {}, {}},
+                     {"", "d.jpeg", {}, 320, 240}};
+    return sb::si_object(0xE0, 0x10C1, {service, service}, tokens);
+}
+
+sb::bytes with_prefix(const sb::bytes& prefix, const sb::bytes& rest) {
+    return sb::join({prefix, rest});
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::cerr << "make_seeds DIRECTORY\n";
+        return 2;
+    }
+    const std::filesystem::path out = argv[1];
+    const sb::tokens tokens = {{0x01, "News"}, {0x02, "Radio"}, {0x09, "never"}, {0x13, "Evening"}};
+    for (const bool with_tokens : {false, true}) {
+        const sb::tokens& table = with_tokens ? tokens : sb::tokens();
+        const std::string name = with_tokens ? "tokens" : "plain";
+        write(out / "fuzz_pi_body" / name, with_prefix(sb::u16(0x10C1), schedule_object(table)));
+        write(out / "fuzz_si_body" / name, service_object(table));
+        write(out / "fuzz_reader" / (name + "-pi"), schedule_object(table));
+        write(out / "fuzz_reader" / (name + "-si"), service_object(table));
+    }
+    const sb::bytes table = sb::token_table(tokens);
+    const sb::bytes entries(table.begin() + 2, table.end());
+    write(out / "fuzz_token_table" / "table", sb::join({sb::u8(static_cast<std::uint32_t>(entries.size())),
+                                                        entries, sb::str("\x01 at Ten \x02 \x07")}));
+    write(out / "fuzz_value_types" / "content_id",
+          with_prefix(sb::u16(0x10C1), sb::attr(0x80, sb::content_id(0xE0, 0x10C1, 0x1A01, 2))));
+    write(out / "fuzz_value_types" / "time",
+          with_prefix(sb::u16(3600),
+                      sb::attr(0x80, sb::time_point(61100, 22, 30, -4, sb::utc_fraction{59, 999}))));
+    write(out / "fuzz_shared_block" / "path",
+          with_prefix(sb::u8(1), sb::join({sb::u32(5136), sb::str("/mnt/data")})));
+    write(out / "fuzz_recording" / "calls",
+          sb::str("# a comment\n{\"call\":\"SetDateTime\",\"date\":\"20260302\",\"time\":\"1030\"}\n"
+                  "{\"call\":\"SetCurrentService\",\"sid\":\"0xC221\",\"ecc\":225,\"scids\":0,\"ensemble\":"
+                  "\"0xC185\"}\n"
+                  "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":1,\"content_name\":\"x\","
+                  "\"sid\":1,\"body\":\"AgEB\"}\n{\"call\":\"ResendNowNext\"}\n"));
+    write(out / "fuzz_logo_names" / "url", sb::str("abcdefghijklmnop.png"));
+    return 0;
+}
