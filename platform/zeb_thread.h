@@ -5,7 +5,6 @@
 // them, so they do not follow this file's own lines.
 #pragma once
 
-#include <cxxabi.h>
 #include <pthread.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -113,19 +112,18 @@ class ZebThread {
         return reinterpret_cast<void*>(self.Entry());
     }
 
-    // A forced unwinding is no exception object: the reference that catches it refers to nothing, and is not
-    // used.
-    __attribute__((no_sanitize("null"))) std::intptr_t Entry() {
+    std::intptr_t Entry() {
         try {
             (*binding_)();
             return 0;
-        } catch (const abi::__forced_unwind&) {
-            throw;  // the thread is being cancelled: the C library must see the unwinding through to its end
         } catch (const std::exception& error) {
             ZebDbgOutput::DbgPrint(kSource, "Entry", 431, 1, "catch exception. thread name [%s], what [%s]\n",
                                    name_, error.what());
             AssertFailed("Entry", 432);
         } catch (...) {
+            // Not an exception of C++: the thread is being cancelled, or ends by pthread_exit. The C library
+            // must see that unwinding through to its end.
+            if (!std::current_exception()) throw;
             ZebDbgOutput::DbgPrint(kSource, "Entry", 436, 1, "catch exception. thread name [%s]\n", name_);
             AssertFailed("Entry", 437);
         }
