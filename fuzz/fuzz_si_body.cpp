@@ -11,16 +11,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     spi::SiBodyParser(out.worker).parse(service, body_of(data, size));
 
     std::size_t records = 0;
+    std::size_t copied = 0;
     for (const spi::event& e : out.router.events) {
         const auto& sent = dynamic_cast<const spi::si_service_event&>(*e.payload);
         expect(e.destination == spi::QID_LOGODB, "services go to the logo store");
         expect(sent.service == service, "a service comes with the one that it was received with");
         records += 1 + sent.info.logos.size();
+        copied += sent.info.name.size();
         for (const spi::SpiLogoInfo& logo : sent.info.logos) {
+            copied += logo.name.size();
             expect(logo.image_format <= 2 && logo.size_code <= 6, "formats and sizes are of the known ones");
         }
     }
     expect(records <= 2 * size + 4096, "one record for each opened scope at most");
+    // Names before token expansion take their bytes from the budget; a token stands for 255 bytes at most.
+    expect(copied <= (4 * size + 65536) * 255, "names are linear in the body");
     out.router.events.clear();
     return 0;
 }

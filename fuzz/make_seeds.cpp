@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <random>
 #include <string>
 
 #include "tests/support/spi_builder_objects.h"
@@ -82,5 +83,16 @@ int main(int argc, char** argv) {
                   "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":1,\"content_name\":\"x\","
                   "\"sid\":1,\"body\":\"AgEB\"}\n{\"call\":\"ResendNowNext\"}\n"));
     write(out / "fuzz_logo_names" / "url", sb::str("abcdefghijklmnop.png"));
+    // Targets that make stories of their input: any bytes are one.
+    std::mt19937 random;  // the same numbers everywhere
+    for (const char* target :
+         {"fuzz_event_db", "fuzz_logo_db", "fuzz_server", "fuzz_pi_round_trip", "fuzz_si_round_trip"}) {
+        for (int story = 0; story < 12; ++story) {
+            sb::bytes bytes(64U << story % 4);
+            for (auto& byte : bytes)
+                byte = static_cast<std::uint8_t>(random());
+            write(out / target / ("story" + std::to_string(story)), bytes);
+        }
+    }
     return 0;
 }

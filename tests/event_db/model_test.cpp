@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "src/event/payloads.h"
 #include "src/event_db/spi_event_db.h"
+#include "tests/event_db/compared_calls.h"
 #include "tests/event_db/database_model.h"
 #include "tests/event_db/random_calls.h"
 #include "tests/support/recording_router.h"
@@ -16,40 +16,6 @@ namespace {
 
 constexpr unsigned kSequences = 2500;
 constexpr int kCalls = 50;
-
-std::string event_text(const spi::event& e) {
-    const std::string where =
-        std::string(spi::queue_name(e.destination)) + ' ' + spi::event_name(e.code()) + ' ';
-    if (e.code() == spi::EC_EVTINFO) {
-        const auto& stored = payload_of<spi::pi_programme_event>(e);
-        return where + as_text(stored.service) + ' ' + as_text(stored.programme);
-    }
-    if (e.code() == spi::EC_NOWNEXT) {
-        const auto& update = payload_of<spi::nownext_update_event>(e);
-        return where + as_text(update.now) + " / " + as_text(update.next);
-    }
-    return where;
-}
-
-std::shared_ptr<spi::i_evt_base> payload_for(const call& c) {
-    switch (c.kind) {
-        case call::kProgramme: return std::make_shared<spi::pi_programme_event>(c.service, c.programme);
-        case call::kDateTime: return std::make_shared<spi::date_time_event>(c.time);
-        case call::kService: return std::make_shared<spi::set_service_event>(c.service);
-        case call::kResend: return std::make_shared<spi::resend_nownext_event>();
-        default: return std::make_shared<spi::db_clear_event>();
-    }
-}
-
-std::vector<std::string> expected(database_model& model, const call& c) {
-    switch (c.kind) {
-        case call::kProgramme: return model.programme(c.service, c.programme);
-        case call::kDateTime: return model.date_time(c.time);
-        case call::kService: return model.service(c.service);
-        case call::kResend: return model.resend();
-        default: return model.clear();
-    }
-}
 
 // The calls so far, for a failure's message.
 std::string story(unsigned seed, int calls) {
@@ -71,7 +37,7 @@ void run_sequence(unsigned seed, database_model& model, recording_router& router
         std::vector<std::string> sent;
         for (const spi::event& each : router.take())
             sent.push_back(event_text(each));
-        ASSERT_EQ(sent, expected(model, c)) << story(seed, i);
+        ASSERT_EQ(sent, sent_by(model, c)) << story(seed, i);
     }
     router.unregister_queue(spi::QID_EVTDB, false);
 }
