@@ -18,7 +18,8 @@ ReadBuffer::ReadBuffer(MotBody&& body)
     : data(std::move(body.data)),
       size(data ? body.size : 0),
       scopes_left_(2 * std::uint64_t{size} + 4096),
-      string_bytes_left_(4 * std::uint64_t{size} + 65536) {
+      string_bytes_left_(4 * std::uint64_t{size} + 65536),
+      text_bytes_left_(255 * std::uint64_t{size} + 1048576) {
     body.size = 0;
 }
 
@@ -94,6 +95,7 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len) {
 
 std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const SpiTokenTable& tokens) {
     const std::uint32_t readable = take_string_bytes(len);
+    const std::size_t before = out.size();
     for (std::uint32_t i = 0; i < readable; ++i) {
         const std::uint8_t byte = data[pos + i];
         if (SpiTokenTable::is_code(byte)) {
@@ -101,7 +103,13 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const
         } else {
             out += static_cast<char>(byte);
         }
+        if (out.size() - before > text_bytes_left_) {
+            out.resize(before + static_cast<std::size_t>(text_bytes_left_));
+            size = 0;
+            break;
+        }
     }
+    text_bytes_left_ -= out.size() - before;
     advance(len);
     return len;
 }

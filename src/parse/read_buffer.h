@@ -66,13 +66,15 @@ class ReadBuffer {
     // The budget. Elements may claim more than their parents hold; closing the parent then moves back, and
     // the same bytes are read again: a crafted body of some kilobytes would otherwise open millions of
     // scopes. Well-formed objects open at most one scope and read at most one string byte per byte of the
-    // body. A body of N bytes may open 2N + 4,096 scopes and read 4N + 65,536 string bytes (before tokens are
-    // expanded); then it counts as ended: `size` becomes 0.
+    // body, and a token stands for 255 bytes at most. A body of N bytes may open 2N + 4,096 scopes, read
+    // 4N + 65,536 string bytes before tokens are expanded, and 255N + 1,048,576 after; then it counts as
+    // ended: `size` becomes 0.
     void spend_scope();
 
     // For work counters in tests and tools: what is left of the budget.
     std::uint64_t scopes_left() const { return scopes_left_; }
     std::uint64_t string_bytes_left() const { return string_bytes_left_; }
+    std::uint64_t text_bytes_left() const { return text_bytes_left_; }
 
  private:
     bool holds(std::uint32_t count) const { return pos <= size && count <= size - pos; }
@@ -82,6 +84,7 @@ class ReadBuffer {
 
     std::uint64_t scopes_left_;
     std::uint64_t string_bytes_left_;
+    std::uint64_t text_bytes_left_;
 };
 
 }  // namespace spi
