@@ -14,11 +14,14 @@ bool is_code(unsigned byte) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < 1) return 0;
-    // First byte: how much of the rest is the table, in one-byte lengths only; what follows is the string.
-    const std::size_t table_size = std::min<std::size_t>({data[0], size - 1, 253});
-    std::vector<std::uint8_t> object{0x04, static_cast<std::uint8_t>(table_size)};
-    object.insert(object.end(), data + 1, data + size);
+    if (size < 2) return 0;
+    // The first two bytes: how much of the rest is the table; what follows is the string.
+    const std::size_t table_size = std::min(std::size_t{data[0]} << 8 | data[1], size - 2);
+    std::vector<std::uint8_t> object{0x04, 0xFE, static_cast<std::uint8_t>(table_size >> 8),
+                                     static_cast<std::uint8_t>(table_size)};
+    const std::size_t table_begin = object.size();
+    const std::size_t table_end = table_begin + table_size;
+    object.insert(object.end(), data + 2, data + size);
     spi::ReadBuffer buffer(body_of(object.data(), object.size()));
     spi::SpiTokenTable tokens;
     {
@@ -27,25 +30,31 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     std::string text;
     const std::uint32_t rest = buffer.size - buffer.pos;
-    expect(buffer.pos == 2 + table_size, "closing the table moves behind it");
+    expect(buffer.pos == table_end, "closing the table moves behind it");
     expect(buffer.read_string(text, rest, tokens) == rest, "a string read returns the stated length");
 
     std::map<unsigned, std::string> expected;
     std::string plain;
-    std::size_t i = 2;
-    while (i + 1 < 2 + table_size) {
+    std::size_t i = table_begin;
+    while (i < table_end) {
+        // Headers that reach over the table's end are read from behind it: the walk alone is of interest.
+        if (i + 1 >= table_end) return 0;
         const unsigned code = object[i];
-        const std::size_t len = object[i + 1];
-        if (code == 0x7F || len >= 0xFE) return 0;  // other forms: the walk alone is of interest
-        const std::size_t end = i + 2 + len;
-        if (end > object.size()) return 0;
-        if (len > 0)
-            expected.emplace(code, std::string(object.begin() + static_cast<long>(i) + 2,
-                                               object.begin() + static_cast<long>(end)));
-        i = end;
+        std::size_t len = object[i + 1];
+        std::size_t begin = i + 2;
+        if (code == 0x7F || len == 0xFF) return 0;  // no tag; three-byte lengths
+        if (len == 0xFE) {
+            if (i + 3 >= table_end) return 0;
+            len = static_cast<std::size_t>(object[i + 2] << 8 | object[i + 3]);
+            begin = i + 4;
+        }
+        if (begin + len > table_end) return 0;
+        if (len > 0 && len <= 255)
+            expected.emplace(code, std::string(object.begin() + static_cast<long>(begin),
+                                               object.begin() + static_cast<long>(begin + len)));
+        i = begin + len;
     }
-    if (i + 1 == 2 + table_size) return 0;  // a tag alone at the end takes its length from behind the table
-    for (std::size_t at = 2 + table_size; at < object.size(); ++at) {
+    for (std::size_t at = table_end; at < object.size(); ++at) {
         const unsigned byte = object[at];
         if (!is_code(byte)) {
             plain += static_cast<char>(byte);

@@ -65,10 +65,16 @@ int main(int argc, char** argv) {
         write(out / "fuzz_reader" / (name + "-pi"), schedule_object(table));
         write(out / "fuzz_reader" / (name + "-si"), service_object(table));
     }
-    const sb::bytes table = sb::token_table(tokens);
-    const sb::bytes entries(table.begin() + 2, table.end());
-    write(out / "fuzz_token_table" / "table", sb::join({sb::u8(static_cast<std::uint32_t>(entries.size())),
-                                                        entries, sb::str("\x01 at Ten \x02 \x07")}));
+    for (const std::size_t longest : {4U, 253U, 254U, 255U, 256U}) {
+        sb::tokens defined = tokens;
+        defined.emplace_back(0x03, std::string(longest, 't'));
+        const sb::bytes table = sb::token_table(defined);
+        const long header = table[1] == 0xFE ? 4 : 2;
+        const sb::bytes entries(table.begin() + header, table.end());
+        write(out / "fuzz_token_table" / ("table" + std::to_string(longest)),
+              sb::join({sb::u16(static_cast<std::uint32_t>(entries.size())), entries,
+                        sb::str("\x01 at Ten \x02 \x03 \x07")}));
+    }
     write(out / "fuzz_value_types" / "content_id",
           with_prefix(sb::u16(0x10C1), sb::attr(0x80, sb::content_id(0xE0, 0x10C1, 0x1A01, 2))));
     write(out / "fuzz_value_types" / "time",
