@@ -41,7 +41,7 @@ std::shared_ptr<spi::i_evt_base> payload_for(const call& c) {
     }
 }
 
-std::vector<std::string> expected(database_model& model, const call& c) {
+std::vector<notice> announced(database_model& model, const call& c) {
     switch (c.kind) {
         case call::kProgramme: return model.programme(c.service, c.programme);
         case call::kDateTime: return model.date_time(c.time);
@@ -49,6 +49,13 @@ std::vector<std::string> expected(database_model& model, const call& c) {
         case call::kResend: return model.resend();
         default: return model.clear();
     }
+}
+
+std::vector<std::string> expected(database_model& model, const call& c) {
+    std::vector<std::string> texts;
+    for (const notice& n : announced(model, c))
+        texts.push_back(as_text(n));
+    return texts;
 }
 
 // The calls so far, for a failure's message.
