@@ -3,8 +3,10 @@
 #include <dirent.h>
 #include <malloc.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 namespace soak {
@@ -33,6 +35,14 @@ std::size_t resident() {
 }
 
 }  // namespace
+
+int from_environment(const char* variable, int otherwise) {
+    const char* const text = std::getenv(variable);
+    if (text == nullptr || *text == '\0') return otherwise;
+    const int value = std::atoi(text);
+    if (value < 1) throw std::invalid_argument(std::string(variable) + " must be a number from 1");
+    return value;
+}
 
 process_use process_now() {
     process_use use{};

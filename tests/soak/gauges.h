@@ -1,4 +1,4 @@
-// What the process holds: memory, descriptors, threads.
+// What the process holds: memory, descriptors, threads; and what its environment asks for.
 #pragma once
 
 #include <cstddef>
@@ -21,6 +21,9 @@ struct process_use {
     std::size_t threads;
 };
 process_use process_now();
+
+// The number in the environment variable, from 1, or the default.
+int from_environment(const char* variable, int otherwise);
 
 // Under a sanitizer memory figures say nothing about the library, and everything takes longer.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

@@ -12,9 +12,6 @@
 
 namespace soak {
 
-// The number in the environment variable, or the default.
-int from_environment(const char* variable, int otherwise);
-
 struct sample {
     int day;
     process_use process;
@@ -24,6 +21,7 @@ struct sample {
 struct long_life_result {
     soak_run::figures figures;
     std::vector<sample> samples;  // at the end of each period's last day
+    heap_use of_library = {};     // at the end of the last day
     double seconds = 0;
     std::size_t listener_threads = 0;
     library_model::counts model;
