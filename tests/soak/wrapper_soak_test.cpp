@@ -22,6 +22,7 @@ TEST_F(WrappedLongLife, NowNextAndLogosComeOnceOverTheTurnOfTheYear) {
     print_table(result);
     expect_nothing_grew(result);
     EXPECT_EQ(result.listener_threads, 1U);
+    if (days < 3) return;
     EXPECT_GT(result.figures.notifications, 100U);
     EXPECT_GT(result.model.images_written, 20U);
 }
