@@ -132,10 +132,10 @@ hostile_object shared_long_names(unsigned serial, std::uint32_t day) {
     for (unsigned minute = 0; minute < kProgrammes; ++minute) {
         const bytes location = location_at(day, minute);
         // Programme and name end behind the length of the text, which reaches to the end.
-        bytes piece = {tag::programme, static_cast<std::uint8_t>(location.size() + 6)};
-        append(piece, location);
-        append(piece, {tag::long_name, 4, tag::text, 0xFE});
-        pieces.push_back(piece);
+        pieces.push_back(
+            spi_builder::join({spi_builder::u8(tag::programme), spi_builder::length(location.size() + 6),
+                               location, spi_builder::u8(tag::long_name), spi_builder::u8(4),
+                               spi_builder::u8(tag::text), spi_builder::u8(0xFE)}));
     }
     bytes content = table();
     bytes schedule = scope_of(0xE1000000 + serial);
