@@ -30,7 +30,7 @@ void print_progress(int day, int days, const soak_run& run, double seconds) {
 }  // namespace
 
 long_life_result play(const std::function<std::unique_ptr<receiver>()>& make, const std::string& logo_root,
-                      int days, long end) {
+                      int days, long end, habits h) {
     make().reset();  // what a process does once for all servers is done
     const process_use before = process_now();
     const heap_use heap_before = live_heap();
@@ -48,7 +48,7 @@ long_life_result play(const std::function<std::unique_ptr<receiver>()>& make, co
         const process_use serving = process_now();
         EXPECT_EQ(serving.threads, before.threads + kThreads);
         EXPECT_EQ(serving.descriptors, before.descriptors);
-        soak_run run(*tested, logo_root, end - days);
+        soak_run run(*tested, logo_root, end - days, h);
         for (int day = 1; day <= days && run.play_day(); ++day) {
             const process_use now = process_now();
             EXPECT_EQ(now.threads, serving.threads) << "day " << day;

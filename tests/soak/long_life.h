@@ -34,7 +34,7 @@ struct long_life_result {
 // Plays `days` days, the last of which is the day before `end`. Prints a line now and then when
 // DABSPI_SOAK_PROGRESS is set.
 long_life_result play(const std::function<std::unique_ptr<receiver>()>& make, const std::string& logo_root,
-                      int days, long end);
+                      int days, long end, habits h = {});
 
 void expect_nothing_grew(const long_life_result& result);
 void print_table(const long_life_result& result);

@@ -18,7 +18,7 @@ constexpr auto kPatience = std::chrono::minutes(2);
 
 // The days of a period on which something out of the ordinary happens.
 constexpr int kClockGoesBack = 1;
-constexpr int kSwitchedOff = 3;  // all day: the date then jumps, and an old day stays in the database
+constexpr int kSwitchedOff = 3;  // all day
 constexpr int kParkedAtNight = 5;
 constexpr int kAbroad = 6;  // another ensemble for some hours
 constexpr int kTunnel = 8;  // no ensemble for some minutes
@@ -29,8 +29,8 @@ bool is_date(const spi::MotDateTime& t, unsigned month, unsigned day) {
 
 }  // namespace
 
-soak_run::soak_run(receiver& tested, std::filesystem::path logo_root, long first_day)
-    : tested_(tested), logo_root_(std::move(logo_root)), day_(first_day), first_day_(first_day) {}
+soak_run::soak_run(receiver& tested, std::filesystem::path logo_root, long first_day, habits h)
+    : tested_(tested), logo_root_(std::move(logo_root)), day_(first_day), first_day_(first_day), habits_(h) {}
 
 std::uint64_t soak_run::carousel_bytes() const {
     std::uint64_t sum = 0;
@@ -56,7 +56,7 @@ bool soak_run::play_day() {
 
 bool soak_run::is_off(int minute) const {
     const long of_period = (day_ - first_day_) % kPeriod;
-    if (of_period == kSwitchedOff) {
+    if (habits_.switches_off && of_period == kSwitchedOff) {
         // The ends of years and February's last days are too good to be missed.
         const spi::MotDateTime date = date_time_of(day_, 0);
         return !is_date(date, 12, 31) && !is_date(date, 1, 1) && !is_date(date, 2, 29);
@@ -112,6 +112,7 @@ void soak_run::choose_service(int) {
 
 void soak_run::change_ensemble(int minute) {
     const long of_period = (day_ - first_day_) % kPeriod;
+    if (!habits_.travels) return;
     const auto move_to = [this](const ensemble& e) {
         on_air_ = &e;
         objects_ = carousel_of(e, day_);

@@ -16,6 +16,12 @@
 
 namespace soak {
 
+// What the host and its listener do beside listening.
+struct habits {
+    bool travels = true;       // other ensembles, and none at all
+    bool switches_off = true;  // for a day: the date then jumps by two, and an old day stays in the database
+};
+
 class soak_run {
  public:
     struct figures {
@@ -23,7 +29,7 @@ class soak_run {
                       files_compared = 0;
     };
 
-    soak_run(receiver& tested, std::filesystem::path logo_root, long first_day);
+    soak_run(receiver& tested, std::filesystem::path logo_root, long first_day, habits h = {});
 
     // False once a comparison has failed; the failure has been reported.
     bool play_day();
@@ -58,6 +64,7 @@ class soak_run {
     std::vector<carousel_object> objects_;
     long day_;
     const long first_day_;
+    const habits habits_;
     int minute_ = 0;
     bool services_in_flight_ = false;
     bool programmes_in_flight_ = false;
