@@ -87,7 +87,9 @@ int SpiEventDb::clear_db() {
     clear(now_);
     clear(next_);
     current_timetable_.reset();
-    schedules_.clear();
+    // Not clear(): that would keep the table's array, as long as it has ever been, for the rest of the
+    // process's life.
+    decltype(schedules_)().swap(schedules_);
     return 0;
 }
 

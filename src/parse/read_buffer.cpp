@@ -19,7 +19,7 @@ ReadBuffer::ReadBuffer(MotBody&& body)
       size(data ? body.size : 0),
       scopes_left_(2 * std::uint64_t{size} + 4096),
       string_bytes_left_(4 * std::uint64_t{size} + 65536),
-      text_bytes_left_(255 * std::uint64_t{size} + 1048576) {
+      text_bytes_left_(255 * std::uint64_t{size} + 65536) {
     body.size = 0;
 }
 
