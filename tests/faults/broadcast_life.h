@@ -53,10 +53,11 @@ inline spi_builder::bytes description() {
          station(kBlockedStation, "Radio 5", {small_logo("blocked.png")})});
 }
 
-inline spi_builder::bytes schedule(unsigned day, const std::vector<spi_builder::programme_data>& programmes) {
+inline spi_builder::bytes schedule(unsigned day, const std::vector<spi_builder::programme_data>& programmes,
+                                   std::uint32_t sid = kStation) {
     const std::uint32_t mjd = spi_builder::mjd(2026, 3, day);
-    return spi_builder::pi_object({{id_of(kStation), spi_builder::utc_time{mjd, 0, 0},
-                                    spi_builder::utc_time{mjd + 1, 0, 0}, programmes}});
+    return spi_builder::pi_object(
+        {{id_of(sid), spi_builder::utc_time{mjd, 0, 0}, spi_builder::utc_time{mjd + 1, 0, 0}, programmes}});
 }
 inline spi_builder::bytes today() {
     const std::uint32_t day = spi_builder::mjd(2026, 3, 2);
