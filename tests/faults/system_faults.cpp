@@ -5,8 +5,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -21,6 +23,7 @@ std::atomic<int> error_number{0};
 std::atomic<long> counted{0};
 std::atomic<long> refused_calls{0};
 std::atomic<long> refused_threads{0};
+std::atomic<std::size_t> most_written{SIZE_MAX};
 char first_name[8192];  // written by the thread of the first refusal, read after its life
 
 int refused(const char* function, const char* name = nullptr) {
@@ -68,6 +71,13 @@ long threads_refused() {
     return refused_threads;
 }
 
+void take_only(std::size_t bytes) {
+    most_written = bytes;
+}
+void take_all() {
+    most_written = SIZE_MAX;
+}
+
 }  // namespace system_faults
 
 extern "C" {
@@ -87,6 +97,7 @@ ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
             errno = error;
             return -1;
         }
+        size = std::min(size, most_written.load());
     }
     return __real_write(descriptor, bytes, size);
 }

@@ -10,6 +10,7 @@
 // Between arm() and disarm() nothing here takes memory.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace system_faults {
@@ -29,5 +30,10 @@ std::string struck_on();
 long refusals();
 // Threads that were refused since arm().
 long threads_refused();
+
+// From now on a write (but to standard error) takes at most so many bytes, as a disk that is nearly full
+// does.
+void take_only(std::size_t bytes);
+void take_all();
 
 }  // namespace system_faults
