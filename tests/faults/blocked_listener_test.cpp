@@ -19,6 +19,7 @@ struct BlockedListener : testing::TestWithParam<surface> {
     const captured_debug debug;
     sandbox here;
     life_notes notes;
+    gate entered;
     gate may_return;
     std::unique_ptr<host> subject;
     std::vector<std::string> expected;
@@ -46,13 +47,17 @@ struct BlockedListener : testing::TestWithParam<surface> {
     // The listener stays in its next call, and all of this waits behind it.
     void block_and_go_on() {
         arrivals::forget();
-        notes.during_a_call = [this](const char*) { may_return.wait(); };
+        notes.during_a_call = [this](const char*) {
+            entered.open();
+            may_return.wait();
+        };
         for (int turn = 0; turn < kTurns; ++turn) {
             const bool other = turn % 2 == 0;
             subject->tune(other ? on_air::kBlockedStation : on_air::kStation, on_air::kEnsemble);
             expected.push_back(other ? "now Other next " : "now Morning next Noon");
         }
         ASSERT_TRUE(arrivals::wait_for(spi::QID_CBHDL, spi::EC_NOWNEXT, kTurns));
+        entered.wait();
         subject->feed(2, 3, "small.png", on_air::png());
         subject->feed(2, 3, "large.png", on_air::png());
         expected.push_back("logo E1C2210_3.PNG size 3");

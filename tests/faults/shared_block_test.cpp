@@ -50,7 +50,7 @@ struct SharedBlock : testing::Test {
 };
 
 TEST_F(SharedBlock, ThatIsTooShortIsRefusedAndLeftAsItIs) {
-    for (const std::size_t size : {0, 1, 3, 4, 5, 4095, 4096, 4097, 5135, 5136, 5139}) {
+    for (const std::size_t size : {0U, 1U, 3U, 4U, 5U, 4095U, 4096U, 4097U, 5135U, 5136U, 5139U}) {
         SCOPED_TRACE(size);
         const std::string bytes = block_of(kPayload, "/mnt/data").substr(0, size);
         EXPECT_EQ(live_over(bytes), bytes);
