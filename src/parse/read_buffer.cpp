@@ -94,12 +94,24 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len) {
 
 std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const SpiTokenTable& tokens) {
     const std::uint32_t readable = take_string_bytes(len);
+    // Measured first, then copied: a string that grew by doubling would hold up to three times its length for
+    // a moment, and a crafted name is long.
+    std::size_t expanded = out.size();
     for (std::uint32_t i = 0; i < readable; ++i) {
         const std::uint8_t byte = data[pos + i];
-        if (SpiTokenTable::is_code(byte)) {
-            out += tokens.get_token(byte);  // nothing where the object does not define it: the byte vanishes
-        } else {
+        if (!SpiTokenTable::is_code(byte)) {
+            ++expanded;
+        } else if (const std::string* const text = tokens.find(byte)) {
+            expanded += text->size();
+        }
+    }
+    out.reserve(expanded);
+    for (std::uint32_t i = 0; i < readable; ++i) {
+        const std::uint8_t byte = data[pos + i];
+        if (!SpiTokenTable::is_code(byte)) {
             out += static_cast<char>(byte);
+        } else if (const std::string* const text = tokens.find(byte)) {
+            out += *text;  // nothing where the object does not define it: the byte vanishes
         }
     }
     advance(len);
