@@ -87,9 +87,7 @@ int SpiEventDb::clear_db() {
     clear(now_);
     clear(next_);
     current_timetable_.reset();
-    // Not clear(): that would keep the table's array, as long as it has ever been, for the rest of the
-    // process's life.
-    decltype(schedules_)().swap(schedules_);
+    schedules_.clear();
     return 0;
 }
 
