@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     expect(opened <= 2 * std::uint64_t{size} + 4096 + 256,
            "scopes within the budget (each open one may notice its end)");
-    expect(string_bytes <= 255 * std::uint64_t{size} + 1048576 + 4 * std::uint64_t{size} + 65536,
+    expect(string_bytes <= 255 * std::uint64_t{size} + 65536 + 4 * std::uint64_t{size} + 65536,
            "string bytes within the budget");
     return 0;
 }

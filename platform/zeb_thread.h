@@ -9,9 +9,11 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <condition_variable>
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <mutex>
 
 #include "platform/zeb_debug.h"
 #include "platform/zeb_string.h"
@@ -53,7 +55,7 @@ class ZebThread {
         // Held until the handle is stored: the new thread registers itself under it.
         const ZebSyncGuard<ZebSync> guard(sync_);
         pthread_t created{};
-        if (pthread_create(&created, nullptr, &ZebThread::WrappedEntry, this) != 0) {
+        if (!Create(&created, &ZebThread::WrappedEntry)) {
             ZebDbgOutput::DbgPrint(kSource, "Start", 223, 1, "ZebThread::Start() failed !! [%s]\r\n", name_);
             return false;
         }
@@ -66,24 +68,26 @@ class ZebThread {
 
     // Waits until the thread has ended. The time-out (milliseconds) never gives a thread up: when it passes,
     // one report is printed and the wait goes on, because teardown must not leave a running thread behind. 1
-    // when the thread was joined or never ran, 0 when the join failed.
+    // when the thread was joined or never ran, 0 when the join failed (somebody in the host's process joined
+    // or detached it): also then it has left this object, and the object may go.
     int WaitExit(int timeout_milliseconds) {
         if (handle_ == kNoThread) return 1;
         timeout_ = timeout_milliseconds;
         pthread_t watchdog{};
-        const bool watched =
-            pthread_create(&watchdog, nullptr, &ZebThread::WaitEventTimeoutThread, this) == 0;
+        const bool watched = Create(&watchdog, &ZebThread::WaitEventTimeoutThread);
         if (!watched) {
             ZebDbgOutput::DbgPrint(kSource, "WaitExit", 257, 1, "Error, pthread_create failed.\n");
         }
+        const int itself = pthread_equal(handle_, pthread_self()) != 0 ? 1 : 0;  // it cannot wait for itself
         const int joined = pthread_join(handle_, nullptr);
-        if (watched) {
-            ended_.Set();
-            pthread_join(watchdog, nullptr);
-        }
         if (joined != 0) {
             ZebDbgOutput::DbgPrintStdErr(kSource, "WaitExit", 276, ", pthread_join() failed !! ret[%d]\n",
                                          joined);
+            WaitUntilInside(itself + (watched ? 1 : 0));
+        }
+        if (watched) {
+            ended_.Set();
+            if (pthread_join(watchdog, nullptr) != 0) WaitUntilInside(itself);
         }
         ZebThreadMng::unregisterThreadInfo(handle_);
         handle_ = kNoThread;
@@ -96,9 +100,38 @@ class ZebThread {
     static constexpr pthread_t kNoThread = static_cast<pthread_t>(-1);
     static constexpr int kNoPriority = -1;
 
+    // A thread that is about to leave this object: the last that it does with it. Under the mutex to the end,
+    // so that whoever waits may destroy the object at once.
+    struct inside {
+        ZebThread& thread;
+        ~inside() {
+            const std::lock_guard<std::mutex> lock(thread.inside_mutex_);
+            --thread.inside_;
+            thread.left_.notify_all();
+        }
+    };
+
+    bool Create(pthread_t* created, void* (*entry)(void*)) {
+        {
+            const std::lock_guard<std::mutex> lock(inside_mutex_);
+            ++inside_;
+        }
+        if (pthread_create(created, nullptr, entry, this) == 0) return true;
+        const std::lock_guard<std::mutex> lock(inside_mutex_);
+        --inside_;
+        return false;
+    }
+
+    // What a join does, for threads that could not be joined.
+    void WaitUntilInside(int count) {
+        std::unique_lock<std::mutex> lock(inside_mutex_);
+        left_.wait(lock, [&] { return inside_ <= count; });
+    }
+
     // The new thread's first steps: it registers itself, then runs the body.
     static void* WrappedEntry(void* self_pointer) {
         auto& self = *static_cast<ZebThread*>(self_pointer);
+        const inside leaving{self};
         {
             const ZebSyncGuard<ZebSync> guard(self.sync_);
             self.system_id_ = syscall(SYS_gettid);
@@ -132,6 +165,7 @@ class ZebThread {
 
     static void* WaitEventTimeoutThread(void* self_pointer) {
         auto& self = *static_cast<ZebThread*>(self_pointer);
+        const inside leaving{self};
         if (!self.ended_.Wait(self.timeout_)) {
             ZebDbgOutput::DbgPrint(kSource, "WaitEventTimeoutThread", 297, 1,
                                    "Error, ZebThread::WaitExit() timed out[%dms]. thread name[%s]\n",
@@ -156,5 +190,8 @@ class ZebThread {
     int timeout_ = 0;
     ZebSync sync_;
     ZebEvent ended_;
+    std::mutex inside_mutex_;
+    std::condition_variable left_;
+    int inside_ = 0;  // threads created and not yet done with this object; guarded by inside_mutex_
     char name_[128] = {};
 };

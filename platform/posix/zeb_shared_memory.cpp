@@ -33,34 +33,52 @@ std::string lock_path(const std::string& name) {
     return "/dev/shm/dabspi-" + name + ".lock";
 }
 
+// Not blocking: a pipe may stand at the name, and would keep whoever opens it waiting for its writer.
 int open_lock_file(const std::string& path) {
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     // First without O_CREAT: a sticky directory may refuse to open another user's file for creation.
-    int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-    if (descriptor == -1) descriptor = open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
-    return descriptor;
+    const int descriptor = open(path.c_str(), kFlags);
+    return descriptor != -1 ? descriptor : open(path.c_str(), kFlags | O_CREAT, 0666);
 }
 
-// True while the file that is locked is still the one that others find under its name: the one who lets go
-// removes it.
-bool still_in_place(int descriptor, const std::string& path) {
+bool lock_file(int descriptor) {
+    int result = 0;
+    do {
+        result = flock(descriptor, LOCK_EX);
+    } while (result == -1 && errno == EINTR);
+    return result == 0;
+}
+
+// Whether the file that is locked is still the one that others find under its name: the one who lets go
+// removes it. Where that cannot be found out, trying again would not end.
+enum class place_t { kInPlace, kGone, kUnknown };
+
+place_t place_of(int descriptor, const std::string& path) {
     struct stat locked {};
     struct stat named {};
-    return fstat(descriptor, &locked) == 0 && stat(path.c_str(), &named) == 0 &&
-           locked.st_ino == named.st_ino && locked.st_dev == named.st_dev;
+    if (fstat(descriptor, &locked) != 0) return place_t::kUnknown;
+    if (stat(path.c_str(), &named) != 0) return errno == ENOENT ? place_t::kGone : place_t::kUnknown;
+    const bool same = locked.st_ino == named.st_ino && locked.st_dev == named.st_dev;
+    return same ? place_t::kInPlace : place_t::kGone;
+}
+
+// Without a lock file the library serves all the same.
+int give_up(const std::string& path, const char* what) {
+    ZebDbgOutput::DbgPrint("ZebSharedSyncObject", "lock", 0, 1,
+                           "%s cannot be %s; locked within this process only\n", path.c_str(), what);
+    return -1;
 }
 
 int take_lock_file(const std::string& path) {
     for (;;) {
         const int descriptor = open_lock_file(path);
-        if (descriptor == -1) {
-            ZebDbgOutput::DbgPrint("ZebSharedSyncObject", "lock", 0, 1,
-                                   "%s cannot be opened; locked within this process only\n", path.c_str());
-            return -1;
-        }
-        while (flock(descriptor, LOCK_EX) == -1 && errno == EINTR) {
-        }
-        if (still_in_place(descriptor, path)) return descriptor;
+        if (descriptor == -1) return give_up(path, "opened");
+        const bool locked = lock_file(descriptor);
+        const place_t place = locked ? place_of(descriptor, path) : place_t::kUnknown;
+        if (place == place_t::kInPlace) return descriptor;
         close(descriptor);
+        if (!locked) return give_up(path, "locked");
+        if (place == place_t::kUnknown) return give_up(path, "looked at");
     }
 }
 

@@ -82,8 +82,8 @@ struct spi_body_event : mot_body_event {
 struct pi_programme_event : i_evt_base {
     ServElemId service;
     PiScheduleProgramme programme;
-    pi_programme_event(const ServElemId& id, const PiScheduleProgramme& p)
-        : i_evt_base(EC_EVTINFO), service(id), programme(p) {}
+    pi_programme_event(const ServElemId& id, PiScheduleProgramme p)
+        : i_evt_base(EC_EVTINFO), service(id), programme(std::move(p)) {}
 };
 
 // One described service. Parser to logo store.

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <unordered_map>
 
 #include "src/event/event_proc.h"
 #include "src/parse/mot_date_time.h"
@@ -74,7 +73,8 @@ class SpiEventDb final : public event_proc {
     PiScheduleProgramme next_;
     // The day in which now is looked for; empty when none is chosen.
     std::shared_ptr<DaySchedule> current_timetable_;
-    std::unordered_map<ServElemId, ServiceSchedule, SeidHash> schedules_;
+    // Ordered: a broadcast chooses the identifiers, and could give them all one hash value.
+    std::map<ServElemId, ServiceSchedule> schedules_;
 };
 
 }  // namespace spi

@@ -7,8 +7,6 @@
 namespace spi {
 namespace {
 
-constexpr std::size_t kBucketHint = 10;
-
 // MOT header parameters of logos.
 constexpr std::uint16_t kSpiApplication = 7;
 constexpr std::uint8_t kImage = 2;
@@ -44,7 +42,7 @@ void SpiLogoDb::process_event(event& e) {
 }
 
 int SpiLogoDb::handle_meta(const ServElemId& service, const SiServiceInfo& description) {
-    announcement_table& announced = logos_.try_emplace(service, kBucketHint).first->second;
+    announcement_table& announced = logos_[service];
     for (const SpiLogoInfo& logo : description.logos)
         announced[logo.name].emplace_back(logo);
     return 0;

@@ -5,8 +5,8 @@
 // they stay until an image takes them, or the table is cleared.
 #pragma once
 
+#include <map>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "src/event/event_proc.h"
@@ -60,10 +60,10 @@ class SpiLogoDb final : public event_proc {
 
  private:
     // By content name, as the service information gives it; equal names may occur several times, and keep
-    // their order. A multimap in effect; std::unordered_multimap itself walks past every other group of its
-    // bucket with each insertion, which an object of two well-chosen names would turn into quadratic work.
-    using announcement_table = std::unordered_map<std::string, std::vector<SpiLogoData>>;
-    std::unordered_map<ServElemId, announcement_table, SeidHash> logos_;
+    // their order: a multimap in effect. Ordered, both of them: a broadcast chooses identifiers and names,
+    // and could give them all one hash value or one bucket.
+    using announcement_table = std::map<std::string, std::vector<SpiLogoData>>;
+    std::map<ServElemId, announcement_table> logos_;
 };
 
 }  // namespace spi

@@ -90,15 +90,9 @@ int PiBodyParser::parse_programme(spi_parseable& element) {
     programme.parse(element, tokens_);
 
     // The schedule's own service wins over the programme's bearer, whatever that says.
-    const ServElemId* service = nullptr;
-    if (is_set(scope_.seid)) {
-        service = &scope_.seid;
-    } else if (is_set(programme.bearer)) {
-        service = &programme.bearer;
-    } else {
-        return 0;
-    }
-    parser_.send(std::make_shared<pi_programme_event>(*service, programme), QID_EVTDB);
+    const ServElemId service = is_set(scope_.seid) ? scope_.seid : programme.bearer;
+    if (!is_set(service)) return 0;
+    parser_.send(std::make_shared<pi_programme_event>(service, std::move(programme)), QID_EVTDB);
     return 0;
 }
 

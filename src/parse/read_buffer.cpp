@@ -19,7 +19,7 @@ ReadBuffer::ReadBuffer(MotBody&& body)
       size(data ? body.size : 0),
       scopes_left_(2 * std::uint64_t{size} + 4096),
       string_bytes_left_(4 * std::uint64_t{size} + 65536),
-      text_bytes_left_(255 * std::uint64_t{size} + 1048576) {
+      text_bytes_left_(255 * std::uint64_t{size} + 65536) {
     body.size = 0;
 }
 
@@ -95,21 +95,31 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len) {
 
 std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const SpiTokenTable& tokens) {
     const std::uint32_t readable = take_string_bytes(len);
-    const std::size_t before = out.size();
+    // Measured first, then copied: a string that grew by doubling would hold up to three times its length for
+    // a moment, and a crafted name is long.
+    std::uint64_t expanded = 0;
     for (std::uint32_t i = 0; i < readable; ++i) {
         const std::uint8_t byte = data[pos + i];
-        if (SpiTokenTable::is_code(byte)) {
-            out += tokens.get_token(byte);  // nothing where the object does not define it: the byte vanishes
-        } else {
-            out += static_cast<char>(byte);
-        }
-        if (out.size() - before > text_bytes_left_) {
-            out.resize(before + static_cast<std::size_t>(text_bytes_left_));
-            size = 0;
-            break;
+        if (!SpiTokenTable::is_code(byte)) {
+            ++expanded;
+        } else if (const std::string* const text = tokens.find(byte)) {
+            expanded += text->size();
         }
     }
-    text_bytes_left_ -= out.size() - before;
+    const std::uint64_t taken = std::min(expanded, text_bytes_left_);
+    text_bytes_left_ -= taken;
+    const std::size_t wanted = out.size() + static_cast<std::size_t>(taken);
+    out.reserve(wanted);
+    for (std::uint32_t i = 0; i < readable && out.size() < wanted; ++i) {
+        const std::uint8_t byte = data[pos + i];
+        if (!SpiTokenTable::is_code(byte)) {
+            out += static_cast<char>(byte);
+        } else if (const std::string* const text = tokens.find(byte)) {
+            // Nothing where the object does not define it: the byte vanishes.
+            out.append(*text, 0, wanted - out.size());
+        }
+    }
+    if (taken < expanded) size = 0;  // beyond the budget the body counts as ended
     advance(len);
     return len;
 }

@@ -67,7 +67,7 @@ class ReadBuffer {
     // the same bytes are read again: a crafted body of some kilobytes would otherwise open millions of
     // scopes. Well-formed objects open at most one scope and read at most one string byte per byte of the
     // body, and a token stands for 255 bytes at most. A body of N bytes may open 2N + 4,096 scopes, read
-    // 4N + 65,536 string bytes before tokens are expanded, and 255N + 1,048,576 after; then it counts as
+    // 4N + 65,536 string bytes before tokens are expanded, and 255N + 65,536 after; then it counts as
     // ended: `size` becomes 0.
     void spend_scope();
 

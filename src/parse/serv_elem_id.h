@@ -32,8 +32,12 @@ inline bool operator==(const ServElemId& a, const ServElemId& b) {
 inline bool operator!=(const ServElemId& a, const ServElemId& b) {
     return !(a == b);
 }
+// By val(): the order of the tables.
+bool operator<(const ServElemId& a, const ServElemId& b);
 
-// The low 32 bits of val(): the ECC and the top byte of a 32-bit sid take part in equality only.
+// The low 32 bits of val(): the ECC and the top byte of a 32-bit sid take part in equality only. For
+// unordered containers of hosts and tools; the library's own tables are ordered, since 65,536 identifiers
+// share each value.
 struct SeidHash {
     std::size_t operator()(const ServElemId& id) const { return static_cast<std::uint32_t>(id.val()); }
 };

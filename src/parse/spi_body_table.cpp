@@ -3,7 +3,7 @@
 namespace spi {
 
 bool SpiBodyTable::has_body(const std::string& name, unsigned size, const ServElemId& service) {
-    name_table& names = bodies_.try_emplace(service, kBucketHint).first->second;
+    name_table& names = bodies_[service];
     const auto [known, is_new] = names.try_emplace(name, size);
     if (is_new) return false;
     if (known->second == size) return true;

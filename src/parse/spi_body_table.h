@@ -1,11 +1,12 @@
 // Which SPI objects have been parsed already: a carousel repeats them all day.
 //
 // On the parser worker's thread only. Grows with every new service and content name, until it is emptied.
+// Ordered: a broadcast chooses the keys, and could give them all one hash value.
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
-#include <unordered_map>
 
 #include "src/parse/serv_elem_id.h"
 
@@ -13,8 +14,6 @@ namespace spi {
 
 class SpiBodyTable {
  public:
-    SpiBodyTable() : bodies_(kBucketHint) {}
-
     // True when an object of this name and size (bytes) was seen on this service; otherwise it is remembered.
     // Only the size tells a new version: an object that changes without changing its size is deliberately
     // taken as already parsed.
@@ -23,10 +22,8 @@ class SpiBodyTable {
     void clear() { bodies_.clear(); }
 
  private:
-    static constexpr std::size_t kBucketHint = 10;
-
-    using name_table = std::unordered_map<std::string, std::uint32_t>;
-    std::unordered_map<ServElemId, name_table, SeidHash> bodies_;
+    using name_table = std::map<std::string, std::uint32_t>;
+    std::map<ServElemId, name_table> bodies_;
 };
 
 }  // namespace spi

@@ -24,8 +24,13 @@ void SpiTokenTable::parse(spi_parseable& scope) {
 }
 
 std::string SpiTokenTable::get_token(unsigned char code) const {
+    const std::string* const text = find(code);
+    return text == nullptr ? std::string() : *text;
+}
+
+const std::string* SpiTokenTable::find(std::uint8_t code) const {
     const auto found = tokens_.find(code);
-    return found == tokens_.end() ? std::string() : found->second;
+    return found == tokens_.end() ? nullptr : &found->second;
 }
 
 }  // namespace spi

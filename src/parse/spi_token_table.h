@@ -27,6 +27,8 @@ class SpiTokenTable {
 
     // The text of a token; empty when the object did not define it.
     std::string get_token(unsigned char code) const;
+    // The same without a copy; null when the object did not define it.
+    const std::string* find(std::uint8_t code) const;
 
  private:
     static constexpr std::uint32_t kCodes = 0x000FD9FE;  // a bit for each code

@@ -28,7 +28,9 @@ std::string event_text(const spi::event& e) {
     return where;
 }
 
-std::vector<std::string> sent_by(database_model& model, const call& c) {
+namespace {
+
+std::vector<notice> announced(database_model& model, const call& c) {
     switch (c.kind) {
         case call::kProgramme: return model.programme(c.service, c.programme);
         case call::kDateTime: return model.date_time(c.time);
@@ -36,6 +38,15 @@ std::vector<std::string> sent_by(database_model& model, const call& c) {
         case call::kResend: return model.resend();
         default: return model.clear();
     }
+}
+
+}  // namespace
+
+std::vector<std::string> sent_by(database_model& model, const call& c) {
+    std::vector<std::string> texts;
+    for (const notice& n : announced(model, c))
+        texts.push_back(as_text(n));
+    return texts;
 }
 
 }  // namespace event_db

@@ -6,13 +6,6 @@
 #include "tests/support/spi_builder.h"
 
 namespace event_db {
-namespace {
-
-std::string update_text(const spi::PiScheduleProgramme& now, const spi::PiScheduleProgramme& next) {
-    return "QID_CBHDL EC_NOWNEXT " + as_text(now) + " / " + as_text(next);
-}
-
-}  // namespace
 
 std::string as_text(const spi::ServElemId& service) {
     std::ostringstream out;
@@ -31,6 +24,13 @@ std::string as_text(const spi::PiScheduleProgramme& p) {
 void database_model::unset(spi::PiScheduleProgramme& p) {
     p.name.clear();
     p.time = spi::SpiTimePoint();
+}
+
+std::string as_text(const notice& n) {
+    if (n.kind == notice::kStored) {
+        return "QID_CBHDL EC_EVTINFO " + as_text(n.service) + ' ' + as_text(n.programme);
+    }
+    return "QID_CBHDL EC_NOWNEXT " + as_text(n.programme) + " / " + as_text(n.next);
 }
 
 // The local day, hour and minute, as the broadcast's time arithmetic gives them: at most one day is carried,
@@ -65,8 +65,7 @@ std::vector<const database_model::row*> database_model::rows_of(int day_object) 
     return found;
 }
 
-std::vector<std::string> database_model::programme(const spi::ServElemId& id,
-                                                   const spi::PiScheduleProgramme& p) {
+std::vector<notice> database_model::programme(const spi::ServElemId& id, const spi::PiScheduleProgramme& p) {
     const int m = start(p);
     const long day = static_cast<long>(p.time.mjd) + (m < 0 ? -1 : m >= 1440 ? 1 : 0);
     if (p.time.mjd == 0 || !date_known_ || (day != today_ && day != today_ + 1)) {
@@ -86,16 +85,16 @@ std::vector<std::string> database_model::programme(const spi::ServElemId& id,
     rows_.push_back({days[day], key, p});
     ++seen.stored;
     if (key >= 1440) ++seen.wrapped_keys;
-    std::vector<std::string> sent{"QID_CBHDL EC_EVTINFO " + as_text(id) + ' ' + as_text(p)};
+    std::vector<notice> sent{{notice::kStored, id, p, {}}};
     const bool own = key_of(id) == key_of(current_) && current_.sid != 0 && current_.ecc != 0;
     if (own && !(set(now_) && set(next_))) {
-        const std::vector<std::string> more = search();
+        const std::vector<notice> more = search();
         sent.insert(sent.end(), more.begin(), more.end());
     }
     return sent;
 }
 
-std::vector<std::string> database_model::date_time(const spi::MotDateTime& t) {
+std::vector<notice> database_model::date_time(const spi::MotDateTime& t) {
     const long day = spi_builder::mjd(t.year, t.month, t.day);
     if (date_known_ && day == today_ && t.hour == hour_ && t.minute == minute_) return {};
     if (date_known_ && day != today_) {
@@ -120,7 +119,7 @@ std::vector<std::string> database_model::date_time(const spi::MotDateTime& t) {
     return search();
 }
 
-std::vector<std::string> database_model::service(const spi::ServElemId& id) {
+std::vector<notice> database_model::service(const spi::ServElemId& id) {
     if (key_of(id) == key_of(current_)) return {};
     unset(now_);
     unset(next_);
@@ -129,17 +128,24 @@ std::vector<std::string> database_model::service(const spi::ServElemId& id) {
     return search();
 }
 
-std::vector<std::string> database_model::resend() {
-    return {update_text(now_, next_)};
+std::vector<notice> database_model::resend() {
+    return {update()};
 }
 
-std::vector<std::string> database_model::clear() {
+std::vector<notice> database_model::clear() {
     unset(now_);
     unset(next_);
     timetable_.reset();
     stations_.clear();
     rows_.clear();
     return {};
+}
+
+void database_model::forget_retired_days() {
+    const auto unreachable = [this](const row& r) {
+        return retired_[static_cast<std::size_t>(r.day_object)] && timetable_ != r.day_object;
+    };
+    rows_.erase(std::remove_if(rows_.begin(), rows_.end(), unreachable), rows_.end());
 }
 
 bool database_model::choose_timetable(bool tomorrow) {
@@ -190,7 +196,7 @@ bool database_model::replace_next() {
     return true;
 }
 
-std::vector<std::string> database_model::search() {
+std::vector<notice> database_model::search() {
     if (!timetable_ && !choose_timetable(false)) return {};
     if (retired_[static_cast<std::size_t>(*timetable_)]) ++seen.searched_in_retired_day;
     const bool now_replaced = replace_now();
@@ -198,7 +204,7 @@ std::vector<std::string> database_model::search() {
     if (!now_replaced && !next_replaced) return {};
     ++seen.updates;
     if (!set(next_)) ++seen.updates_without_next;
-    return {update_text(now_, next_)};
+    return {update()};
 }
 
 }  // namespace event_db

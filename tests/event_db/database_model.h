@@ -19,14 +19,27 @@ namespace event_db {
 std::string as_text(const spi::ServElemId& service);
 std::string as_text(const spi::PiScheduleProgramme& p);
 
+// What the database sends to the listener notifier: a programme that it stored, or now and next.
+struct notice {
+    enum kind_t { kStored, kNowNext };
+    kind_t kind;
+    spi::ServElemId service;             // of a stored programme
+    spi::PiScheduleProgramme programme;  // the stored one, or now
+    spi::PiScheduleProgramme next;
+};
+std::string as_text(const notice& n);
+
 class database_model {
  public:
     // Each gives what is sent for it.
-    std::vector<std::string> date_time(const spi::MotDateTime& t);
-    std::vector<std::string> service(const spi::ServElemId& id);
-    std::vector<std::string> programme(const spi::ServElemId& id, const spi::PiScheduleProgramme& p);
-    std::vector<std::string> resend();
-    std::vector<std::string> clear();
+    std::vector<notice> date_time(const spi::MotDateTime& t);
+    std::vector<notice> service(const spi::ServElemId& id);
+    std::vector<notice> programme(const spi::ServElemId& id, const spi::PiScheduleProgramme& p);
+    std::vector<notice> resend();
+    std::vector<notice> clear();
+
+    // Lets go of the rows that nothing can reach any more; for runs over many days.
+    void forget_retired_days();
 
     // How often the roads were taken that a random walk may miss.
     struct counts {
@@ -67,7 +80,8 @@ class database_model {
     bool choose_timetable(bool tomorrow);
     bool replace_now();
     bool replace_next();
-    std::vector<std::string> search();
+    std::vector<notice> search();
+    notice update() const { return {notice::kNowNext, {}, now_, next_}; }
 
     spi::ServElemId current_;
     bool date_known_ = false;

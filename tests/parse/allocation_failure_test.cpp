@@ -150,7 +150,7 @@ TEST_F(AllocationFailure, WhileParsingServiceInformationLeavesNothingBehind) {
 }
 
 TEST_F(AllocationFailure, WhileParsingProgrammeInformationLeavesNothingBehind) {
-    EXPECT_GT(fail_each_allocation(kProgrammeInformation, schedules()), 20);
+    EXPECT_GT(fail_each_allocation(kProgrammeInformation, schedules()), 12);
 }
 
 TEST_F(AllocationFailure, DoesNotHarmTheNextObject) {

@@ -3,9 +3,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 
 #include <atomic>
+#include <cerrno>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -29,6 +32,7 @@ journal<pthread_t> unregistered;
 journal<long> priorities_asked;
 std::atomic<int> stacks_dumped{0};
 std::atomic<int> join_error{0};
+std::function<void()> instead_of_the_join;  // set before a test's first thread
 
 }  // namespace
 
@@ -54,6 +58,11 @@ void __wrap__ZN12ZebCallStack12dumpDirectlyEi(int depth) {
     ++stacks_dumped;
 }
 int __wrap_pthread_join(pthread_t thread, void** result) {
+    if (instead_of_the_join) {  // the thread was detached by somebody else, and runs on
+        pthread_detach(thread);
+        instead_of_the_join();
+        return EINVAL;
+    }
     const int real = __real_pthread_join(thread, result);
     const int error = join_error.exchange(0);
     return error != 0 ? error : real;
@@ -82,6 +91,7 @@ struct Thread : testing::Test {
         stacks_dumped = 0;
         join_error = 0;
     }
+    void TearDown() override { instead_of_the_join = nullptr; }
 
     ZebDebugMessage only_message() {
         const auto messages = debug.take();
@@ -255,6 +265,49 @@ TEST_F(Thread, FailedJoinIsReportedOnStandardErrorAndUnregisteredAllTheSame) {
     EXPECT_EQ(message.text, ", pthread_join() failed !! ret[3]\n");
     EXPECT_EQ(unregistered.all().size(), 1U);
     EXPECT_EQ(thread.WaitExit(10000), 1);  // forgotten
+}
+
+// Neither the thread nor its watcher may still use the object, which goes right afterwards.
+TEST_F(Thread, ThatCannotBeJoinedIsWaitedForAllTheSame) {
+    for (const bool dies : {false, true}) {
+        gate refused;
+        instead_of_the_join = [&] { refused.open(); };
+        std::atomic<bool> ended{false};
+        body binding{[&] {
+            refused.wait();
+            for (int i = 0; i < 1000; ++i)
+                sched_yield();
+            ended = true;
+            if (dies) throw std::runtime_error("late");
+        }};
+        const auto thread = std::make_unique<ZebThread<body>>(&binding, "worker", 1);
+        thread->Start();
+        EXPECT_EQ(thread->WaitExit(10000), 0);
+        EXPECT_TRUE(ended);
+        const auto messages = debug.take();
+        ASSERT_EQ(messages.size(), dies ? 3U : 1U);
+        EXPECT_EQ(messages[0].line, 276);
+        EXPECT_EQ(messages[0].text, ", pthread_join() failed !! ret[22]\n");
+    }
+}
+
+TEST_F(Thread, ThatIsToWaitForItselfIsReportedAndGoesOn) {
+    instead_of_the_join = [] {};
+    std::atomic<int> result{-1};
+    ZebThread<body>* self = nullptr;
+    body binding{[&] {
+        result = self->WaitExit(10000);
+        throw 1;  // for its result, which tells that it is over
+    }};
+    ZebThread<body> thread(&binding, "worker", 1);
+    self = &thread;
+    thread.Start();
+    while (threads.result(1) == nullptr)
+        sched_yield();
+    EXPECT_EQ(result, 0);
+    const auto messages = debug.take();
+    ASSERT_EQ(messages.size(), 3U);
+    EXPECT_EQ(messages[0].text, ", pthread_join() failed !! ret[22]\n");
 }
 
 TEST_F(Thread, ItsBodysExceptionIsReportedWithItsTextAndNeverLeavesTheThread) {

@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstring>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -68,9 +69,18 @@ int failed(int error) {
     return -1;
 }
 
+int refused(const char* function, const char* name = nullptr) {
+    const sandbox::refusal decide = sandbox::refuse;
+    return decide == nullptr ? 0 : decide(function, name);
+}
+
 }  // namespace
 
+std::atomic<sandbox::refusal> sandbox::refuse{nullptr};
+
 sandbox::sandbox() {
+    // The other one's end would let the library through to the system's own names.
+    if (current != nullptr) throw std::logic_error("one sandbox at a time");
     std::filesystem::create_directories(at("/dev/shm"));
     std::filesystem::create_directories(at("/mnt"));
     take_calls();
@@ -108,6 +118,7 @@ int __real_flock(int, int);
 std::size_t __real_strnlen(const char*, std::size_t);
 
 int __wrap_shm_open(const char* name, int flags, mode_t mode) {
+    if (const int error = refused("shm_open", name)) return failed(error);
     const sandbox* const here = current;
     if (here == nullptr) return __real_shm_open(name, flags, mode);
     const bool exclusive = (flags & O_EXCL) != 0;
@@ -123,6 +134,7 @@ int __wrap_shm_open(const char* name, int flags, mode_t mode) {
 }
 
 int __wrap_ftruncate(int descriptor, off_t size) {
+    if (const int error = refused("ftruncate")) return failed(error);
     const sandbox* const here = current;
     if (here == nullptr) return __real_ftruncate(descriptor, size);
     if (noting()) note("ftruncate " + std::to_string(size));
@@ -131,6 +143,10 @@ int __wrap_ftruncate(int descriptor, off_t size) {
 }
 
 void* __wrap_mmap(void* address, std::size_t size, int protection, int flags, int descriptor, off_t offset) {
+    if (const int error = refused("mmap")) {
+        errno = error;
+        return MAP_FAILED;
+    }
     const sandbox* const here = current;
     if (here == nullptr) return __real_mmap(address, size, protection, flags, descriptor, offset);
     const bool expected = protection == (PROT_READ | PROT_WRITE) && flags == MAP_SHARED && offset == 0;
@@ -149,10 +165,13 @@ int __wrap_munmap(void* address, std::size_t size) {
         if (noting()) note("munmap " + std::to_string(size) + (address == block_address ? "" : " ELSEWHERE"));
         block_address = nullptr;
     }
-    return __real_munmap(address, size);
+    const int error = refused("munmap");
+    const int result = __real_munmap(address, size);  // even when refused: nobody could ask for it again
+    return error == 0 ? result : failed(error);
 }
 
 int __wrap_fstat(int descriptor, struct stat* status) {
+    if (const int error = refused("fstat")) return failed(error);
     const sandbox* const here = current;
     if (here != nullptr && descriptor == block_descriptor && here->faults.fstat != 0)
         return failed(here->faults.fstat);
@@ -160,10 +179,12 @@ int __wrap_fstat(int descriptor, struct stat* status) {
 }
 
 int __wrap_stat(const char* name, struct stat* status) {
+    if (const int error = refused("stat", name)) return failed(error);
     return __real_stat(redirected("stat", name).c_str(), status);
 }
 
 int __wrap_mkdir(const char* name, mode_t mode) {
+    if (const int error = refused("mkdir", name)) return failed(error);
     const redirected instead("mkdir", name);
     const sandbox* const here = current;
     if (here != nullptr) {
@@ -174,6 +195,7 @@ int __wrap_mkdir(const char* name, mode_t mode) {
 }
 
 int __wrap_open(const char* name, int flags, ...) {
+    if (const int error = refused("open", name)) return failed(error);
     mode_t mode = 0;
     if ((flags & O_CREAT) != 0) {
         std::va_list arguments;
@@ -185,14 +207,20 @@ int __wrap_open(const char* name, int flags, ...) {
 }
 
 DIR* __wrap_opendir(const char* name) {
+    if (const int error = refused("opendir", name)) {
+        errno = error;
+        return nullptr;
+    }
     return __real_opendir(redirected("opendir", name).c_str());
 }
 
 int __wrap_unlink(const char* name) {
+    if (const int error = refused("unlink", name)) return failed(error);
     return __real_unlink(redirected("unlink", name).c_str());
 }
 
 int __wrap_flock(int descriptor, int operation) {
+    if (const int error = refused("flock")) return failed(error);
     if (noting()) note(operation == LOCK_EX ? "flock exclusive" : "flock " + std::to_string(operation));
     return __real_flock(descriptor, operation);
 }

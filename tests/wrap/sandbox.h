@@ -7,6 +7,7 @@
 // any thread.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <string>
 #include <vector>
@@ -41,6 +42,11 @@ class sandbox {
         std::vector<std::string> mkdir_refused;  // names that cannot be made
     };
     faults_t faults;
+
+    // Asked, if set, by every one of these functions before it does anything, with or without a living
+    // sandbox: the function's name, and the file name or null. An errno other than 0 refuses the call.
+    using refusal = int (*)(const char* function, const char* name);
+    static std::atomic<refusal> refuse;
 
     // Off: nothing is noted, and the sandbox takes no memory of its own.
     bool notes_calls = true;

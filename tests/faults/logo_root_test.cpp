@@ -1,0 +1,81 @@
+// A logo root that goes, comes back, or becomes something else while the library runs.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tests/faults/logo_life.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using lines = std::vector<std::string>;
+
+class LogoRoot : public LogoLife {};
+
+TEST_P(LogoRoot, ThatIsRemovedIsReportedAndUsedAgainWhenItIsBack) {
+    fs::remove_all(root);
+    announce_and_receive(false);
+    announce_and_receive(true);
+    EXPECT_EQ(messages(), (lines{missing_root(164), missing_root(204), missing_root(204)}));
+    EXPECT_EQ(told(), lines{});
+    EXPECT_FALSE(fs::exists(root));
+    fs::create_directory(root);
+    announce_and_receive(true);
+    EXPECT_EQ(told(), lines{kTold});
+    EXPECT_EQ(messages(), lines{});
+    EXPECT_EQ(tree(root), (entries_t{{kFile, on_air::png_text()}}));
+}
+
+// A file's name with a slash behind it cannot be looked up, so it is missing too.
+TEST_P(LogoRoot, ThatBecomesAFileCountsAsMissingAndTheFileStaysAsItIs) {
+    fs::remove_all(root);
+    std::ofstream(root) << "a file";
+    announce_and_receive(false);
+    announce_and_receive(true);
+    EXPECT_EQ(messages(), (lines{missing_root(164), missing_root(204), missing_root(204)}));
+    EXPECT_EQ(told(), lines{});
+    std::ifstream in(root);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "a file");
+}
+
+TEST_P(LogoRoot, ThatBecomesALinkToAnotherDirectoryIsThatDirectory) {
+    announce_and_receive(true);
+    fs::rename(root, here.at("/before"));
+    fs::create_directory_symlink(outside, root);
+    announce_and_receive(true);
+    EXPECT_EQ(told(), (lines{kTold, kTold}));
+    EXPECT_EQ(messages(), lines{});
+    EXPECT_EQ(tree(outside), (entries_t{{kFile, on_air::png_text()}}));
+    EXPECT_EQ(tree(here.at("/before")), (entries_t{{kFile, on_air::png_text()}}));
+}
+
+TEST_P(LogoRoot, ThatBecomesALinkToNothingCountsAsMissing) {
+    fs::remove_all(root);
+    fs::create_directory_symlink(here.at("/gone"), root);
+    announce_and_receive(true);
+    EXPECT_EQ(messages(), lines{missing_root(204)});
+    EXPECT_EQ(told(), lines{});
+    EXPECT_FALSE(fs::exists(here.at("/gone")));
+}
+
+TEST_P(LogoRoot, ThatBecomesALoopOfLinksCountsAsMissing) {
+    fs::remove_all(root);
+    fs::create_directory_symlink(root, root);
+    announce_and_receive(true);
+    EXPECT_EQ(messages(), lines{missing_root(204)});
+    EXPECT_EQ(told(), lines{});
+}
+
+TEST_P(LogoRoot, ThatMayOnlyBeReadFailsTheWriteAndKeepsWhatIsThere) {
+    if (geteuid() == 0) GTEST_SKIP() << "a directory's permissions do not hold for root";
+    std::ofstream(root + "/other") << "other";
+    chmod(root.c_str(), 0555);
+    announce_and_receive(true);
+    chmod(root.c_str(), 0755);
+    EXPECT_EQ(told(), lines{});
+    EXPECT_EQ(messages(), lines{});
+    EXPECT_EQ(tree(root), (entries_t{{"other", "other"}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LogoRoot, testing::Values(surface::kCore, surface::kWrapper), &surface_name);
+
+}  // namespace

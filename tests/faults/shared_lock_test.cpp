@@ -1,0 +1,63 @@
+// The lock of the shared block, when the system refuses what it is made of, or somebody else stands in its
+// place. A construction must not hang on it.
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "tests/event/watchdog.h"
+#include "tests/faults/life_checks.h"
+#include "tests/faults/system_faults.h"
+
+namespace {
+
+const char* const kLockFile = "/dev/shm/dabspi-SysDataInfo.lock";
+
+struct SharedLock : testing::Test {
+    const watchdog guard;
+
+    void SetUp() override { whole_life(surface::kWrapper).run(); }
+
+    void live_with(const char* function, int error) {
+        life_fault fault;
+        fault.begin = [=] { system_faults::arm(function, 1, system_faults::kFromThenOn, error); };
+        fault.end = [] { system_faults::disarm(); };
+        result = whole_life(surface::kWrapper).run(fault);
+        EXPECT_TRUE(system_faults::struck());
+    }
+    static std::string given_up(const std::string& what) {
+        return std::string("0 ") + kLockFile + " cannot be " + what + "; locked within this process only\n";
+    }
+    life_result result;
+};
+
+TEST_F(SharedLock, WhoseFileCannotBeLookedAtIsGivenUp) {
+    live_with("fstat", EIO);
+    EXPECT_EQ(result.construction, life_result::kLogicError);  // the block cannot be looked at either
+    EXPECT_THAT(lines_and_texts(result),
+                testing::ElementsAre(given_up("looked at"), "151 mmap error\n", given_up("looked at")));
+    EXPECT_EQ(result.left_behind, "");
+}
+
+TEST_F(SharedLock, WhoseNameCannotBeLookedUpIsGivenUp) {
+    live_with("stat", EACCES);
+    EXPECT_EQ(result.construction, life_result::kConstructed);
+    ASSERT_GE(result.messages.size(), 2U);  // the logo root cannot be looked up either
+    EXPECT_EQ(lines_and_texts(result)[0], given_up("looked at"));
+    EXPECT_EQ(lines_and_texts(result)[1], given_up("looked at"));
+    EXPECT_EQ(result.left_behind, "");
+}
+
+TEST_F(SharedLock, ThatTheSystemDoesNotGrantIsGivenUpAloud) {
+    live_with("flock", ENOLCK);
+    EXPECT_EQ(result.notes, reference_notes(surface::kWrapper));
+    EXPECT_THAT(lines_and_texts(result), testing::ElementsAre(given_up("locked"), given_up("locked")));
+    EXPECT_EQ(result.left_behind, "");
+}
+
+TEST_F(SharedLock, AtWhoseNameAPipeStandsDoesNotHoldTheHostUp) {
+    whole_life life(surface::kWrapper);
+    ASSERT_EQ(mkfifo(life.here.at(kLockFile).c_str(), 0666), 0);
+    expect_faultless(life.run(), surface::kWrapper);
+}
+
+}  // namespace

@@ -1,0 +1,243 @@
+#include "tests/faults/whole_life.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <new>
+#include <stdexcept>
+
+#include "src/event/quiet.h"
+#include "tests/event/log_lines.h"
+#include "tests/faults/system_faults.h"
+#include "tests/support/captured_stderr.h"
+#include "tests/wrap/failing_new.h"
+#include "tests/wrap/process_state.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::atomic<int> deaths{0};  // threads that an exception ended, in this life
+
+// A worker that died, or never lived, keeps its events for good: nothing comes to rest any more.
+bool crippled() {
+    return deaths != 0 || system_faults::threads_refused() != 0;
+}
+
+void come_to_rest() {
+    while (!spi::wait_until_quiet(std::chrono::milliseconds(crippled() ? 0 : 2))) {
+        if (crippled()) return;
+    }
+}
+
+int tasks() {
+    const fs::directory_iterator first("/proc/self/task");
+    return static_cast<int>(std::distance(begin(first), end(first)));
+}
+
+std::string block_for(const std::string& storage_path) {
+    std::string block("\x10\x14\0\0", 4);
+    block += storage_path;
+    block.resize(5140, '\0');
+    return block;
+}
+
+std::string content_of(const fs::path& path) {
+    if (fs::is_symlink(path)) return "-> " + fs::read_symlink(path).string();
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::map<std::string, std::string> files_below(const fs::path& root, const std::string& block) {
+    std::map<std::string, std::string> files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root)) {
+        if (entry.is_directory() && !entry.is_symlink()) continue;
+        if (entry.path() != block)
+            files[entry.path().string().substr(root.string().size())] = content_of(entry);
+    }
+    return files;
+}
+
+// "[source function:line] text"; false for any other line.
+bool parse_message(const std::string& line, life_message& message) {
+    const std::size_t end = line.find("] ");
+    const std::size_t blank = line.find(' ');
+    if (line.empty() || line[0] != '[' || end == std::string::npos || blank == std::string::npos)
+        return false;
+    const std::size_t colon = line.rfind(':', end);
+    if (blank > end || colon == std::string::npos || colon < blank) return false;
+    const std::string number = line.substr(colon + 1, end - colon - 1);
+    if (number.empty() || number.find_first_not_of("0123456789") != std::string::npos) return false;
+    message = {line.substr(1, blank - 1), line.substr(blank + 1, colon - blank - 1), std::stoi(number),
+               line.substr(end + 2) + "\n"};
+    return true;
+}
+
+void take_apart(const std::string& output, life_result& result) {
+    bool in_banner = false;
+    for (const std::string& line : lines_of(output)) {
+        life_message message;
+        if (parse_message(line, message)) {
+            in_banner = message.text == "#########\n";
+            if (in_banner) {
+                ++result.banners;
+            } else {
+                result.messages.push_back(message);
+            }
+        } else if (in_banner && (line == "#########" || line.rfind("ASSERT Failed! - ", 0) == 0)) {
+            continue;
+        } else {
+            result.other_output += line + "\n";
+        }
+    }
+}
+
+}  // namespace
+
+extern "C" void __wrap__ZN12ZebCallStack12dumpDirectlyEi(int) {
+    ++deaths;
+}
+
+whole_life::whole_life(surface interface, block_t block)
+    : interface_(interface),
+      root_(here.at(interface == surface::kCore || block == kStandingBlock ? "/mnt/data/HdStationLogo"
+                                                                           : "/HdStationLogo")),
+      root_link_(root_ + "/E1C2230_3.PNG"),
+      temp_link_(here.at("/temp/dab/E1C2230_3.PNG")) {
+    here.notes_calls = false;
+    if (interface == surface::kCore) fs::create_directories(root_);
+    if (interface == surface::kWrapper && block == kStandingBlock)
+        std::ofstream(here.block(), std::ios::binary) << block_for("/mnt/data");
+}
+
+life_result whole_life::run(const life_fault& fault) {
+    life_result result;
+    const std::unique_ptr<host> subject = make_host(interface_, notes, root_);
+    deaths = 0;
+    std::string output;
+    {
+        const captured_stderr log;
+        const int threads = tasks();
+        const int descriptors = open_descriptors();
+        const long memory = failing_new::living();
+        fault.begin();
+        live(*subject, fault, result);
+        fault.end();
+        const long memory_after = failing_new::living();
+
+        if (!wait_for_threads(threads)) result.left_behind += "threads ";
+        if (open_descriptors() != descriptors) result.left_behind += "descriptors ";
+        if (memory_after != memory)
+            result.left_behind += "memory (" + std::to_string(memory_after - memory) + " blocks) ";
+        if (!spi::wait_until_quiet(std::chrono::milliseconds(0))) result.left_behind += "payloads ";
+        if (interface_ == surface::kWrapper && mappings_of("SysDataInfo") != 0)
+            result.left_behind += "a mapping ";
+        output = log.text();
+    }
+    take_apart(output, result);
+    result.notes = notes.all();
+    result.files = files_below(here.path(), here.block());
+    return result;
+}
+
+void whole_life::live(host& subject, const life_fault& fault, life_result& result) {
+    const auto note_strike = [&](life_phase phase) {
+        if (result.struck || !fault.struck()) return;
+        result.struck = true;
+        result.struck_in = phase;
+    };
+    const auto call = [&](life_phase phase, auto&& operation) {
+        for (bool again = fault.host_tries_again;; again = false) {
+            try {
+                operation();
+                break;
+            } catch (const std::bad_alloc&) {
+                ++result.told;
+                if (!again) break;
+            } catch (...) {
+                result.astray = true;
+                break;
+            }
+        }
+        come_to_rest();
+        note_strike(phase);
+    };
+
+    try {
+        subject.construct();
+    } catch (const std::bad_alloc&) {
+        result.construction = life_result::kOutOfMemory;
+    } catch (const std::logic_error&) {
+        result.construction = life_result::kLogicError;
+    } catch (...) {
+        result.construction = life_result::kOtherError;
+    }
+    note_strike(life_phase::kConstruction);
+    if (result.construction != life_result::kConstructed) return;
+
+    // The wrapper goes to the other root where its own cannot be made.
+    if (symlink("/nowhere/at/all", root_link_.c_str()) != 0 &&
+        symlink("/nowhere/at/all", temp_link_.c_str()) != 0)
+        result.astray = interface_ == surface::kCore;
+
+    using on_air::kEnsemble;
+    using on_air::kOtherEnsemble;
+    using on_air::kStation;
+    static const auto& description = *new spi_builder::bytes(on_air::description());
+    static const auto& today = *new spi_builder::bytes(on_air::today());
+    static const auto& tomorrow = *new spi_builder::bytes(on_air::tomorrow());
+    static const auto& png = on_air::png();
+    constexpr life_phase kRunning = life_phase::kRunning;
+    // The first event that reaches every worker: afterwards each thread has made its entry in the platform's
+    // table.
+    call(life_phase::kFirstEvent, [&] { subject.set_time(2, 10, 30); });
+    call(kRunning, [&] { subject.tune(kStation, kEnsemble); });
+    call(kRunning, [&] { subject.feed(7, 0, "si", description); });
+    call(kRunning, [&] { subject.feed(2, 3, "small.png", png); });
+    call(kRunning, [&] { subject.feed(2, 3, "large.png", png); });
+    call(kRunning, [&] { subject.feed(2, 3, "blocked.png", png); });
+    call(kRunning, [&] { subject.feed(7, 1, "today", today); });
+    call(kRunning, [&] { subject.feed(7, 1, "tomorrow", tomorrow); });
+    call(kRunning, [&] { subject.set_time(2, 11, 1); });
+    call(kRunning, [&] { subject.resend(); });
+    call(kRunning, [&] { subject.tune(kStation, kOtherEnsemble); });
+    call(kRunning, [&] { subject.resend(); });
+    call(kRunning, [&] { subject.tune(kStation, kEnsemble); });
+    call(kRunning, [&] { subject.feed(7, 1, "today", today); });  // forgotten meanwhile, so parsed once more
+    subject.destroy();
+    note_strike(life_phase::kDestruction);
+}
+
+std::vector<std::string> reference_notes(surface interface) {
+    const std::vector<std::string> all = {
+        "logo E1C2210_3.PNG size 3",
+        "logo E1C2210_4.PNG size 4",
+        "programme Morning 10:00",
+        "now Morning next ",
+        "programme Noon 11:00",
+        "now Morning next Noon",
+        "programme Dawn 06:00",
+        "now Noon next ",
+        "now Noon next ",  // asked for
+        "now  next ",      // asked for, after a change of ensemble
+        "programme Morning 10:00",
+        "programme Noon 11:00",
+        "now Noon next ",
+    };
+    if (interface == surface::kCore) return all;
+    // The host hears no schedules, and cannot ask.
+    std::vector<std::string> heard;
+    for (std::size_t i = 0; i < all.size(); ++i)
+        if (all[i].rfind("programme", 0) != 0 && i != 8 && i != 9) heard.push_back(all[i]);
+    return heard;
+}
+
+std::vector<std::string> lines_and_texts(const life_result& result) {
+    std::vector<std::string> all;
+    for (const life_message& message : result.messages)
+        all.push_back(std::to_string(message.line) + " " + message.text);
+    return all;
+}

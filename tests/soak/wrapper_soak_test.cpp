@@ -1,0 +1,31 @@
+// Days of a receiver's life through the host-facing layer. DABSPI_SOAK_WRAPPER_DAYS says how many days.
+#include "tests/soak/long_life.h"
+#include "tests/soak/wrapper_receiver.h"
+#include "tests/wrap/wrap_fixture.h"
+
+namespace soak {
+namespace {
+
+class WrappedLongLife : public Wrapped {
+ protected:
+    WrappedLongLife() {
+        here.notes_calls = false;
+        put_block(block_with("/mnt/data"));
+    }
+};
+
+TEST_F(WrappedLongLife, NowNextAndLogosComeOnceOverTheTurnOfTheYear) {
+    const int days = from_environment("DABSPI_SOAK_WRAPPER_DAYS", kSanitized ? 3 : 6);
+    const auto make = [] { return std::make_unique<wrapper_receiver>(); };
+    const long_life_result result =
+        play(make, here.at("/mnt/data/HdStationLogo"), days, spi_builder::mjd(2028, 1, 3));
+    print_table(result);
+    expect_nothing_grew(result);
+    EXPECT_EQ(result.listener_threads, 1U);
+    if (days < 3) return;
+    EXPECT_GT(result.figures.notifications, 100U);
+    EXPECT_GT(result.model.images_written, 20U);
+}
+
+}  // namespace
+}  // namespace soak
