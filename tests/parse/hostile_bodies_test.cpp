@@ -8,7 +8,7 @@ namespace {
 using namespace hostile;
 
 TEST_F(HostileBodies, NestedSchedulesBelowTheBudgetAreReadByTheLetter) {
-    for (const std::uint64_t count : {1U, 2U, 3U, 10U, 40U}) {
+    for (const std::size_t count : {1U, 2U, 3U, 10U, 40U}) {
         const bytes body = nested_schedules(count);
         EXPECT_EQ(of_pi(body).events, count * (count + 1) / 2);
         EXPECT_EQ(events_of(1, body), count * (count + 1) / 2);
@@ -17,7 +17,7 @@ TEST_F(HostileBodies, NestedSchedulesBelowTheBudgetAreReadByTheLetter) {
 }
 
 TEST_F(HostileBodies, NestedLogosBelowTheBudgetAreReadByTheLetter) {
-    for (const std::uint64_t count : {1U, 2U, 3U, 4U, 8U, 12U}) {
+    for (const std::size_t count : {1U, 2U, 3U, 4U, 8U, 12U}) {
         const bytes body = nested_logos(count);
         EXPECT_EQ(of_si(body).logos, count * (count + 1) * (count + 2) / 6);
         EXPECT_EQ(events_of(0, body), count * (count + 1) / 2);

@@ -22,7 +22,7 @@ carousel_object junk_object(const std::string& name, std::uint8_t type, std::uin
 
 // No byte is a tag that means anything.
 bytes noise(std::uint64_t seed, long day, std::size_t size) {
-    dice random(seed, static_cast<std::uint64_t>(day % kPeriod), 99);
+    dice random(seed, static_cast<std::size_t>(day % kPeriod), 99);
     bytes out;
     while (out.size() < size)
         out.push_back(static_cast<std::uint8_t>(random.between(0x40, 0xFF)));
@@ -55,7 +55,7 @@ carousel_object cut_schedule(const ensemble& e, int index, long day) {
 
 void add_junk(std::vector<carousel_object>& objects, const ensemble& e, long day) {
     namespace tag = spi_builder::tag;
-    const auto shape = static_cast<std::uint64_t>(day % kPeriod);
+    const auto shape = static_cast<std::size_t>(day % kPeriod);
     for (unsigned i = 0; i < 24; ++i) {
         const std::uint16_t subtype = i % 3 == 2 ? 2 : static_cast<std::uint16_t>(i % 3);
         objects.push_back(junk_object(number_text("noise-%u", i), kSpiObject, subtype, e.second_service,

@@ -132,7 +132,11 @@ TEST_F(EndToEnd, NoCallComesAfterTheDestruction) {
             broadcasting_host host(&watcher);
             host.set_time(10, 30);
             host.tune();
-            host.feed_schedule();  // in flight as the server is destroyed
+            host.feed_schedule();
+            if (i == 0) {
+                ASSERT_TRUE(quiet());  // or a slow machine might hear nothing in any round
+            }
+            // In flight as the server is destroyed.
             for (std::uint8_t minute = 1; minute < 20; ++minute)
                 host.set_time(11, minute);
         }
