@@ -30,4 +30,4 @@ need_packages() {
 build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev"
 test_packages="libgtest-dev libgmock-dev libpng-dev"
 install_packages="make pkg-config binutils"
-package_packages="debhelper dpkg-dev lintian"
+package_packages="build-essential debhelper dpkg-dev git lintian"
