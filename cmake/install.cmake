@@ -78,4 +78,9 @@ endforeach()
 
 if(DABSPI_TOOLS)
     install(TARGETS dabspi_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+    if(TARGET dabspi_manual)
+        install(DIRECTORY ${PROJECT_BINARY_DIR}/share/man/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT tools)
+        install(FILES ${PROJECT_BINARY_DIR}/share/bash-completion/completions/dabspi
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
+    endif()
 endif()

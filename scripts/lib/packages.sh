@@ -32,3 +32,4 @@ test_packages="libgtest-dev libgmock-dev libpng-dev"
 install_packages="make pkg-config binutils"
 # 32-bit ARM: the cross compiler, the emulator, GoogleTest's sources.
 armhf_packages="g++-arm-linux-gnueabihf qemu-user googletest"
+package_packages="build-essential debhelper dpkg-dev git lintian"
