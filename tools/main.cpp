@@ -9,6 +9,7 @@
 
 #include "tools/command.h"
 #include "tools/complain.h"
+#include "tools/inspect/inspect_command.h"
 #include "tools/replay_command.h"
 #include "tools/standard_descriptors.h"
 
@@ -30,12 +31,14 @@ int run(int argc, char** argv) {
         "\n"
         "Examples:\n"
         "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
-        "  dabspi replay --json --api core day.jsonl");
+        "  dabspi replay --json --api core day.jsonl\n"
+        "  dabspi inspect si.bin                   what is in an object, and what a receiver reads");
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
     });
     const std::vector<dabspi::command> commands = {
         dabspi::add_replay_command(app),
+        dabspi::add_inspect_command(app),
     };
 
     try {
