@@ -16,7 +16,7 @@ constexpr const char* kNamespace = "http://www.worlddab.org/schemas/spi/31";
 // writes references for control characters, but not for this one; so it goes through the writer as a control
 // character that no text has any more.
 constexpr char kCarriageReturn = '\x01';
-constexpr std::string_view kWritten = "&#1;";
+constexpr std::string_view kWritten = "&#01;";
 constexpr std::string_view kWanted = "&#13;";
 
 class writer {
