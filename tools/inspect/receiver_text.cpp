@@ -18,7 +18,13 @@ std::string offset_column(std::uint32_t offset) {
     return text;
 }
 
-std::string programme_line(const taken_programme& of, std::uint16_t ensemble) {
+std::string ensemble_text(const object_report& of) {
+    char eid[24];
+    std::snprintf(eid, sizeof eid, " on ensemble %X", unsigned{of.taken.ensemble});
+    return of.ensemble_from == ensemble_source::none ? "" : eid;
+}
+
+std::string programme_line(const taken_programme& of, const std::string& ensemble) {
     char minutes[16];
     std::snprintf(minutes, sizeof minutes, "%4u", of.programme.duration / 60U);
     std::string text = offset_column(of.offset) + "  ";
@@ -26,11 +32,7 @@ std::string programme_line(const taken_programme& of, std::uint16_t ensemble) {
     if (service.size() < 9) service.append(9 - service.size(), ' ');
     text += service + "  " + receiver_time_text(of.programme.time) + "  " + minutes + " min  " +
             printable(of.programme.name);
-    if (of.dropped) {
-        char eid[8];
-        std::snprintf(eid, sizeof eid, "%X", unsigned{ensemble});
-        text += std::string("  (no scope and no bearer names a service on ensemble ") + eid + ")";
-    }
+    if (of.dropped) text += "  (no scope and no bearer names a service" + ensemble + ")";
     return text + "\n";
 }
 
@@ -60,16 +62,15 @@ std::string receiver_text(const object_report& of, const paint& colours) {
     if (!taken.read) return colours(ink::receiver, "  a receiver does not read this object") + "\n";
     std::string who = "  a receiver";
     // Services are taken wherever they are said to be; programmes from the ensemble that is received only.
-    if (of.tree.kind != object_kind::service_information) {
-        char eid[8];
-        std::snprintf(eid, sizeof eid, "%X", unsigned{taken.ensemble});
-        who += std::string(" on ensemble ") + eid + (of.ensemble_known ? "" : " (the object's own)");
-    }
+    const std::string ensemble =
+        of.tree.kind == object_kind::service_information ? std::string() : ensemble_text(of);
+    if (!ensemble.empty())
+        who += ensemble + (of.ensemble_from == ensemble_source::own ? " (the object's own)" : "");
     if (taken.programmes.empty() && taken.services.empty())
         return colours(ink::receiver, who + " takes nothing from it") + "\n";
     std::string text = colours(ink::receiver, who + " takes from it:") + "\n";
     for (const taken_programme& each : taken.programmes)
-        text += programme_line(each, taken.ensemble);
+        text += programme_line(each, ensemble);
     for (const taken_service& each : taken.services)
         text += service_lines(each);
     if (taken.more != 0) text += "  and " + std::to_string(taken.more) + " more\n";

@@ -11,8 +11,11 @@ object_report inspect_object(const inspected_body& body, std::optional<std::uint
     options.content_subtype = body.content_subtype;
     report.tree = spi_object::decode(*body.body, options);
     if (!ensemble) ensemble = body.ensemble;
-    report.ensemble_known = ensemble.has_value();
-    if (!ensemble) ensemble = spi_object::home_ensemble(report.tree);
+    if (ensemble) {
+        report.ensemble_from = ensemble_source::named;
+    } else if ((ensemble = spi_object::home_ensemble(report.tree))) {
+        report.ensemble_from = ensemble_source::own;
+    }
     const std::uint16_t subtype =
         body.content_subtype ? *body.content_subtype : spi_object::natural_subtype(report.tree);
     report.taken = spi_object::take(*body.body, subtype, ensemble.value_or(0));

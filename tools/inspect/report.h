@@ -11,11 +11,18 @@
 
 namespace dabspi {
 
+// Where the ensemble comes from that the receiver is taken to be on.
+enum class ensemble_source {
+    named,  // by the command line or the recording
+    own,    // the first one that the object names
+    none,   // the object names none either; the receiver knows none
+};
+
 struct object_report {
     const inspected_body* body;
     spi_object::object tree;
     spi_object::receiver_view taken;
-    bool ensemble_known = false;  // from a recording or the command line; else it is the object's own
+    ensemble_source ensemble_from = ensemble_source::none;
 };
 
 // `ensemble`: the one asked for on the command line, else that of the recording, else the object's own.
