@@ -3,6 +3,9 @@
 #include <string>
 
 #include "tools/replay_command.h"
+#ifdef DABSPI_WORKBENCH
+#include "tools/inspect/inspect_command.h"
+#endif
 
 namespace dabspi {
 
@@ -15,7 +18,8 @@ std::vector<command> add_command_line(CLI::App& app) {
         "\n"
         "Examples:\n"
         "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
-        "  dabspi replay --json --api core day.jsonl");
+        "  dabspi replay --json --api core day.jsonl\n"
+        "  dabspi inspect si.bin                   what is in an object, and what a receiver reads");
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
     });
@@ -23,6 +27,9 @@ std::vector<command> add_command_line(CLI::App& app) {
     // sources.
     return {
         add_replay_command(app),
+#ifdef DABSPI_WORKBENCH
+        add_inspect_command(app),
+#endif
     };
 }
 

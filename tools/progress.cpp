@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <string>
 #include <utility>
 
 namespace dabspi {
@@ -19,10 +18,11 @@ void put(int descriptor, const std::string& text) {
 
 }  // namespace
 
-progress_line::progress_line(int descriptor, bool shown, std::size_t total, clock now)
+progress_line::progress_line(int descriptor, bool shown, std::size_t total, std::string things, clock now)
     : descriptor_(descriptor),
       shown_(shown),
       total_(total),
+      things_(std::move(things)),
       now_(std::move(now)),
       next_(now_() + kPatience) {}
 
@@ -32,7 +32,8 @@ void progress_line::update(std::size_t done) {
     if (now < next_) return;
     next_ = now + kRefresh;
     drawn_ = true;
-    put(descriptor_, "\rdabspi: " + std::to_string(done) + " of " + std::to_string(total_) + " calls\033[K");
+    put(descriptor_, "\rdabspi: " + std::to_string(done) +
+                         (total_ == 0 ? "" : " of " + std::to_string(total_)) + " " + things_ + "\033[K");
 }
 
 void progress_line::erase() {

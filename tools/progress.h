@@ -1,10 +1,11 @@
-// A line on a terminal that tells how far a long replay has come. It appears only when the work takes longer
+// A line on a terminal that tells how far a long work has come. It appears only when the work takes longer
 // than a person waits without wondering, and leaves nothing behind.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <string>
 
 namespace dabspi {
 
@@ -12,8 +13,10 @@ class progress_line {
  public:
     using clock = std::function<std::chrono::steady_clock::time_point()>;
 
-    // With `shown` false, nothing is ever written. `total` is what update() counts towards.
-    progress_line(int descriptor, bool shown, std::size_t total, clock now = std::chrono::steady_clock::now);
+    // With `shown` false, nothing is ever written. `total` is what update() counts towards, 0 if that is not
+    // known; `things` is what is counted.
+    progress_line(int descriptor, bool shown, std::size_t total, std::string things,
+                  clock now = std::chrono::steady_clock::now);
     ~progress_line() { erase(); }
     progress_line(const progress_line&) = delete;
     progress_line& operator=(const progress_line&) = delete;
@@ -26,6 +29,7 @@ class progress_line {
     int descriptor_;
     bool shown_;
     std::size_t total_;
+    std::string things_;
     clock now_;
     std::chrono::steady_clock::time_point next_;  // not drawn before
     bool drawn_ = false;

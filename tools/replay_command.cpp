@@ -53,7 +53,7 @@ void report_errors(const recording& of) {
 int play_and_print(const recording& from, const replay_options& options, const std::string& storage_path,
                    const std::string& logo_root) {
     output standard_output(STDOUT_FILENO, [] { return interrupt_watch::noted() != 0; });
-    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, from.calls.size());
+    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, from.calls.size(), "calls");
 
     player_settings settings;
     settings.api = options.api == "core" ? library_api::core : library_api::wrapper;

@@ -120,7 +120,7 @@ class Progress : public testing::Test {
 
 TEST_F(Progress, AShortReplayShowsNone) {
     {
-        progress_line line(terminal_.descriptor, true, 100, clock_);
+        progress_line line(terminal_.descriptor, true, 100, "calls", clock_);
         pass(std::chrono::milliseconds(999));
         line.update(100);
     }
@@ -129,7 +129,7 @@ TEST_F(Progress, AShortReplayShowsNone) {
 
 TEST_F(Progress, ALongReplayTellsHowFarItIsAndErasesTheLineAtItsEnd) {
     {
-        progress_line line(terminal_.descriptor, true, 100, clock_);
+        progress_line line(terminal_.descriptor, true, 100, "calls", clock_);
         pass(std::chrono::milliseconds(1000));
         line.update(7);
         EXPECT_EQ(shown(), "\rdabspi: 7 of 100 calls\x1B[K");
@@ -137,8 +137,15 @@ TEST_F(Progress, ALongReplayTellsHowFarItIsAndErasesTheLineAtItsEnd) {
     EXPECT_EQ(shown(), "\rdabspi: 7 of 100 calls\x1B[K\r\x1B[K");
 }
 
+TEST_F(Progress, WithoutATotalItCounts) {
+    progress_line line(terminal_.descriptor, true, 0, "files read", clock_);
+    pass(std::chrono::milliseconds(1000));
+    line.update(7);
+    EXPECT_EQ(shown(), "\rdabspi: 7 files read\x1B[K");
+}
+
 TEST_F(Progress, IsNotDrawnWithEveryCall) {
-    progress_line line(terminal_.descriptor, true, 100, clock_);
+    progress_line line(terminal_.descriptor, true, 100, "calls", clock_);
     pass(std::chrono::milliseconds(1000));
     line.update(7);
     pass(std::chrono::milliseconds(199));
@@ -150,7 +157,7 @@ TEST_F(Progress, IsNotDrawnWithEveryCall) {
 }
 
 TEST_F(Progress, IsErasedOnce) {
-    progress_line line(terminal_.descriptor, true, 100, clock_);
+    progress_line line(terminal_.descriptor, true, 100, "calls", clock_);
     pass(std::chrono::milliseconds(1000));
     line.update(7);
     line.erase();
@@ -159,7 +166,7 @@ TEST_F(Progress, IsErasedOnce) {
 }
 
 TEST_F(Progress, ShowsNothingWhereItIsNotWanted) {
-    progress_line line(terminal_.descriptor, false, 100, clock_);
+    progress_line line(terminal_.descriptor, false, 100, "calls", clock_);
     pass(std::chrono::hours(1));
     line.update(7);
     line.erase();

@@ -14,6 +14,11 @@
 #include <sstream>
 #include <stdexcept>
 
+// Words before the command's own: an emulator, for a command of another machine.
+#ifndef DABSPI_LAUNCHER
+#define DABSPI_LAUNCHER ""
+#endif
+
 namespace {
 
 struct pipe_ends {

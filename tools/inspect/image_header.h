@@ -1,0 +1,20 @@
+// What kind of image a MOT body is, by its own first bytes, and how large it says it is. Any bytes will do.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "tools/spi/byte_view.h"
+
+namespace dabspi {
+
+struct image_header {
+    const char* kind;         // "PNG", "JPEG", "GIF", "BMP"
+    std::uint32_t width = 0;  // pixels; both 0 when the header does not tell
+    std::uint32_t height = 0;
+};
+
+// Nothing for bytes that are no image of these kinds.
+std::optional<image_header> read_image_header(spi_object::byte_view body);
+
+}  // namespace dabspi

@@ -1,0 +1,184 @@
+#include "tools/inspect/inspect_command.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <system_error>
+
+#include "tools/complain.h"
+#include "tools/inspect/inspected.h"
+#include "tools/inspect/json_report.h"
+#include "tools/inspect/report.h"
+#include "tools/inspect/text_report.h"
+#include "tools/output.h"
+#include "tools/progress.h"
+#include "tools/spi/xml_document.h"
+#include "tools/utf8.h"
+
+namespace dabspi {
+
+namespace {
+
+constexpr std::size_t kMostMessages = 100;
+
+struct inspect_options {
+    std::vector<std::string> objects;
+    std::vector<std::size_t> lines;
+    std::optional<std::uint32_t> ensemble;
+    bool json = false;
+    bool xml = false;
+    bool hex = false;
+    std::string colour = "auto";
+};
+
+// Messages of one kind, not without end.
+void complain_of(const std::vector<std::string>& messages) {
+    for (std::size_t i = 0; i < std::min(messages.size(), kMostMessages); ++i)
+        complain(messages[i]);
+    if (messages.size() > kMostMessages)
+        complain("and " + std::to_string(messages.size() - kMostMessages) + " more");
+}
+
+std::optional<std::uint16_t> ensemble_of(const inspect_options& options) {
+    if (!options.ensemble) return std::nullopt;
+    return static_cast<std::uint16_t>(*options.ensemble);
+}
+
+// The document of the one object there is. Gives the exit status.
+int print_xml(const gathered& found, output& out) {
+    std::vector<const inspected_body*> objects;
+    for (const inspected_body& each : found.bodies)
+        if (each.kind == body_kind::spi_object) objects.push_back(&each);
+    if (objects.size() != 1) {
+        complain(objects.empty()
+                     ? "there is no SPI object for an XML document"
+                     : "an XML document holds one object, and there are " + std::to_string(objects.size()) +
+                           ": name one, or choose one with --line");
+        return kExitUnusable;
+    }
+    const object_report report = inspect_object(*objects.front(), std::nullopt);
+    const std::string place = printable(objects.front()->place());
+    const spi_object::xml_document document = spi_object::xml_of(report.tree);
+    if (document.text.empty()) {
+        complain(place + ": the object has no epg and no serviceInformation, so there is no XML document");
+        return kExitMalformed;
+    }
+    out.write(document.text);
+    // What the document cannot show is said beside it.
+    std::vector<std::string> messages;
+    for (const spi_object::problem_at& each : spi_object::problems_of(report.tree))
+        if (severity_of(each.what->code) == spi_object::severity::malformed)
+            messages.push_back(place + ": byte " + std::to_string(each.what->offset) + ": " +
+                               printable(each.what->text));
+    for (const spi_object::xml_note& each : document.notes)
+        messages.push_back(place + ": byte " + std::to_string(each.offset) + ": " + printable(each.text));
+    complain_of(messages);
+    return report.tree.well_formed() ? kExitDone : kExitMalformed;
+}
+
+int print_all(const gathered& found, const inspect_options& options, output& out, progress_line& progress) {
+    text_style style;
+    style.hex = options.hex;
+    style.colours = paint(wants_colour(options.colour, STDOUT_FILENO));
+    int status = kExitDone;
+    std::size_t done = 0;
+    for (const inspected_body& each : found.bodies) {
+        if (each.kind != body_kind::spi_object) {
+            progress.erase();
+            out.write(options.json ? json_of_other(each) : text_of_other(each, style));
+        } else {
+            const object_report report = inspect_object(each, ensemble_of(options));
+            if (!report.tree.well_formed()) status = kExitMalformed;
+            progress.erase();
+            if (options.json) {
+                out.write(json_report(report, options.hex));
+            } else {
+                out.write(text_report(report, style) + (&each == &found.bodies.back() ? "" : "\n"));
+            }
+        }
+        if (!out.flush()) break;
+        progress.update(++done);
+    }
+    return status;
+}
+
+int inspect(const inspect_options& options) {
+    const bool terminal = ::isatty(STDERR_FILENO) != 0;
+    gathered found;
+    {
+        progress_line progress(STDERR_FILENO, terminal, 0, "files read");
+        gather_options how;
+        how.lines = options.lines;
+        found = gather(options.objects, how, [&progress](std::size_t read) { progress.update(read); });
+    }
+    complain_of(found.errors);
+    output out(STDOUT_FILENO);
+    int status = kExitDone;
+    if (options.xml) {
+        status = found.errors.empty() || !found.bodies.empty() ? print_xml(found, out) : kExitUnusable;
+    } else {
+        progress_line progress(STDERR_FILENO, terminal, found.bodies.size(), "objects");
+        status = print_all(found, options, out, progress);
+    }
+    out.flush();
+    if (out.error() != 0) {
+        // A reader that has read enough is no reason for a message.
+        if (out.error() != EPIPE)
+            complain("cannot write to standard output: " + std::generic_category().message(out.error()));
+        return kExitFailed;
+    }
+    return found.errors.empty() ? status : kExitUnusable;
+}
+
+}  // namespace
+
+command add_inspect_command(CLI::App& dabspi) {
+    CLI::App* const app = dabspi.add_subcommand(
+        "inspect", "Show binary SPI objects as trees, and what a receiver takes from them");
+    const auto options = std::make_shared<inspect_options>();
+    app->add_option("OBJECT", options->objects,
+                    "Binary SPI objects, recordings, or folders of bodies as receivers dump them;\n- is "
+                    "standard input")
+        ->required()
+        ->option_text("...");
+    app->add_option("--line", options->lines, "Of recordings, only the object fed by line N; may be repeated")
+        ->option_text("N")
+        ->allow_extra_args(false)
+        ->check(CLI::PositiveNumber);
+    app->add_option("--ensemble", options->ensemble,
+                    "The ensemble that the receiver is on, e.g. 0xC185 (default: that of the "
+                    "recording,\nelse the object's own)")
+        ->option_text("EID")
+        ->check(CLI::Range(std::uint32_t{0}, std::uint32_t{0xFFFF}));
+    CLI::Option* const json =
+        app->add_flag("--json", options->json, "Print one JSON object for each object, instead of text");
+    CLI::Option* const xml = app->add_flag(
+        "--xml", options->xml, "Print the XML document (ETSI TS 102 818) that one object stands for");
+    CLI::Option* const hex = app->add_flag("--hex", options->hex, "Show the bytes beside the tree");
+    app->add_option("--color", options->colour,
+                    "Colours: auto (default) only on a terminal and without NO_COLOR in the environment")
+        ->option_text("auto|always|never")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+    json->excludes(xml);
+    xml->excludes(hex);
+    app->footer(
+        "The tree has a line for each element and attribute: its offset and the length of its content in "
+        "bytes,\n"
+        "whether a receiver reads it, its name in the standard and its value. Tokens are shown expanded and "
+        "as\n"
+        "coded. What is malformed stands where it is, with what a receiver makes of it.\n"
+        "Exit status: 0 all objects are well formed; 1 one is malformed, or output could not be written;\n"
+        "2 one cannot be read, or the command line cannot be used.\n"
+        "\n"
+        "Examples:\n"
+        "  dabspi inspect si.bin                      the tree\n"
+        "  dabspi inspect --hex si.bin | less         with the bytes beside it\n"
+        "  dabspi inspect --line 12 day.jsonl         the object that line 12 of a recording feeds\n"
+        "  dabspi inspect --xml pi.bin >pi.xml        as an XML document\n"
+        "  dabspi inspect --json dump/ | jq .kind     all bodies in a folder");
+    return {app, [options] { return inspect(*options); }};
+}
+
+}  // namespace dabspi

@@ -1,0 +1,10 @@
+// dabspi inspect: binary SPI objects as trees.
+#pragma once
+
+#include "tools/command.h"
+
+namespace dabspi {
+
+command add_inspect_command(CLI::App& dabspi);
+
+}  // namespace dabspi

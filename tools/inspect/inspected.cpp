@@ -1,0 +1,235 @@
+#include "tools/inspect/inspected.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <string_view>
+#include <system_error>
+#include <tuple>
+
+#include "tools/inspect/image_header.h"
+#include "tools/spi/schema.h"
+#include "tools/utf8.h"
+
+namespace dabspi {
+
+namespace {
+
+constexpr std::size_t kLongestBody = 0x0FFFFFFF;  // a MOT body's size has 28 bits
+constexpr std::uint8_t kImage = 2;                // MOT ContentType
+constexpr std::uint8_t kSpi = 7;
+
+std::string_view text_of(const bytes& content) {
+    return {reinterpret_cast<const char*>(content.data()), content.size()};
+}
+
+// From the first byte that is no blank, and no byte order mark.
+std::string_view without_blanks(std::string_view text) {
+    if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    return text;
+}
+
+struct file_closer {
+    void operator()(std::FILE* file) const {
+        if (file != stdin) std::fclose(file);
+    }
+};
+
+// Null, and `error` filled, when it cannot be read.
+std::shared_ptr<const bytes> read_all(const std::string& path, std::string& error) {
+    const std::unique_ptr<std::FILE, file_closer> file(path == "-" ? stdin : std::fopen(path.c_str(), "re"));
+    if (file == nullptr) {
+        error = "cannot open it: " + std::generic_category().message(errno);
+        return nullptr;
+    }
+    bytes content;
+    std::uint8_t buffer[65536];
+    errno = 0;
+    while (content.size() <= kLongestBody || looks_like_recording(content)) {
+        const std::size_t got = std::fread(buffer, 1, sizeof buffer, file.get());
+        content.insert(content.end(), buffer, buffer + got);
+        if (got < sizeof buffer) break;
+    }
+    if (std::ferror(file.get()) != 0) {
+        error = "cannot read it: " + std::generic_category().message(errno);
+        return nullptr;
+    }
+    if (content.size() > kLongestBody && !looks_like_recording(content)) {
+        error = "it is longer than the longest body of 268435455 bytes";
+        return nullptr;
+    }
+    return std::make_shared<const bytes>(std::move(content));
+}
+
+class gatherer {
+ public:
+    gatherer(const gather_options& options, gathered& into) : options_(options), into_(into) {}
+
+    void argument(const std::string& path) {
+        std::error_code error;
+        if (path != "-" && std::filesystem::is_directory(path, error)) {
+            folder(path);
+        } else {
+            file(path);
+        }
+    }
+
+    std::function<void(std::size_t)> progress;
+
+ private:
+    void fail(const std::string& source, const std::string& text) {
+        into_.errors.push_back(printable(source) + ": " + text);
+    }
+
+    void read_one() {
+        ++read_;
+        if (progress) progress(read_);
+    }
+
+    void file(const std::string& path) {
+        const std::string name = path == "-" ? "<stdin>" : path;
+        std::string error;
+        const auto content = read_all(path, error);
+        read_one();
+        if (content == nullptr) return fail(name, error);
+        if (looks_like_recording(*content)) {
+            const std::string directory =
+                path == "-" ? "" : std::filesystem::path(path).parent_path().string();
+            return gather_recording(parse_recording(text_of(*content), name, directory), options_, into_);
+        }
+        if (!options_.lines.empty()) return fail(name, "it is no recording, and has no lines to choose from");
+        inspected_body body;
+        body.source = name;
+        body.body = content;
+        classify(body);
+        // Named on the command line, it is meant to be an object; for what is plainly something else, say so.
+        if (body.kind == body_kind::other && !body.what.empty())
+            return fail(name, "it is " + body.what + ", not a binary SPI object");
+        if (body.kind == body_kind::other) body.kind = body_kind::spi_object;
+        into_.bodies.push_back(std::move(body));
+    }
+
+    void folder(const std::string& path) {
+        std::vector<std::string> files;
+        std::error_code error;
+        auto each = std::filesystem::recursive_directory_iterator(path, error);
+        for (; !error && each != std::filesystem::recursive_directory_iterator(); each.increment(error)) {
+            std::error_code unknown;
+            if (each->is_regular_file(unknown)) files.push_back(each->path().string());
+        }
+        if (error) fail(path, "cannot read the folder: " + error.message());
+        if (files.empty() && !error) fail(path, "there is no file in the folder");
+        if (!options_.lines.empty()) return fail(path, "it is no recording, and has no lines to choose from");
+        std::sort(files.begin(), files.end());
+        for (const std::string& name : files) {
+            std::string why;
+            inspected_body body;
+            body.source = name;
+            body.body = read_all(name, why);
+            read_one();
+            if (body.body == nullptr) {
+                fail(name, why);
+                continue;
+            }
+            classify(body);
+            if (body.kind == body_kind::other && body.what.empty()) body.what = "no SPI object and no image";
+            into_.bodies.push_back(std::move(body));
+        }
+    }
+
+    const gather_options& options_;
+    gathered& into_;
+    std::size_t read_ = 0;
+};
+
+body_kind kind_of(std::uint8_t content_type) {
+    return content_type == kSpi     ? body_kind::spi_object
+           : content_type == kImage ? body_kind::image
+                                    : body_kind::other;
+}
+
+}  // namespace
+
+std::string inspected_body::place() const {
+    return lines.empty() ? source : source + ":" + std::to_string(lines.front());
+}
+
+bool looks_like_recording(const bytes& content) {
+    const std::string_view rest = without_blanks(text_of(content));
+    return !rest.empty() && (rest.front() == '{' || rest.front() == '#');
+}
+
+void classify(inspected_body& body) {
+    const std::string_view text = text_of(*body.body);
+    body.what.clear();
+    if (text.empty() || text[0] == spi_object::tag::epg || text[0] == spi_object::tag::service_information) {
+        body.kind = body_kind::spi_object;
+    } else if (read_image_header(*body.body)) {
+        body.kind = body_kind::image;
+    } else {
+        body.kind = body_kind::other;
+        if (text.substr(0, 2) == "\x1F\x8B") body.what = "compressed with gzip";
+        if (without_blanks(text).substr(0, 1) == "<") body.what = "an XML document";
+        if (looks_like_recording(*body.body)) body.what = "a recording";
+    }
+}
+
+void gather_recording(const recording& from, const gather_options& options, gathered& into) {
+    for (const recording_error& error : from.errors)
+        into.errors.push_back(error_text(from, error));
+    // Bodies that were seen, by all that makes them what they are but their bytes.
+    std::multimap<std::tuple<unsigned, unsigned, std::string, unsigned>, std::size_t> seen;
+    std::vector<std::size_t> missing = options.lines;
+    std::optional<std::uint16_t> ensemble;
+    for (const call& each : from.calls) {
+        if (const auto* current = std::get_if<set_current_service>(&each.what)) ensemble = current->ensemble;
+        const auto* const feed = std::get_if<feed_mot_body>(&each.what);
+        if (feed == nullptr) continue;
+        if (!options.lines.empty()) {
+            if (std::find(options.lines.begin(), options.lines.end(), each.line) == options.lines.end())
+                continue;
+            missing.erase(std::remove(missing.begin(), missing.end(), each.line), missing.end());
+        }
+        const auto key = std::make_tuple(unsigned{feed->content_type}, unsigned{feed->content_subtype},
+                                         feed->content_name, ensemble ? *ensemble + 1U : 0U);
+        const auto [first, last] = seen.equal_range(key);
+        const auto same = std::find_if(first, last, [&](const auto& entry) {
+            const std::shared_ptr<const bytes>& known = into.bodies[entry.second].body;
+            return known == feed->body || *known == *feed->body;
+        });
+        if (same != last) {
+            into.bodies[same->second].lines.push_back(each.line);
+            continue;
+        }
+        inspected_body body;
+        body.source = from.name;
+        body.lines = {each.line};
+        body.content_name = feed->content_name;
+        body.content_type = feed->content_type;
+        body.content_subtype = feed->content_subtype;
+        body.ensemble = ensemble;
+        body.body = feed->body;
+        body.kind = kind_of(feed->content_type);
+        if (body.kind == body_kind::other) body.what = "of ContentType " + std::to_string(feed->content_type);
+        seen.emplace(key, into.bodies.size());
+        into.bodies.push_back(std::move(body));
+    }
+    for (const std::size_t line : missing)
+        into.errors.push_back(printable(from.name) + ":" + std::to_string(line) +
+                              ": there is no FeedMotBody on this line");
+}
+
+gathered gather(const std::vector<std::string>& paths, const gather_options& options,
+                const std::function<void(std::size_t)>& progress) {
+    gathered result;
+    gatherer work(options, result);
+    work.progress = progress;
+    for (const std::string& path : paths)
+        work.argument(path);
+    return result;
+}
+
+}  // namespace dabspi

@@ -1,0 +1,13 @@
+// What a receiver takes from an object, in lines like those of a replay.
+#pragma once
+
+#include <string>
+
+#include "tools/inspect/paint.h"
+#include "tools/inspect/report.h"
+
+namespace dabspi {
+
+std::string receiver_text(const object_report& of, const paint& colours);
+
+}  // namespace dabspi
