@@ -63,8 +63,9 @@ class SpiServer final : public term_event_proc {
     // SetCurrentService.
     DABSPI_EXPORT bool check_ensemble(unsigned short ensemble);
 
-    // The server's own worker; not for hosts.
+    // The server's own worker, not for hosts: takes the termination lock.
     void pre() override;
+    // The server's own worker, not for hosts: counts the answers to EC_TERM.
     void process_event(event& e) override;
 
  private:
