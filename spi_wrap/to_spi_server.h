@@ -123,7 +123,8 @@ class DABSPI_EXPORT toSpiServer {
     toSpiServer& operator=(const toSpiServer&) = delete;
 
     // The service that is being listened to, and the ensemble that carries it (0: none). A change from one
-    // ensemble to another, or to none, forgets everything that was received.
+    // ensemble to another, or to none, forgets everything that was received; what the library has not read
+    // by then is filed after it.
     virtual int SetCurrentService(ServElemId& service, unsigned short ensemble);
 
     // The current local date and time, at least once a minute: the library has no clock of its own.
