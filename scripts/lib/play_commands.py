@@ -57,6 +57,8 @@ def main():
                 printed += before
                 break
             printed += line
+        if printed and not printed.endswith("\n"):
+            printed += "\n"
         if status is None or int(status) != 0 or (expected and not pattern(expected).fullmatch(printed)):
             print(f"$ {command}\n{printed}", end="")
             if status is None or int(status) != 0:
