@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "src/server/spi_server.h"
+#include "tests/event/watchdog.h"
 #include "tests/support/spi_builder_objects.h"
 #include "tests/worst_cases/costed.h"
 
@@ -52,6 +53,7 @@ class listener final : public spi::ISpiListener {
 };
 
 struct LongNamesInAServer : ::testing::Test {
+    const watchdog guard;
     const std::shared_ptr<listener> heard = std::make_shared<listener>();
     spi::SpiServer server{heard, "/temp/dab", "/nowhere"};
     spi::ServElemId service{0xC221, 0xE1, 0};
