@@ -1,5 +1,6 @@
-// A host's process in small: the framework is part of the executable, the library (flavour `host`) finds it there.
-// It replays recordings, with the command line of `dabspi replay`, so that the same expectations hold for it.
+// A host's process in small: the framework is part of the executable, the library (flavour `host`) finds it
+// there. It replays recordings, with the command line of `dabspi replay`, so that the same expectations hold
+// for it.
 
 #include <csignal>
 #include <exception>
