@@ -54,7 +54,7 @@ TEST_F(TokenTables, MultiplyAServicesNameAndItsUrlBy255AndTheirMemoryWithThem) {
                              {elem(tag::medium_name, {elem(tag::text, tokens_only(size / 2))}), media})})});
         const cost all = cost_of("service's name and URL of tokens", kServiceInformation, body);
         EXPECT_EQ(all.done.text, 255 * size);
-        expect_below(all, body.size(), {390, 20000}, {390, 20000});
+        expect_below(all, body.size(), {258, 20000}, {258, 20000});
     }
 }
 
