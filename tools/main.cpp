@@ -9,6 +9,7 @@
 
 #include "tools/command.h"
 #include "tools/complain.h"
+#include "tools/encode/encode_command.h"
 #include "tools/inspect/inspect_command.h"
 #include "tools/replay_command.h"
 #include "tools/standard_descriptors.h"
@@ -39,6 +40,7 @@ int run(int argc, char** argv) {
     const std::vector<dabspi::command> commands = {
         dabspi::add_replay_command(app),
         dabspi::add_inspect_command(app),
+        dabspi::add_encode_command(app),
     };
 
     try {
