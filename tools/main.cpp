@@ -11,6 +11,7 @@
 #include "tools/complain.h"
 #include "tools/encode/encode_command.h"
 #include "tools/inspect/inspect_command.h"
+#include "tools/record/record_command.h"
 #include "tools/replay_command.h"
 #include "tools/standard_descriptors.h"
 
@@ -33,7 +34,9 @@ int run(int argc, char** argv) {
         "Examples:\n"
         "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
         "  dabspi replay --json --api core day.jsonl\n"
-        "  dabspi inspect si.bin                   what is in an object, and what a receiver reads");
+        "  dabspi inspect si.bin                   what is in an object, and what a receiver reads\n"
+        "  dabspi encode pi.xml                    an object of an XML document\n"
+        "  dabspi record day.json                  a whole recording of documents and images");
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
     });
@@ -41,6 +44,7 @@ int run(int argc, char** argv) {
         dabspi::add_replay_command(app),
         dabspi::add_inspect_command(app),
         dabspi::add_encode_command(app),
+        dabspi::add_record_command(app),
     };
 
     try {
