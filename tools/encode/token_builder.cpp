@@ -26,7 +26,7 @@ struct candidate {
     std::size_t begin;
     std::size_t end;
     std::size_t length;
-    std::int64_t at_most;  // saved, if no two uses overlap
+    std::int64_t at_most;  // saved, if no more uses overlap than must
 };
 
 class repetitions {
@@ -98,7 +98,8 @@ class repetitions {
                 open.pop_back();
                 begin = done.begin;
                 done.end = i;
-                done.at_most = saving(done.end - done.begin, done.length);
+                done.at_most =
+                    saving(std::min(done.end - done.begin, text_.size() / done.length), done.length);
                 if (done.length > 1 && done.at_most > 0) result.push_back(done);
             }
             if (length > 1 && (open.empty() || open.back().length < length))
