@@ -81,13 +81,16 @@ std::string_view text_of(const bytes& body) {
     return {reinterpret_cast<const char*>(body.data()), body.size()};
 }
 
+std::string inside(const std::string& directory, const std::string& name) {
+    return directory == "." ? name : directory + "/" + name;
+}
+
 // Each file of a recording: its path, and what it holds.
 template <class Call>
 void for_each_file(const made_from& of, const std::string& directory, Call call) {
-    const auto in = [&](const std::string& name) { return directory == "." ? name : directory + "/" + name; };
     for (const auto& [name, body] : of.made.files)
-        call(in(name), text_of(*body));
-    call(in(of.recording), of.made.text);
+        call(inside(directory, name), text_of(*body));
+    call(inside(directory, of.recording), of.made.text);
 }
 
 std::string counted(std::size_t count, const char* thing) {
@@ -123,8 +126,9 @@ int write(const std::vector<made_from>& all, const std::string& directory) {
             size += content.size();
             if (!stands_there(file, content)) write_whole_file(file, std::string(content));
         });
-        text += printable(directory + "/" + each.recording) + ": " + counted(each.made.calls, "call") + ", " +
-                counted(each.made.files.size(), "body file") + ", " + std::to_string(size) + " bytes\n";
+        text += printable(inside(directory, each.recording)) + ": " + counted(each.made.calls, "call") +
+                ", " + counted(each.made.files.size(), "body file") + ", " + std::to_string(size) +
+                " bytes\n";
     }
     return report(text, kExitDone);
 }
