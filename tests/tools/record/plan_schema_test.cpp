@@ -54,4 +54,12 @@ TEST(PlanSchema, HasTheKeysThatAreRead) {
               read_keys(R"({"data_service": {"?": 1}})"));
 }
 
+TEST(PlanSchema, TheDescriptionsExampleIsAPlan) {
+    const std::string text = read_file(DABSPI_DOCS "/plans.md");
+    const std::size_t begin = text.find("```json\n") + 8;
+    const dabspi::plan plan = dabspi::read_plan(text.substr(begin, text.find("```", begin) - begin));
+    EXPECT_THAT(plan.errors, testing::IsEmpty()) << plan.errors.front().where << plan.errors.front().text;
+    EXPECT_EQ(plan.steps.size(), 3u);
+}
+
 }  // namespace
