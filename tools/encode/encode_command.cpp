@@ -2,11 +2,8 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <memory>
 #include <set>
-#include <system_error>
 #include <utility>
 
 #include "tools/complain.h"
@@ -18,8 +15,6 @@
 namespace dabspi {
 
 namespace {
-
-constexpr std::size_t kMostMessages = 100;
 
 struct options_of_encode {
     std::vector<std::string> documents;
@@ -40,13 +35,6 @@ struct made_all {
     bool lenient_helps = false;
     std::vector<std::string> messages;
 };
-
-void complain_of(const std::vector<std::string>& messages, const char* what) {
-    for (std::size_t i = 0; i < std::min(messages.size(), kMostMessages); ++i)
-        complain(messages[i]);
-    if (messages.size() > kMostMessages)
-        complain("and " + std::to_string(messages.size() - kMostMessages) + " more " + what);
-}
 
 encode_options how(const options_of_encode& options) {
     encode_options result;
@@ -120,15 +108,6 @@ void name_files(const options_of_encode& options, made_all& all) {
             all.errors.push_back("the name " + in_quotes(content_name) +
                                  " is no file name; say with --output where the object goes");
     }
-}
-
-bool print(std::string_view text, int descriptor) {
-    output out(descriptor);
-    out.write(text);
-    out.flush();
-    if (out.error() != 0 && out.error() != EPIPE)
-        complain("cannot write to standard output: " + std::generic_category().message(out.error()));
-    return out.error() == 0;
 }
 
 int write_files(const made_all& all, const options_of_encode& options) {

@@ -2,8 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -20,8 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMostMessages = 100;
-
 struct record_options {
     std::vector<std::string> plans;
     std::string directory = ".";
@@ -36,13 +32,6 @@ struct made_from {
 
 std::string error_line(const std::string& plan, const plan_error& error) {
     return printable(plan + (error.where.empty() ? "" : ": " + error.where)) + ": " + printable(error.text);
-}
-
-void complain_of(const std::vector<std::string>& messages, const char* what) {
-    for (std::size_t i = 0; i < std::min(messages.size(), kMostMessages); ++i)
-        complain(messages[i]);
-    if (messages.size() > kMostMessages)
-        complain("and " + std::to_string(messages.size() - kMostMessages) + " more " + what);
 }
 
 made_from make(const std::string& path, std::vector<std::string>& errors,
@@ -97,16 +86,6 @@ std::string counted(std::size_t count, const char* thing) {
     return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
-int report(const std::string& text, int status) {
-    output out(STDOUT_FILENO);
-    out.write(text);
-    out.flush();
-    if (out.error() == 0) return status;
-    if (out.error() != EPIPE)
-        complain("cannot write to standard output: " + std::generic_category().message(out.error()));
-    return kExitFailed;
-}
-
 int check(const std::vector<made_from>& all, const std::string& directory) {
     std::string text;
     for (const made_from& each : all)
@@ -115,7 +94,8 @@ int check(const std::vector<made_from>& all, const std::string& directory) {
             if (stands_there(file, content)) return;
             text += (fs::exists(file, failed) ? "differs: " : "missing: ") + printable(file) + "\n";
         });
-    return report(text, text.empty() ? kExitDone : kExitMalformed);
+    if (!print(text, STDOUT_FILENO)) return kExitFailed;
+    return text.empty() ? kExitDone : kExitMalformed;
 }
 
 int write(const std::vector<made_from>& all, const std::string& directory) {
@@ -130,7 +110,7 @@ int write(const std::vector<made_from>& all, const std::string& directory) {
                 ", " + counted(each.made.files.size(), "body file") + ", " + std::to_string(size) +
                 " bytes\n";
     }
-    return report(text, kExitDone);
+    return print(text, STDOUT_FILENO) ? kExitDone : kExitFailed;
 }
 
 // Two recordings may share a file only if they mean the same bytes.
