@@ -1,8 +1,10 @@
 #include "tools/encode/xml_source.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -13,6 +15,7 @@ namespace dabspi {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::uint32_t kBehindLastCharacter = 0x110000;
 
 bool is_blank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -37,6 +40,29 @@ bool is_utf8_name(std::string_view name) {
         });
     };
     return name.empty() || same("utf-8") || same("utf8") || same("us-ascii");
+}
+
+// Of "#233" or "#xE9"; larger numbers than any character's stay at 0x110000.
+std::optional<std::uint32_t> referred_number(std::string_view reference) {
+    if (reference.empty() || reference[0] != '#') return std::nullopt;
+    const bool hexadecimal = reference.size() > 1 && reference[1] == 'x';
+    reference.remove_prefix(hexadecimal ? 2 : 1);
+    if (reference.empty()) return std::nullopt;
+    std::uint32_t number = 0;
+    for (const char c : reference) {
+        std::uint32_t digit = 16;
+        if (c >= '0' && c <= '9') digit = static_cast<std::uint32_t>(c - '0');
+        if (hexadecimal && c >= 'a' && c <= 'f') digit = static_cast<std::uint32_t>(c - 'a') + 10;
+        if (hexadecimal && c >= 'A' && c <= 'F') digit = static_cast<std::uint32_t>(c - 'A') + 10;
+        if (digit == 16) return std::nullopt;
+        number = std::min<std::uint32_t>(number * (hexadecimal ? 16 : 10) + digit, kBehindLastCharacter);
+    }
+    return number;
+}
+
+// The parser under this makes an end of text, broken UTF-8 or another character of other numbers.
+bool is_character(std::uint32_t number) {
+    return number != 0 && (number < 0xD800 || number > 0xDFFF) && number < kBehindLastCharacter;
 }
 
 // Behind a part that holds no references, if one begins here: a comment, a CDATA section, an instruction.
@@ -140,14 +166,13 @@ bool xml_source::check_entities() {
                 name.find_first_of(" \t\r\n<&\"") != std::string_view::npos)
                 return refuse(i, "an \"&\" that begins no reference", "write &amp;");
             constexpr std::string_view kKnown[] = {"amp", "lt", "gt", "quot", "apos"};
-            const bool numeric =
-                name[0] == '#' && name.size() > 1 &&
-                (name[1] == 'x' ? name.size() > 2 && name.find_first_not_of("0123456789abcdefABCDEF", 2) ==
-                                                         std::string_view::npos
-                                : name.find_first_not_of("0123456789", 1) == std::string_view::npos);
-            if (!numeric && std::find(std::begin(kKnown), std::end(kKnown), name) == std::end(kKnown))
+            const std::optional<std::uint32_t> number = referred_number(name);
+            if (!number && std::find(std::begin(kKnown), std::end(kKnown), name) == std::end(kKnown))
                 return refuse(i, "the reference &" + std::string(name) + "; is not defined",
                               "write the character itself, or its number (&#160; for a no-break space)");
+            if (number && !is_character(*number))
+                return refuse(i, "there is no character of the number &" + std::string(name) + ";",
+                              "remove it");
         }
         ++i;
     }

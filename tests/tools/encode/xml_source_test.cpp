@@ -62,6 +62,15 @@ TEST(XmlSource, RefusesReferencesThatNobodyDefined) {
     EXPECT_THAT(refusal("<a>R&B; &#x;</a>"), testing::SizeIs(1));
 }
 
+TEST(XmlSource, RefusesReferencesToNoCharacter) {
+    EXPECT_THAT(refusal("<a>x&#0;y</a>"),
+                ElementsAre("a.xml:1:5: there is no character of the number &#0;; remove it"));
+    EXPECT_THAT(refusal("<a b='&#xD800;'/>"), testing::SizeIs(1)) << "a half of a pair";
+    EXPECT_THAT(refusal("<a>&#x110000;</a>"), testing::SizeIs(1)) << "behind the last";
+    EXPECT_THAT(refusal("<a>&#4294967361;</a>"), testing::SizeIs(1)) << "\"A\" in 32 bits";
+    EXPECT_TRUE(dabspi::xml_source("<a>&#x10FFFF;&#xD7FF;&#xe000;</a>").root());
+}
+
 TEST(XmlSource, KnowsTheReferencesOfXml) {
     const dabspi::xml_source source(
         "<!-- &no; --><a b='&lt;&#233;'>&amp;&#xE9;<![CDATA[&not;]]><?x &nor;?></a>");
