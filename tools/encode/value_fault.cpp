@@ -54,9 +54,9 @@ coded_value code_text(const std::string& text) {
     char name[16];
     std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(forbidden));
     return {{},
-            value_fault{std::string("the control character ") + name +
+            value_fault{(forbidden < 0xA0 ? "the control character " : "the character ") + std::string(name) +
                             (forbidden < 0x20 ? "; the coding uses such bytes for tokens" : ""),
-                        "remove it", to_bytes(clean), "control characters removed"}};
+                        "remove it", to_bytes(clean), "such characters removed"}};
 }
 
 coded_value refused(std::string text, std::string cure) {
@@ -124,6 +124,22 @@ coded_value refused_duration(const std::string& text) {
                         "split what lasts so long", bytes{0xFF, 0xFF}, "coded as 65535 s"}};
 }
 
+// "ContentCS" and the 4 of "urn:tva:metadata:cs:ContentCS:2011:4.2.1" contradict each other.
+std::string genre_cure(const std::string& urn) {
+    for (std::uint8_t scheme = 1; spi_object::genre_scheme_name(scheme) != nullptr; ++scheme) {
+        const std::string name = spi_object::genre_scheme_name(scheme);
+        const std::size_t at = urn.find(":" + name + ":");
+        const std::size_t numbers = urn.rfind(':') + 1;
+        if (at == std::string::npos || numbers <= at + name.size() + 2) continue;
+        const std::string number = urn.substr(numbers, urn.find('.', numbers) - numbers);
+        if (number != std::to_string(scheme))
+            return name + " is the scheme " + std::to_string(scheme) + ", and " + in_quotes(number) +
+                   " is given";
+    }
+    return "write it like urn:tva:metadata:cs:ContentCS:2005:3.6.8: a scheme's name, a year, the scheme's "
+           "number, up to three levels";
+}
+
 coded_value refused_value(const attribute_entry& attribute, const std::string& text) {
     const std::string what = in_quotes(text);
     switch (attribute.type) {
@@ -142,11 +158,7 @@ coded_value refused_value(const attribute_entry& attribute, const std::string& t
                            "SCIdS, in hexadecimal");
         case value_type::ensemble_id:
             return refused(what + " is no ensemble", "write it like e1.ce15: ECC and EId, in hexadecimal");
-        case value_type::genre:
-            return refused(
-                what + " is no genre that has a coding",
-                "write it like urn:tva:metadata:cs:ContentCS:2005:3.6.8: a scheme's name, a year, the "
-                "scheme's number, up to three levels");
+        case value_type::genre: return refused(what + " is no genre that has a coding", genre_cure(text));
         case value_type::positions:
             return refused(what + " is no place",
                            "write latitude and longitude in degrees, like 51.473935 -2.508109");

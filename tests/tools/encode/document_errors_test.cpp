@@ -136,6 +136,13 @@ TEST(DocumentErrors, Genres) {
         HasSubstr("is no genre that has a coding; write it like urn:tva:metadata:cs:ContentCS:2005:3.6.8"));
 }
 
+TEST(DocumentErrors, GenresWhoseSchemeIsNotTheOneOfTheirNumber) {
+    EXPECT_EQ(value_error("genre", "href", "urn:tva:metadata:cs:ContentCS:2011:4.2.1"),
+              "\"urn:tva:metadata:cs:ContentCS:2011:4.2.1\" is no genre that has a coding; ContentCS is the "
+              "scheme 3, "
+              "and \"4\" is given");
+}
+
 TEST(DocumentErrors, Places) {
     EXPECT_THAT(
         error_in(service_document("<geolocation><point>91 0</point></geolocation>")),
@@ -148,6 +155,7 @@ TEST(DocumentErrors, TokenBytesAndOtherControlCharactersInTexts) {
               "tokens; "
               "remove it");
     EXPECT_EQ(value_error("link", "description", "&#x85;"), "the control character U+0085; remove it");
+    EXPECT_EQ(value_error("link", "description", "&#xFFFE;"), "the character U+FFFE; remove it");
 }
 
 TEST(DocumentErrors, NoServiceOfDab) {
