@@ -18,7 +18,8 @@ using nlohmann::json;
 
 constexpr std::int64_t kMinutesOfDay = 1440;
 constexpr unsigned kLongestTick = kMinutesOfDay;
-constexpr std::int64_t kMostDays = 366;  // that objects are sent ahead
+constexpr std::int64_t kMostDays = 366;       // that objects are sent ahead
+constexpr std::int64_t kMostTicks = 1000000;  // nearly two years of minutes; more is a mistaken year
 
 spi_object::time_value time_of(const plan_minute& minute) {
     spi_object::time_value value;
@@ -87,6 +88,8 @@ class plan_reader {
         keys.refuse_others();
         if (!first || !last) return;
         if (last->number < first->number) keys.error("it ends before it begins");
+        if (clock.every != 0 && (last->number - first->number) / clock.every >= kMostTicks)
+            keys.error("it ticks more than " + std::to_string(kMostTicks) + " times; are the years right?");
         clock.from = *first;
         clock.to = *last;
         plan_.clock = clock;
@@ -193,18 +196,38 @@ class duplicate_keys {
     explicit duplicate_keys(std::vector<plan_error>& errors) : errors_(errors) {}
 
     bool operator()(int, json::parse_event_t event, json& parsed) {
-        if (event == json::parse_event_t::object_start) open_.emplace_back();
-        if (event == json::parse_event_t::object_end) open_.pop_back();
-        if (event == json::parse_event_t::key &&
-            !open_.back().insert(parsed.get_ref<const std::string&>()).second)
-            errors_.push_back({"", "the key " + in_quotes(parsed.get_ref<const std::string&>()) +
-                                       " stands twice in one object"});
+        using parts = json::parse_event_t;
+        if (event == parts::object_end || event == parts::array_end) {
+            open_.pop_back();
+        } else if (event == parts::key) {
+            open_.back().part = parsed.get<std::string>();
+            if (!open_.back().keys.insert(open_.back().part).second)
+                errors_.push_back({place(), "the key stands twice in one object"});
+        } else {
+            if (!open_.empty() && open_.back().is_array)
+                open_.back().part = std::to_string(open_.back().elements++);
+            if (event != parts::value) open_.push_back({event == parts::array_start, 0, {}, {}});
+        }
         return true;
     }
 
  private:
+    struct container {
+        bool is_array;
+        std::size_t elements;
+        std::string part;  // the key or index that is being read
+        std::set<std::string> keys;
+    };
+
+    std::string place() const {
+        std::string pointer;
+        for (const container& each : open_)
+            pointer += "/" + pointer_part(each.part);
+        return pointer;
+    }
+
     std::vector<plan_error>& errors_;
-    std::vector<std::set<std::string>> open_;
+    std::vector<container> open_;
 };
 
 }  // namespace

@@ -19,7 +19,7 @@ plan_keys::plan_keys(const json& object, std::string where, std::string what, st
         errors_.push_back({where_, "is " + json_text(object) + "; " + what_ + " is an object: {...}"});
 }
 
-std::string plan_keys::at(const std::string& key) const {
+std::string pointer_part(const std::string& key) {
     std::string escaped;
     for (const char c : key) {
         if (c == '~') {
@@ -30,7 +30,11 @@ std::string plan_keys::at(const std::string& key) const {
             escaped += c;
         }
     }
-    return where_ + "/" + escaped;
+    return escaped;
+}
+
+std::string plan_keys::at(const std::string& key) const {
+    return where_ + "/" + pointer_part(key);
 }
 
 const json* plan_keys::find(const char* key, bool needed) {

@@ -52,7 +52,9 @@ std::vector<int> take_days(plan_keys& keys) {
     const json* const value = keys.array("days");
     if (value == nullptr) return {0};
     for (const json& each : *value) {
-        const bool whole = each.is_number_integer();
+        // One that only an unsigned number holds would turn into a negative one.
+        const bool huge = each.is_number_unsigned() && each.get<std::uint64_t>() > kMostDays;
+        const bool whole = each.is_number_integer() && !huge;
         const auto day = whole ? each.get<std::int64_t>() : 0;
         if (whole && day >= -kMostDays && day <= kMostDays) {
             days.push_back(static_cast<int>(day));

@@ -85,7 +85,11 @@ TEST(Plan, UnknownKeysAreErrorsThatNameTheKnown) {
 
 TEST(Plan, AKeyThatStandsTwiceIsAnError) {
     EXPECT_EQ(error_of(R"({"steps": [], "about": "a", "about": "b"})"),
-              ": the key \"about\" stands twice in one object");
+              "/about: the key stands twice in one object");
+    EXPECT_EQ(error_of(R"({"steps": [{"note": ["x", "y"]}, {"note": "a", "note": "b"}]})"),
+              "/steps/1/note: the key stands twice in one object");
+    EXPECT_EQ(error_of(R"({"steps": [], "services": {"a/b": {"sid": 1, "ensemble": 2, "sid": 3}}})"),
+              "/services/a~1b/sid: the key stands twice in one object");
     EXPECT_THAT(errors_of(R"({"about": "a", "steps": [{"note": "a"}, {"note": "b"}]})"), IsEmpty());
 }
 
@@ -116,6 +120,11 @@ TEST(Plan, TheClockMustHaveAnOrder) {
         error_of(
             R"({"steps": [], "clock": {"from": "2026-03-02T10:30", "to": "2026-03-02T10:40", "every": 0}})"),
         "/clock/every: is 0; 1 to 1440 minutes are needed");
+    EXPECT_EQ(error_of(R"({"steps": [], "clock": {"from": "2026-03-02T10:30", "to": "2062-03-02T10:29"}})"),
+              "/clock: it ticks more than 1000000 times; are the years right?");
+    EXPECT_THAT(errors_of(R"({"steps": [], "clock":
+        {"from": "2026-03-02T10:30", "to": "2062-03-02T10:29", "every": 1440}})"),
+                IsEmpty());
 }
 
 TEST(Plan, StepsAndTheClockMustGoTogether) {
@@ -177,6 +186,8 @@ TEST(Plan, DaysAreCounted) {
     EXPECT_EQ(object_error(R"("xml": "a", "days": [0, 367])"),
               "/steps/0/feed/days: 367 is no count of days from -366 to 366");
     EXPECT_THAT(object_error(R"("xml": "a", "days": ["x"])"), HasSubstr("\"x\" is no count of days"));
+    EXPECT_THAT(object_error(R"("xml": "a", "days": [18446744073709551615])"), HasSubstr("no count of days"))
+        << "-1 in 64 bits";
 }
 
 TEST(Plan, TokensMustBeTokens) {
