@@ -74,7 +74,7 @@ def main():
         if name.startswith("tests/") and name.endswith(".cpp"):
             tests.update(TEST.findall(read(name)))
     suites = {suite for suite, _ in tests}
-    presets = {p["name"] for p in json.loads(read("CMakePresets.json"))["configurePresets"]}
+    presets = {p["name"] for kind, all in json.loads(read("CMakePresets.json")).items() if kind.endswith("Presets") for p in all}
     texts = {name: read(name) for name in sorted(files) if name.endswith(".md")}
     faults = []
     looked_at = 0
