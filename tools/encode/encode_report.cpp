@@ -43,6 +43,17 @@ std::string share(std::size_t saved, std::size_t of) {
     return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " %";
 }
 
+std::string total_line(const std::vector<made_file>& files) {
+    std::size_t size = 0;
+    std::size_t without_tokens = 0;
+    for (const made_file& each : files) {
+        size += each.object.body.size();
+        without_tokens += each.object.size_without_tokens;
+    }
+    return std::to_string(files.size()) + " objects: " + std::to_string(size) + " bytes; tokens save " +
+           std::to_string(without_tokens - size) + ", " + share(without_tokens - size, without_tokens) + "\n";
+}
+
 std::string token_lines(const made_file& of) {
     std::string text;
     for (const auto& [code, token] : of.object.tokens)
@@ -67,6 +78,7 @@ std::string file_table(const std::vector<made_file>& files, const table_options&
                                                share(saved, object.size_without_tokens)});
     }
     std::string text = aligned(rows);
+    if (options.tokens && files.size() > 1) text += total_line(files);
     if (options.tokens && options.verbose)
         for (const made_file& each : files)
             text += token_lines(each);

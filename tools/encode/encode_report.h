@@ -18,7 +18,7 @@ struct table_options {
     bool tokens = false;   // with what they save
     bool verbose = false;  // and with the tokens themselves
 };
-// Lines for a person, a heading first.
+// Lines for a person, a heading first; of several objects, what tokens save in all.
 std::string file_table(const std::vector<made_file>& files, const table_options& options);
 
 // One JSON object, without line end.

@@ -180,6 +180,19 @@ TEST_F(EncodeCommand, TokensSayWhatTheySave) {
               "  0x01  \"ning News\"\n");
 }
 
+TEST_F(EncodeCommand, TokensOfSeveralObjectsSayWhatTheySaveInAll) {
+    write_file(files_, "a.xml",
+               day(titled("Morning News") + titled("Evening News") + titled("Late Evening News")));
+    write_file(files_, "si.xml", two_ensembles());
+    const finished_command end = encode({"--tokens", "a.xml", "si.xml"});
+    EXPECT_EQ(end.out,
+              "FILE                CONTENT NAME        TYPE  BYTES  TOKENS  SAVED\n"
+              "w20260302dC221.EHB  w20260302dC221.EHB   7/1     78       1     11  12.3 %\n"
+              "dC185.EHS           dC185.EHS            7/0     21       0      0   0.0 %\n"
+              "dC186.EHS           dC186.EHS            7/0     21       0      0   0.0 %\n"
+              "3 objects: 120 bytes; tokens save 11, 8.3 %\n");
+}
+
 TEST_F(EncodeCommand, JsonHasTheMotParameters) {
     write_file(files_, "pi.xml",
                day(titled("Morning News") + titled("Evening News") + titled("Late Evening News")));
