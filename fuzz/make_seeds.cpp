@@ -48,6 +48,38 @@ sb::bytes with_prefix(const sb::bytes& prefix, const sb::bytes& rest) {
     return sb::join({prefix, rest});
 }
 
+// The first byte says whether the document is taken leniently.
+void write_documents(const std::filesystem::path& out) {
+    const std::string programmes =
+        "<epg xmlns=\"http://www.worlddab.org/schemas/spi/31\" xml:lang=\"en\"><schedule version=\"1\" "
+        "creationTime=\"2026-03-02T05:00:00\" originator=\"x\"><scope "
+        "startTime=\"2026-03-02T00:00:00+01:00\" "
+        "stopTime=\"2026-03-03T00:00:00+01:00\"><serviceScope id=\"dab:ce1.c185.c221.0\"/></scope>"
+        "<programme shortId=\"1\" id=\"crid://a/1\" broadcast=\"on-air\"><longName>Evening News &amp; "
+        "Radio</longName>"
+        "<mediumName>Evening News</mediumName><location><time time=\"2026-03-02T10:00:00.5Z\" "
+        "duration=\"PT1H\"/>"
+        "<bearer id=\"dab:ce1.c185.c221.0\"/></location><genre type=\"main\" "
+        "href=\"urn:tva:metadata:cs:ContentCS:2005:3.6.8\"/><memberOf index=\"2\"/><link uri=\"http://a\"/>"
+        "<programmeEvent><location><relativeTime "
+        "time=\"PT5M\"/></location></programmeEvent></programme></schedule></epg>";
+    const std::string services =
+        "<serviceInformation xmlns=\"http://www.worlddab.org/schemas/spi\"><services><service><shortName>A\n "
+        "b</shortName>"
+        "<mediaDescription><multimedia type=\"logo_unrestricted\" width=\"128\" height=\"128\" "
+        "url=\"a.png\"/>"
+        "</mediaDescription><bearer id=\"dab:ce1.c185.c221.0\"/><bearer id=\"dab:ce1.c186.c221.0\" "
+        "cost=\"1\"/>"
+        "<bearer id=\"fm:ce1.c221.09580\"/><geolocation><point>51.5 "
+        "-2.5</point></geolocation></service></services>"
+        "<s:ensemble id=\"e1.ce15\" xmlns:s=\"http://www.worlddab.org/schemas/spi\"/></serviceInformation>";
+    for (const std::uint32_t lenient : {0U, 1U}) {
+        const sb::bytes first = sb::u8(lenient);
+        write(out / ("programmes" + std::to_string(first[0])), with_prefix(first, sb::str(programmes)));
+        write(out / ("services" + std::to_string(first[0])), with_prefix(first, sb::str(services)));
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -90,6 +122,7 @@ int main(int argc, char** argv) {
                   "\"0xC185\"}\n"
                   "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":1,\"content_name\":\"x\","
                   "\"sid\":1,\"body\":\"AgEB\"}\n{\"call\":\"ResendNowNext\"}\n"));
+    write_documents(out / "fuzz_encode");
     write(out / "fuzz_logo_names" / "url", sb::str("abcdefghijklmnop.png"));
     // Targets that make a story of their input, byte by byte: which call comes next, and with what. Any bytes
     // are one, and no builder knows a better one than another. Noise is a seed here for its length: libFuzzer

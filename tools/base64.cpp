@@ -1,5 +1,6 @@
 #include "tools/base64.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "tools/utf8.h"
@@ -54,6 +55,21 @@ base64_result decode_base64(std::string_view text) {
     }
     if (bits != 0) return refused("its last character holds bits beyond the last byte");
     return result;
+}
+
+std::string encode_base64(const std::vector<std::uint8_t>& data) {
+    constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    text.reserve((data.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < data.size(); i += 3) {
+        const std::size_t here = std::min<std::size_t>(3, data.size() - i);
+        std::uint32_t group = 0;
+        for (std::size_t k = 0; k < 3; ++k)
+            group = group << 8 | (k < here ? data[i + k] : 0u);
+        for (std::size_t k = 0; k < 4; ++k)
+            text += k <= here ? kAlphabet[group >> (18 - 6 * k) & 0x3F] : '=';
+    }
+    return text;
 }
 
 }  // namespace dabspi

@@ -4,7 +4,9 @@
 
 #include "tools/replay_command.h"
 #ifdef DABSPI_WORKBENCH
+#include "tools/encode/encode_command.h"
 #include "tools/inspect/inspect_command.h"
+#include "tools/record/record_command.h"
 #endif
 
 namespace dabspi {
@@ -19,7 +21,9 @@ std::vector<command> add_command_line(CLI::App& app) {
         "Examples:\n"
         "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
         "  dabspi replay --json --api core day.jsonl\n"
-        "  dabspi inspect si.bin                   what is in an object, and what a receiver reads");
+        "  dabspi inspect si.bin                   what is in an object, and what a receiver reads\n"
+        "  dabspi encode pi.xml                    an object of an XML document\n"
+        "  dabspi record day.json                  a whole recording of documents and images");
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
     });
@@ -29,6 +33,8 @@ std::vector<command> add_command_line(CLI::App& app) {
         add_replay_command(app),
 #ifdef DABSPI_WORKBENCH
         add_inspect_command(app),
+        add_encode_command(app),
+        add_record_command(app),
 #endif
     };
 }

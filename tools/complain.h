@@ -2,10 +2,18 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace dabspi {
 
 // "dabspi: TEXT" and a line end on standard error, in one piece.
 void complain(const std::string& text);
+
+// Each in a line, not without end: after a hundred, "and 50 more errors".
+void complain_of(const std::vector<std::string>& messages, const std::string& what);
+
+// "cannot write to standard output: No space left on device"; nothing for EPIPE, as a reader that has read
+// enough is no reason for a message.
+void complain_of_output(int error);
 
 }  // namespace dabspi

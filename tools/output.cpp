@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "tools/complain.h"
+
 namespace dabspi {
 
 namespace {
@@ -32,6 +34,14 @@ bool output::flush() {
     }
     kept_.clear();
     return error_ == 0;
+}
+
+bool print(std::string_view text, int descriptor) {
+    output out(descriptor);
+    out.write(text);
+    out.flush();
+    if (out.error() != 0) complain_of_output(out.error());
+    return out.error() == 0;
 }
 
 }  // namespace dabspi

@@ -28,4 +28,7 @@ class output {
     int error_ = 0;
 };
 
+// All of a text at once. False, with a message on standard error, when it cannot be written.
+bool print(std::string_view text, int descriptor);
+
 }  // namespace dabspi

@@ -1,13 +1,13 @@
 #include "tools/recording_line.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
 
 #include "tools/base64.h"
+#include "tools/json_values.h"
 #include "tools/utf8.h"
 
 namespace dabspi {
@@ -15,34 +15,6 @@ namespace dabspi {
 namespace {
 
 using nlohmann::json;
-
-std::string value_text(const json& value) {
-    if (value.is_string()) return in_quotes(value.get_ref<const std::string&>());
-    if (value.is_structured()) return value.is_array() ? "an array" : "an object";
-    return value.dump();
-}
-
-// A number's value; nothing if the text is not a number at all. Beyond 64 bits it stays at the largest value,
-// which is out of every field's range.
-std::optional<std::uint64_t> number_of_text(std::string_view text) {
-    unsigned base = 10;
-    if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
-        base = 16;
-        text.remove_prefix(2);
-    }
-    if (text.empty()) return std::nullopt;
-    constexpr auto most = std::numeric_limits<std::uint64_t>::max();
-    std::uint64_t value = 0;
-    for (const char c : text) {
-        unsigned digit = base;
-        if (c >= '0' && c <= '9') digit = static_cast<unsigned>(c - '0');
-        if (c >= 'a' && c <= 'f') digit = static_cast<unsigned>(c - 'a') + 10;
-        if (c >= 'A' && c <= 'F') digit = static_cast<unsigned>(c - 'A') + 10;
-        if (digit >= base) return std::nullopt;
-        value = value > (most - digit) / base ? most : value * base + digit;
-    }
-    return value;
-}
 
 // Takes the keys of one call. Every key that nobody asked for is unknown in that call.
 class call_keys {
@@ -56,30 +28,11 @@ class call_keys {
     void take_number(const char* key, Unsigned& to, bool required) {
         const json* value = find(key, required);
         if (value == nullptr) return;
-        constexpr std::uint64_t most = std::numeric_limits<Unsigned>::max();
-        const std::string range = " is out of range (0 to " + std::to_string(most) + ")";
-        std::optional<std::uint64_t> number;
-        bool in_range = true;
-        if (value->is_number_unsigned()) {
-            number = value->get<std::uint64_t>();
-        } else if (value->is_number_integer()) {
-            in_range = false;  // negative
-        } else if (value->is_number_float()) {
-            // 7.0 and 1e2 are whole numbers; one too large for an integer is read as a float as well.
-            const auto real = value->get<double>();
-            in_range = real >= 0 && real <= static_cast<double>(most);
-            if (in_range && real == std::floor(real)) number = static_cast<std::uint64_t>(real);
-        } else if (value->is_string()) {
-            number = number_of_text(value->get_ref<const std::string&>());
-        }
-        in_range = in_range && (!number || *number <= most);
-        if (!in_range) {
-            error(std::string(key) + " " + value_text(*value) + range);
-        } else if (!number) {
-            error(std::string(key) + " is " + value_text(*value) +
-                  "; a whole number is needed, or its text in decimal or with 0x in hexadecimal");
+        const whole_number read = read_whole_number(*value, std::numeric_limits<Unsigned>::max());
+        if (!read.error.empty()) {
+            error(std::string(key) + " " + read.error);
         } else {
-            to = static_cast<Unsigned>(*number);
+            to = static_cast<Unsigned>(read.value);
         }
     }
 
@@ -88,7 +41,7 @@ class call_keys {
         const json* value = find(key, required);
         if (value == nullptr) return nullptr;
         if (value->is_string()) return value->get_ptr<const std::string*>();
-        error(std::string(key) + " is " + value_text(*value) + "; a text is needed");
+        error(std::string(key) + " is " + json_text(*value) + "; a text is needed");
         return nullptr;
     }
 
@@ -187,17 +140,6 @@ feed_mot_body take_feed_mot_body(call_keys& keys, body_files& files) {
     return call;
 }
 
-// The JSON library's own wording without its preamble, and without the half line that it may quote.
-std::string parse_error_text(const json::exception& error) {
-    std::string what = error.what();
-    auto start = what.find("column ");
-    if (start == std::string::npos) start = what.find("] ") + 2;
-    what.erase(0, start);
-    const auto last_read = what.find("; last read: ");
-    if (last_read != std::string::npos && what.size() - last_read > 80) what.resize(last_read);
-    return "this is not JSON: " + printable(what);
-}
-
 }  // namespace
 
 recording_line read_recording_line(std::string_view line, body_files& files) {
@@ -214,7 +156,7 @@ recording_line read_recording_line(std::string_view line, body_files& files) {
     try {
         object = json::parse(line.begin(), line.end(), note_duplicates);
     } catch (const json::exception& error) {  // also a number beyond all bounds
-        result.errors.assign(1, parse_error_text(error));
+        result.errors.assign(1, json_error_text(error, false));
         return result;
     }
     if (!object.is_object()) {
@@ -224,7 +166,7 @@ recording_line read_recording_line(std::string_view line, body_files& files) {
     const auto name = object.find("call");
     if (name == object.end() || !name->is_string()) {
         result.errors.push_back(name == object.end() ? "the key \"call\" is missing"
-                                                     : "call is " + value_text(*name) + "; a text is needed");
+                                                     : "call is " + json_text(*name) + "; a text is needed");
         return result;
     }
 

@@ -2,11 +2,9 @@
 
 #include <unistd.h>
 
-#include <cerrno>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "tools/complain.h"
 #include "tools/interrupt.h"
@@ -82,10 +80,7 @@ int play_and_print(const recording& from, const replay_options& options, const s
         return kExitFailed;
     }
     if (standard_output.error() != 0) {
-        // A reader that has read enough is no reason for a message.
-        if (standard_output.error() != EPIPE && interrupt_watch::noted() == 0)
-            complain("cannot write to standard output: " +
-                     std::generic_category().message(standard_output.error()));
+        if (interrupt_watch::noted() == 0) complain_of_output(standard_output.error());
         return kExitFailed;
     }
     return end == play_end::finished ? kExitDone : kExitFailed;

@@ -26,8 +26,7 @@ class file_set {
     // Writes every file below `directory`, making directories as needed; other files there are left alone.
     void write(const std::filesystem::path& directory) const;
 
-    // One line for each file that is missing, differs, or that the generator would not make. What people
-    // write by hand beside the recordings is not looked at: README.md and *.expected.
+    // One line for each file that is missing or differs. Other files there are not looked at.
     std::vector<std::string> differences(const std::filesystem::path& directory) const;
 
  private:

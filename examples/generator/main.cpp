@@ -1,26 +1,21 @@
-// make_recordings: writes the example recordings and their objects, or checks that a directory holds exactly
-// them. It depends on nothing but its own code: no clock, no chance, so that the same sources always give the
-// same bytes.
+// make_recordings: writes the pictures of the example recordings, and those recordings that no plan can say,
+// or checks that a directory holds them. It depends on nothing but its own code: no clock, no chance, so that
+// the same sources always give the same bytes.
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <filesystem>
 #include <iostream>
 #include <string>
 
-#include "examples/generator/day_on_air.h"
-#include "examples/generator/scene.h"
+#include "examples/generator/malformed_scenes.h"
+#include "examples/generator/pictures.h"
 
 namespace {
 
 generator::file_set make_all() {
     generator::file_set files;
-    generator::add_day_on_air(files);
-    generator::add_now_next_scenes(files);
-    generator::add_midnight_scenes(files);
-    generator::add_filing_scenes(files);
-    generator::add_ensemble_scenes(files);
-    generator::add_text_scenes(files);
-    generator::add_logo_scenes(files);
+    generator::add_pictures(files);
+    generator::add_malformed_scenes(files);
     return files;
 }
 
@@ -40,8 +35,8 @@ int check(const generator::file_set& files, const std::filesystem::path& directo
 
 int main(int argc, char** argv) {
     CLI::App app(
-        "Writes the example recordings and their objects into OUTDIR. Files that people write by hand there "
-        "(README.md, *.expected) are left alone.");
+        "Writes pictures, and recordings of malformed objects, into OUTDIR. The other files there are left "
+        "alone.");
     std::string out_directory;
     std::string check_directory;
     auto* const out_option = app.add_option("OUTDIR", out_directory, "where to write");

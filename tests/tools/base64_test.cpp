@@ -69,4 +69,12 @@ TEST(Base64, RefusesBitsBeyondTheLastByte) {
     EXPECT_EQ(refusal("Zm9="), "its last character holds bits beyond the last byte");
 }
 
+TEST(Base64, EncodesWhatItDecodes) {
+    EXPECT_EQ(dabspi::encode_base64({}), "");
+    EXPECT_EQ(dabspi::encode_base64({'f'}), "Zg==");
+    EXPECT_EQ(dabspi::encode_base64({'f', 'o'}), "Zm8=");
+    EXPECT_EQ(dabspi::encode_base64({'f', 'o', 'o'}), "Zm9v");
+    EXPECT_EQ(dabspi::encode_base64({0x00, 0xFF, 0x80, 0xFB}), "AP+A+w==");
+}
+
 }  // namespace

@@ -23,8 +23,10 @@ class Completion : public testing::Test {
         if (std::system("bash -c 'type compgen' >/dev/null 2>&1") != 0)
             GTEST_SKIP() << "bash is not installed";
         write_file(folder, "files/day.jsonl", "");
+        write_file(folder, "files/day.json", "");
         write_file(folder, "files/notes.txt", "");
         write_file(folder, "files/out/x", "");
+        write_file(folder, "files/si.xml", "");
         write_file(folder, "files/two words.jsonl", "");
     }
 
@@ -106,6 +108,16 @@ TEST_F(Completion, RecordingsAndDirectoriesAreOfferedWhereARecordingIsMeant) {
     EXPECT_THAT(offered({"dabspi", "replay", "n"}), IsEmpty());
 }
 
+TEST_F(Completion, DocumentsAndPlansAreOfferedWhereTheseAreMeant) {
+    EXPECT_THAT(offered({"dabspi", "encode", ""}), UnorderedElementsAre("si.xml", "out"));
+    EXPECT_THAT(offered({"dabspi", "record", ""}), UnorderedElementsAre("day.json", "out"));
+}
+
+TEST_F(Completion, NoFilesAreOfferedWhereAWordIsMeant) {
+    EXPECT_THAT(offered({"dabspi", "encode", "--name", ""}), IsEmpty());
+    EXPECT_THAT(offered({"dabspi", "encode", "--ensemble", ""}), IsEmpty());
+}
+
 TEST_F(Completion, DirectoriesAloneAreOfferedWhereOneIsMeant) {
     EXPECT_THAT(offered({"dabspi", "replay", "--storage", ""}), UnorderedElementsAre("out"));
 }
@@ -126,7 +138,8 @@ TEST_F(Completion, FilesNumbersAndUnlikeOperandsAreToldApart) {
     bake.operands = {{{"RECORDING"}, "RECORDING", dabspi::value_kind::recording, {}, "", true, false},
                      {{"DIR"}, "DIR", dabspi::value_kind::directory, {}, "", true, false}};
     const std::string script = write_file(folder, "script", dabspi::completion({whole, bake}));
-    const auto everything = UnorderedElementsAre("day.jsonl", "notes.txt", "two words.jsonl", "out");
+    const auto everything =
+        UnorderedElementsAre("day.json", "day.jsonl", "notes.txt", "si.xml", "two words.jsonl", "out");
     EXPECT_THAT(offered({"dabspi", "bake", "-o", ""}, script), everything);
     EXPECT_THAT(offered({"dabspi", "bake", ""}, script), everything);
     EXPECT_THAT(offered({"dabspi", "bake", "-n", ""}, script), IsEmpty());

@@ -2,10 +2,7 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <memory>
-#include <system_error>
 
 #include "tools/complain.h"
 #include "tools/inspect/inspected.h"
@@ -21,8 +18,6 @@ namespace dabspi {
 
 namespace {
 
-constexpr std::size_t kMostMessages = 100;
-
 struct inspect_options {
     std::vector<std::string> objects;
     std::vector<std::size_t> lines;
@@ -32,14 +27,6 @@ struct inspect_options {
     bool hex = false;
     std::string colour = "auto";
 };
-
-// Messages of one kind, not without end.
-void complain_of(const std::vector<std::string>& messages) {
-    for (std::size_t i = 0; i < std::min(messages.size(), kMostMessages); ++i)
-        complain(messages[i]);
-    if (messages.size() > kMostMessages)
-        complain("and " + std::to_string(messages.size() - kMostMessages) + " more");
-}
 
 std::optional<std::uint16_t> ensemble_of(const inspect_options& options) {
     if (!options.ensemble) return std::nullopt;
@@ -74,7 +61,7 @@ int print_xml(const gathered& found, output& out) {
                                printable(each.what->text));
     for (const spi_object::xml_note& each : document.notes)
         messages.push_back(place + ": byte " + std::to_string(each.offset) + ": " + printable(each.text));
-    complain_of(messages);
+    complain_of(messages, "messages");
     return report.tree.well_formed() ? kExitDone : kExitMalformed;
 }
 
@@ -113,7 +100,7 @@ int inspect(const inspect_options& options) {
         how.lines = options.lines;
         found = gather(options.objects, how, [&progress](std::size_t read) { progress.update(read); });
     }
-    complain_of(found.errors);
+    complain_of(found.errors, "errors");
     output out(STDOUT_FILENO);
     int status = kExitDone;
     if (options.xml) {
@@ -124,9 +111,7 @@ int inspect(const inspect_options& options) {
     }
     out.flush();
     if (out.error() != 0) {
-        // A reader that has read enough is no reason for a message.
-        if (out.error() != EPIPE)
-            complain("cannot write to standard output: " + std::generic_category().message(out.error()));
+        complain_of_output(out.error());
         return kExitFailed;
     }
     return found.errors.empty() ? status : kExitUnusable;

@@ -42,6 +42,9 @@ value_kind kind_of(const std::string& value, const std::string& type) {
     if (type.rfind("INT", 0) == 0 || type.rfind("UINT", 0) == 0 || type.rfind("FLOAT", 0) == 0)
         return value_kind::number;
     if (value == "RECORDING") return value_kind::recording;
+    if (value == "DOCUMENT") return value_kind::document;
+    if (value == "PLAN") return value_kind::plan;
+    if (value == "NAME" || value == "ID") return value_kind::word;
     if (value == "DIR") return value_kind::directory;
     return value_kind::file;
 }

@@ -9,7 +9,7 @@
 namespace dabspi {
 
 // What the value of an option, or an operand, stands for.
-enum class value_kind { nothing, number, choice, recording, directory, file };
+enum class value_kind { nothing, number, word, choice, recording, document, plan, directory, file };
 
 struct argument_model {
     std::vector<std::string> names;  // "-h", "--help"; of an operand its one name, "RECORDING"

@@ -18,9 +18,9 @@ _dabspi_files() {
     compopt -o filenames 2>/dev/null
     mapfile -t COMPREPLY < <(compgen "$@" -- "$cur")
 }
-_dabspi_recordings() {
+_dabspi_files_named() {
     compopt -o filenames 2>/dev/null
-    mapfile -t COMPREPLY < <(compgen -f -X '!*.jsonl' -- "$cur"; compgen -d -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -f -X "!$1" -- "$cur"; compgen -d -- "$cur")
 }
 
 _dabspi() {
@@ -47,10 +47,13 @@ std::string action_for(value_kind kind, const std::vector<std::string>& choices)
             for (const std::string& choice : choices)
                 words += (words.empty() ? "" : " ") + choice;
             return "_dabspi_words '" + words + "'";
-        case value_kind::recording: return "_dabspi_recordings";
+        case value_kind::recording: return "_dabspi_files_named '*.jsonl'";
+        case value_kind::document: return "_dabspi_files_named '*.xml'";
+        case value_kind::plan: return "_dabspi_files_named '*.json'";
         case value_kind::directory: return "_dabspi_files -d";
         case value_kind::file: return "_dabspi_files -f";
         case value_kind::number:
+        case value_kind::word:
         case value_kind::nothing: break;
     }
     return ":";

@@ -93,4 +93,14 @@ TEST(EnsembleIdValue, IsEccAndEid) {
     EXPECT_EQ(problems.at(0).code, so::problem_code::value_too_short);
 }
 
+TEST(ContentIdValue, ACodingMayHappenToBeAllLetters) {
+    // SCIdS 15, ECC 0x3A (":"), EId 0x7C3E, SId 0x6F52.
+    const so::bytes coding = {'O', ':', '|', '>', 'o', 'R'};
+    std::vector<so::problem> problems;
+    const so::content_id id = so::decode_content_id(coding, problems);
+    EXPECT_TRUE(problems.empty());
+    EXPECT_EQ(id.eid, 0x7C3E);
+    EXPECT_EQ(id.scids, 15);
+}
+
 }  // namespace

@@ -1,0 +1,97 @@
+// Documents and the objects that another encoder made of them: what those say, ours say too.
+//
+// DABSPI_TWINS names a file with a line for each pair, paths from that file's folder:
+//
+//     DOCUMENT OBJECT [ENSEMBLE]
+//     + PART OF A STATEMENT     that the other encoder alone makes, by the pair above
+//
+// Documents are encoded leniently. What ours say beyond the others is counted in the output, not compared.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <sstream>
+
+#include "tests/tools/encode/statements.h"
+#include "tests/tools/files.h"
+#include "tools/encode/broadcast_object.h"
+#include "tools/spi/decode.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+namespace so = dabspi::spi_object;
+
+struct twins {
+    std::string document;
+    std::string object;
+    std::string ensemble;
+    std::vector<std::string> added;
+};
+
+std::vector<twins> read_list(const std::string& file) {
+    std::vector<twins> all;
+    std::ifstream lines(file);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        if (line[0] == '+' && !all.empty()) {
+            all.back().added.push_back(line.substr(2));
+            continue;
+        }
+        twins each;
+        std::istringstream(line) >> each.document >> each.object >> each.ensemble;
+        all.push_back(each);
+    }
+    return all;
+}
+
+// Of all objects that the document gives, unless an ensemble is chosen.
+std::set<std::string> ours(const std::string& document, const std::string& ensemble) {
+    dabspi::encode_options options;
+    options.lenient = true;
+    if (!ensemble.empty()) options.ensembles = {so::parse_ensemble_id(ensemble).value()};
+    const dabspi::encoded_document made = encode_document(dabspi::xml_source(read_file(document)), options);
+    for (const dabspi::source_note& each : made.errors)
+        ADD_FAILURE() << note_text(document, each);
+    std::set<std::string> all;
+    for (const dabspi::encoded_object& each : made.objects) {
+        dabspi::token_choice tokens;
+        tokens.build = true;
+        all.merge(statements_of(so::decode(make_object(each, tokens).body)));
+    }
+    return all;
+}
+
+void compare(const twins& pair, const fs::path& folder) {
+    const std::string theirs_as_read = read_file((folder / pair.object).string());
+    const so::bytes body(theirs_as_read.begin(), theirs_as_read.end());
+    const std::set<std::string> theirs = statements_of(so::decode(body));
+    const std::set<std::string> mine = ours((folder / pair.document).string(), pair.ensemble);
+    ASSERT_FALSE(theirs.empty()) << pair.object << " says nothing";
+    std::size_t set_aside = 0;
+    for (const std::string& each : theirs) {
+        const bool known = std::any_of(pair.added.begin(), pair.added.end(), [&](const std::string& part) {
+            return each.find(part) != std::string::npos;
+        });
+        if (known) ++set_aside;
+        EXPECT_TRUE(known || mine.count(each) == 1) << pair.object << " says, and ours does not: " << each;
+    }
+    std::cout << pair.object << ": " << theirs.size() << " statements, " << set_aside
+              << " of them set aside; ours has " << mine.size() << "\n";
+}
+
+TEST(Twins, WhatTheOtherEncodersObjectSaysOursSaysToo) {
+    const char* const list = std::getenv("DABSPI_TWINS");
+    if (list == nullptr) GTEST_SKIP() << "DABSPI_TWINS names no list of documents and objects";
+    const std::vector<twins> all = read_list(list);
+    ASSERT_FALSE(all.empty()) << list << " names no pair";
+    for (const twins& each : all)
+        compare(each, fs::path(list).parent_path());
+}
+
+}  // namespace

@@ -1,0 +1,16 @@
+#include "tools/encode/source_note.h"
+
+#include "tools/utf8.h"
+
+namespace dabspi {
+
+std::string note_text(const std::string& file, const source_note& note) {
+    std::string text = file;
+    if (note.line != 0) text += ":" + std::to_string(note.line) + ":" + std::to_string(note.column);
+    if (!note.where.empty()) text += ": " + note.where;
+    text += ": " + note.text;
+    if (!note.cure.empty()) text += "; " + note.cure;
+    return printable(text);
+}
+
+}  // namespace dabspi

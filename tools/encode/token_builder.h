@@ -1,0 +1,18 @@
+// Chooses the texts that tokens stand for, so that an object gets as small as it can get by taking, again and
+// again, the piece of text that saves most.
+//
+// The choice depends on the texts alone: equal savings go to the longer piece, then to the one that sorts
+// first. Pieces begin and end between characters. Sixteen tokens at most, of 255 bytes at most; none when
+// none saves a byte, its entry in the table counted.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "tools/encode/piece.h"
+
+namespace dabspi {
+
+token_texts choose_tokens(const std::vector<std::string_view>& texts);
+
+}  // namespace dabspi

@@ -1,0 +1,49 @@
+// An XML document as it stands in a file: parsed, with the place of every element and attribute.
+//
+// The parser under it (pugixml) is lenient; what it lets pass and XML forbids is refused here: bytes that are
+// not UTF-8, control characters, entities that nobody defined, an attribute given twice, a second top
+// element. UTF-8 only. Nothing is thrown for a bad document: what is wrong stands in errors(), and root() is
+// then empty.
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/encode/source_note.h"
+
+namespace dabspi {
+
+class xml_source {
+ public:
+    explicit xml_source(std::string text);
+
+    pugi::xml_node root() const { return root_; }
+    const std::vector<source_note>& errors() const { return errors_; }
+
+    // A note about an element, or about one of its attributes.
+    source_note at(pugi::xml_node element, std::string text, std::string cure = {}) const;
+    source_note at(pugi::xml_node element, pugi::xml_attribute attribute, std::string text,
+                   std::string cure = {}) const;
+
+ private:
+    bool check_characters();
+    bool check_entities();
+    bool check_attributes();
+    bool parse();
+    bool refuse(std::size_t offset, std::string text, std::string cure);
+    source_note place(std::size_t offset, std::string text, std::string cure) const;
+    std::size_t offset_of(pugi::xml_node element, std::string_view attribute) const;
+
+    std::string text_;
+    std::vector<std::size_t> line_begins_ = {0};
+    pugi::xml_document document_;
+    pugi::xml_node root_;
+    std::vector<source_note> errors_;
+};
+
+// "epg/schedule/programme", names as they are written.
+std::string path_of(pugi::xml_node element);
+
+}  // namespace dabspi

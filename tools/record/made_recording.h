@@ -1,0 +1,25 @@
+// A plan becomes a recording: the text of its calls, and the files of its bodies.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/record/plan.h"
+#include "tools/recording.h"
+
+namespace dabspi {
+
+struct made_recording {
+    std::string text;
+    std::size_t calls = 0;
+    std::map<std::string, std::shared_ptr<const bytes>> files;  // relative to the recording
+    std::vector<plan_error> errors;     // where in the plan, and what is wrong; then nothing is to be written
+    std::vector<std::string> messages;  // of the documents
+};
+
+// `directory`: the plan's own, from which its files start.
+made_recording make_recording(const plan& from, const std::string& directory);
+
+}  // namespace dabspi

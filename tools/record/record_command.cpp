@@ -1,0 +1,176 @@
+#include "tools/record/record_command.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "tools/complain.h"
+#include "tools/encode/whole_file.h"
+#include "tools/output.h"
+#include "tools/record/made_recording.h"
+#include "tools/utf8.h"
+
+namespace dabspi {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct record_options {
+    std::vector<std::string> plans;
+    std::string directory = ".";
+    bool check = false;
+};
+
+struct made_from {
+    std::string plan;
+    std::string recording;  // file name
+    made_recording made;
+};
+
+std::string error_line(const std::string& plan, const plan_error& error) {
+    return printable(plan + (error.where.empty() ? "" : ": " + error.where)) + ": " + printable(error.text);
+}
+
+made_from make(const std::string& path, std::vector<std::string>& errors,
+               std::vector<std::string>& messages) {
+    made_from result;
+    const bool piped = path == "-";
+    result.plan = piped ? "<stdin>" : path;
+    result.recording = (piped ? "recording" : fs::path(path).stem().string()) + ".jsonl";
+    std::string error;
+    const std::optional<std::string> text = read_whole_file(path, error);
+    if (!text) {
+        errors.push_back(printable(result.plan) + ": " + error);
+        return result;
+    }
+    const plan read = read_plan(*text);
+    std::vector<plan_error> wrong = read.errors;
+    if (wrong.empty()) {
+        result.made = make_recording(read, piped ? "" : fs::path(path).parent_path().string());
+        wrong = result.made.errors;
+    }
+    for (const plan_error& each : wrong)
+        errors.push_back(error_line(result.plan, each));
+    messages.insert(messages.end(), result.made.messages.begin(), result.made.messages.end());
+    return result;
+}
+
+bool stands_there(const std::string& file, std::string_view content) {
+    std::error_code failed;
+    if (fs::file_size(file, failed) != content.size() || failed) return false;
+    std::string error;
+    const std::optional<std::string> there = read_whole_file(file, error);
+    return there && *there == content;
+}
+
+std::string_view text_of(const bytes& body) {
+    return {reinterpret_cast<const char*>(body.data()), body.size()};
+}
+
+std::string inside(const std::string& directory, const std::string& name) {
+    return directory == "." ? name : directory + "/" + name;
+}
+
+// Each file of a recording: its path, and what it holds.
+template <class Call>
+void for_each_file(const made_from& of, const std::string& directory, Call call) {
+    for (const auto& [name, body] : of.made.files)
+        call(inside(directory, name), text_of(*body));
+    call(inside(directory, of.recording), of.made.text);
+}
+
+std::string counted(std::size_t count, const char* thing) {
+    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+int check(const std::vector<made_from>& all, const std::string& directory) {
+    std::string text;
+    for (const made_from& each : all)
+        for_each_file(each, directory, [&](const std::string& file, std::string_view content) {
+            std::error_code failed;
+            if (stands_there(file, content)) return;
+            text += (fs::exists(file, failed) ? "differs: " : "missing: ") + printable(file) + "\n";
+        });
+    if (!print(text, STDOUT_FILENO)) return kExitFailed;
+    return text.empty() ? kExitDone : kExitMalformed;
+}
+
+int write(const std::vector<made_from>& all, const std::string& directory) {
+    std::string text;
+    for (const made_from& each : all) {
+        std::size_t size = 0;
+        for_each_file(each, directory, [&](const std::string& file, std::string_view content) {
+            size += content.size();
+            if (!stands_there(file, content)) write_whole_file(file, std::string(content));
+        });
+        text += printable(inside(directory, each.recording)) + ": " + counted(each.made.calls, "call") +
+                ", " + counted(each.made.files.size(), "body file") + ", " + std::to_string(size) +
+                " bytes\n";
+    }
+    return print(text, STDOUT_FILENO) ? kExitDone : kExitFailed;
+}
+
+// Two recordings may share a file only if they mean the same bytes.
+void refuse_conflicts(const std::vector<made_from>& all, std::vector<std::string>& errors) {
+    std::map<std::string, std::pair<const made_from*, std::string_view>> files;
+    for (const made_from& each : all)
+        for_each_file(each, ".", [&](const std::string& file, std::string_view content) {
+            const auto [place, fresh] = files.emplace(file, std::make_pair(&each, content));
+            if (!fresh && place->second.second != content)
+                errors.push_back(printable(each.plan) + ": " + in_quotes(file, 200) + " is another file in " +
+                                 printable(place->second.first->plan) +
+                                 "; rename one, or record into two folders");
+        });
+}
+
+int record(const record_options& options) {
+    std::vector<made_from> all;
+    std::vector<std::string> errors;
+    std::vector<std::string> messages;
+    for (const std::string& each : options.plans)
+        all.push_back(make(each, errors, messages));
+    if (errors.empty()) refuse_conflicts(all, errors);
+    complain_of(messages, "messages");
+    if (!errors.empty()) {
+        complain_of(errors, "errors");
+        complain("nothing was written");
+        return kExitUnusable;
+    }
+    return options.check ? check(all, options.directory) : write(all, options.directory);
+}
+
+}  // namespace
+
+command add_record_command(CLI::App& dabspi) {
+    CLI::App* const app =
+        dabspi.add_subcommand("record", "Make recordings of plans: XML documents, images and a clock");
+    const auto options = std::make_shared<record_options>();
+    app->add_option("PLAN", options->plans,
+                    "Plans, JSON; - is standard input, its files are then relative to the\ncurrent directory")
+        ->required()
+        ->option_text("...");
+    app->add_option(
+           "--directory,-d", options->directory,
+           "Where PLAN.jsonl and its objects go (default: the current directory).\nMade if it is missing")
+        ->option_text("DIR");
+    app->add_flag("--check", options->check,
+                  "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");
+    app->footer(
+        "A plan says which objects go round in which carousel, when the listener changes the service, and "
+        "how\n"
+        "the clock ticks. Nothing is written before all plans have been found good; a file that is already\n"
+        "there with the same bytes is left alone.\n"
+        "Exit status: 0 the recordings were written, or are there as they should be; 1 --check found a\n"
+        "difference, or something else went wrong; 2 a plan or the command line cannot be used.\n"
+        "\n"
+        "Examples:\n"
+        "  dabspi record day.json                     makes day.jsonl and objects/\n"
+        "  dabspi record --directory out *.json       several, into one folder\n"
+        "  dabspi record --check -d out day.json      is out/day.jsonl what the plan gives?");
+    return {app, [options] { return record(*options); }};
+}
+
+}  // namespace dabspi

@@ -1,0 +1,10 @@
+// dabspi record: a plan becomes a recording.
+#pragma once
+
+#include "tools/command.h"
+
+namespace dabspi {
+
+command add_record_command(CLI::App& dabspi);
+
+}  // namespace dabspi
