@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/check/check_command.h"
+#include "tools/check/explain_command.h"
 #include "tools/command.h"
 #include "tools/complain.h"
 #include "tools/inspect/inspect_command.h"
@@ -39,6 +41,8 @@ int run(int argc, char** argv) {
     const std::vector<dabspi::command> commands = {
         dabspi::add_replay_command(app),
         dabspi::add_inspect_command(app),
+        dabspi::add_check_command(app),
+        dabspi::add_explain_command(app),
     };
 
     try {

@@ -1,0 +1,141 @@
+// Findings in single programmes: those that are dropped, and those that are kept and not shown as they were
+// meant.
+
+#include <algorithm>
+#include <string>
+
+#include "tools/check/input.h"
+#include "tools/check/local_day.h"
+#include "tools/check/rules.h"
+#include "tools/spi/receiver_values.h"
+#include "tools/utf8.h"
+
+namespace dabspi::check {
+
+namespace {
+
+std::string hexadecimal(std::uint16_t ensemble) {
+    std::string digits;
+    for (int shift = 12; shift >= 0; shift -= 4)
+        digits += "0123456789ABCDEF"[ensemble >> shift & 0xF];
+    return "0x" + digits;
+}
+
+std::string shown(const programme_arrival& of) {
+    return (of.name.empty() ? "a programme without a title" : in_quotes(of.name)) +
+           (of.time.mjd == 0 ? "" : ", " + minute_text(of.start));
+}
+
+// The ensembles that the identifiers name which a receiver would look at for this programme.
+std::vector<std::uint16_t> ensembles_for(const sent_object& object, std::uint32_t programme) {
+    std::vector<std::uint16_t> all;
+    spi_object::visit(object.tree, [&](const spi_object::node& node,
+                                       const std::vector<const spi_object::node*>& above) {
+        if (node.offset > programme &&
+            (above.empty() || std::none_of(above.begin(), above.end(), [&](const spi_object::node* outer) {
+                 return outer->offset == programme;
+             })))
+            return;
+        const bool id = node.attribute != nullptr
+                            ? node.attribute->type == spi_object::value_type::content_id
+                            : node.element != nullptr && node.tag == spi_object::tag::default_content_id;
+        if (!id || node.receiver != spi_object::reading::read) return;
+        // Identifiers of other programmes are theirs.
+        for (const spi_object::node* outer : above)
+            if (outer->kind == spi_object::node_kind::element && outer->tag == spi_object::tag::programme &&
+                outer->offset != programme)
+                return;
+        const spi_object::byte_view body(*object.body);
+        all.push_back(spi_object::receiver_ensemble(body.part(node.content(), node.length)));
+    });
+    return all;
+}
+
+void note_without_service(const history& in, const programme_arrival& of, finding what, finding_list& found) {
+    const std::vector<std::uint16_t> named = ensembles_for(in.objects[of.object], of.offset);
+    const bool here = std::count(named.begin(), named.end(), of.ensemble) != 0;
+    if (named.empty()) {
+        what.code = finding_code::no_scope_no_bearer;
+        what.text = shown(of);
+    } else if (here) {
+        what.code = finding_code::no_service;
+        what.text = shown(of) + ": its SId or ECC reads as zero";
+    } else if (of.ensemble == 0) {
+        what.code = finding_code::before_ensemble;
+        what.text = shown(of) + " names ensemble " + hexadecimal(named.front());
+    } else {
+        what.code = finding_code::other_ensemble;
+        what.text = shown(of) + " names ensemble " + hexadecimal(named.front()) +
+                    ", and the receiver is on " + hexadecimal(of.ensemble);
+    }
+    found.add_of_object(what, std::to_string(of.offset));
+}
+
+void note_taken_minute(const history& in, const programme_arrival& of, finding what, finding_list& found) {
+    const programme_arrival& holder = in.programmes[of.holder];
+    const bool same = holder.name == of.name && holder.duration / 60 == of.duration / 60;
+    const bool repeated = same && (holder.line != of.line || holder.offset == of.offset);
+    if (repeated) return;
+    what.code = finding_code::same_start;
+    what.text = shown(of) + " for " + minutes_text(of.duration / 60) + " comes after " +
+                in_quotes(holder.name) + " for " + minutes_text(holder.duration / 60) + ", line " +
+                std::to_string(holder.line);
+    found.add(what, std::to_string(of.offset));
+}
+
+void note_filed(const programme_arrival& of, finding what, finding_list& found) {
+    const std::string key = std::to_string(of.offset);
+    if (of.unreachable) {
+        what.code = finding_code::start_out_of_day;
+        what.text = in_quotes(of.name) + " starts at " + minute_text(of.start) +
+                    ", before the day that its time is coded with; it is told as " +
+                    of.time.local_time(0).time();
+        found.add(what, key);
+    }
+    if (of.name.empty()) {
+        what.code = finding_code::no_title;
+        what.text = minute_text(of.start) + ", " + minutes_text(of.duration / 60);
+        found.add(what, key);
+    }
+    if (of.duration < 60) {
+        what.code = finding_code::no_duration;
+        what.text = shown(of) + ": " + std::to_string(of.duration) + " s";
+        found.add(what, key);
+    }
+}
+
+}  // namespace
+
+void look_at_programmes(const history& in, finding_list& found) {
+    for (const programme_arrival& each : in.programmes) {
+        finding what{finding_code::other_day, each.line, each.object, each.offset};
+        const std::string key = std::to_string(each.offset);
+        if (each.fate != programme_arrival::without_service) {
+            what.service = each.service;
+            what.minute = each.start;
+        }
+        switch (each.fate) {
+            case programme_arrival::filed: note_filed(each, what, found); break;
+            case programme_arrival::minute_taken: note_taken_minute(in, each, what, found); break;
+            case programme_arrival::without_service: note_without_service(in, each, what, found); break;
+            case programme_arrival::before_date:
+                what.code = finding_code::before_date;
+                what.text = shown(each) + " of " + service_text(each.service);
+                found.add_of_object(what, key);
+                break;
+            case programme_arrival::without_start:
+                what.code = finding_code::no_start;
+                what.text = shown(each) + " of " + service_text(each.service);
+                what.minute.reset();
+                found.add_of_object(what, key);
+                break;
+            case programme_arrival::other_day:
+                what.code = finding_code::other_day;
+                what.text = shown(each) + " of " + service_text(each.service);
+                found.add_of_object(what, key);
+                break;
+        }
+    }
+}
+
+}  // namespace dabspi::check
