@@ -17,6 +17,7 @@ enum class severity {
 enum class finding_code {
     // objects
     malformed,
+    malformed_unread,
     misread,
     subtype_differs,
     subtype_blocks,

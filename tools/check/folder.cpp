@@ -85,17 +85,17 @@ class folder_reader {
             ensemble_ = *options_.ensemble;
             return;
         }
-        std::map<std::uint16_t, std::size_t> counts;
-        for (const object& each : objects_)
-            spi_object::visit(each.tree, [&](const spi_object::node& node, const auto&) {
-                if (node.receiver != spi_object::reading::read) return;
-                const auto* id = std::get_if<spi_object::content_id>(&node.decoded);
-                if (id != nullptr && id->ensemble_coded) ++counts[id->eid];
-            });
-        const auto guess = most_frequent(counts);
+        // Programmes need it: theirs counts more than that of service information, which may be for others.
+        std::map<std::uint16_t, std::size_t> schedules, others;
+        for (const object& each : objects_) {
+            const auto home = spi_object::home_ensemble(each.tree);
+            const bool pi = each.tree.kind == spi_object::object_kind::programme_information;
+            if (home) ++(pi ? schedules : others)[*home];
+        }
+        const auto guess = most_frequent(schedules.empty() ? others : schedules);
         ensemble_ = guess.value_or(1);
         in_.said.push_back(guess ? "the ensemble is taken to be " + hexadecimal(ensemble_) +
-                                       ", which most content IDs name; --ensemble sets it"
+                                       ", which most objects name; --ensemble sets it"
                                  : "no object names an ensemble; --ensemble sets it");
     }
 

@@ -98,8 +98,8 @@ std::string span_text(const check_report& of) {
 std::string place_text(const check_report& of, const finding& what) {
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
-    if (what.line != 0) add(of.input.place(what.line));
-    if (what.object != kNone && !of.input.folder) {
+    if (what.line != 0 && !of.input.folder) add("line " + std::to_string(what.line));
+    if (what.object != kNone) {
         const std::string& name = of.past.objects[what.object].content_name;
         add(name.empty() ? "an object without a name" : printable(name));
     }

@@ -49,7 +49,7 @@ std::string span_text(const check_report& of);
 // "1,234 things", "1 thing"
 std::string number_of(std::size_t count, const std::string& thing);
 
-// Where a finding is, in one line: "day.jsonl:12, pi.ehb, byte 31"; parts that mean nothing are left out.
+// Where a finding is, in one line: "line 12, pi.ehb, byte 31"; parts that mean nothing are left out.
 std::string place_text(const check_report& of, const finding& what);
 
 }  // namespace dabspi::check

@@ -18,8 +18,13 @@ using logo_name = std::pair<spi::ServElemId, std::string>;  // data service and 
 class image_rules {
  public:
     image_rules(const history& in, finding_list& found) : in_(in), found_(found) {
-        for (const announcement& each : in.announcements)
-            announced_.emplace(logo_name{each.data_service, each.content_name}, each.line);
+        for (const announcement& each : in.announcements) {
+            const logo_name name{each.data_service, each.content_name};
+            announced_.emplace(name, each.line);
+            if (each.format == spi::LOGO_FORMAT_PNG &&
+                (each.size_code == spi::LOGO_SIZE_128x128 || each.size_code == spi::LOGO_SIZE_320x240))
+                wanted_.insert(name);
+        }
     }
 
     void look_at(const image_arrival& arrival) {
@@ -47,6 +52,8 @@ class image_rules {
             what.text = "no service information on data service " + service_text(object.data_service) +
                         " announces it";
             found_.add(what);
+        } else if (wanted_.count(name) == 0) {
+            return;  // never written, at whatever time it comes
         } else if (first->second > arrival.line) {
             what.code = finding_code::logo_early;
             what.text = "announced on line " + std::to_string(first->second) + ", " +
@@ -114,6 +121,7 @@ class image_rules {
     const history& in_;
     finding_list& found_;
     std::map<logo_name, std::size_t> announced_;  // the first line
+    std::set<logo_name> wanted_;                  // those that could be written
     std::map<logo_name, std::size_t> used_;       // the object that used the announcement up
 };
 

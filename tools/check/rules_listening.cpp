@@ -30,7 +30,7 @@ class listening {
         end(clock_);
         service_ = service;
         ensemble_ = call.ensemble;
-        now_ = {};
+        now_.reset();
     }
 
     void show(const now_next& pair) { now_ = pair.now; }
@@ -39,11 +39,11 @@ class listening {
         if (clock.year == 0) return;
         clock_ = minute_of(clock);
         if (service_.sid == 0 || service_.ecc == 0) return;
-        const long start = minute_of(now_.start);
-        if (is_set(now_) && clock_ >= start && clock_ <= start + now_.duration) return end(clock_);
+        if (covers(clock_)) return end(clock_);
         if (since_) return;
         since_ = clock_;
         line_ = line;
+        showed_ = showing();
     }
 
     void end(long minute) {
@@ -52,8 +52,7 @@ class listening {
             what.service = service_;
             what.minute = *since_;
             what.text = service_text(service_) + ", from " + minute_text(*since_) +
-                        (minute > *since_ ? " to " + minute_text(minute) : "") + ": " +
-                        (is_set(now_) ? "kept showing " + in_quotes(now_.name) : "showed nothing");
+                        (minute > *since_ ? " to " + minute_text(minute) : "") + ": " + showed_;
             found_.add(what, std::to_string(line_));
         }
         since_.reset();
@@ -62,13 +61,29 @@ class listening {
     long clock() const { return clock_; }
 
  private:
+    bool covers(long minute) const {
+        if (!now_ || !is_set(*now_)) return false;
+        const long start = minute_of(now_->start);
+        return minute >= start && minute <= start + now_->duration;
+    }
+
+    std::string showing() const {
+        if (!now_ || !is_set(*now_)) return "showed nothing";
+        const long start = minute_of(now_->start);
+        // Its start minute is all that a receiver compares: it may be tomorrow's.
+        if (start > *since_)
+            return "showed " + in_quotes(now_->name) + ", which starts at " + minute_text(start);
+        return "kept showing " + in_quotes(now_->name);
+    }
+
     finding_list& found_;
     spi::ServElemId service_;
     std::uint16_t ensemble_ = 0;
-    programme now_;
+    std::optional<programme> now_;  // as told; of no service, nothing
     long clock_ = 0;
     std::optional<long> since_;
     std::size_t line_ = 0;
+    std::string showed_;  // when it began
 };
 
 }  // namespace

@@ -25,7 +25,8 @@ std::optional<finding_code> code_of(const spi_object::problem_at& at) {
         case problem::token_twice: return finding_code::token_twice;
         case problem::token_too_long: return finding_code::token_too_long;
         case problem::subtype_and_content_differ: return finding_code::subtype_differs;
-        case problem::content_id_as_text: return read ? finding_code::text_as_id : finding_code::malformed;
+        case problem::content_id_as_text:
+            return read ? finding_code::text_as_id : finding_code::malformed_unread;
         case problem::content_id_without_ensemble:
             if (!read) return std::nullopt;
             return finding_code::no_ensemble_flag;
@@ -40,7 +41,7 @@ std::optional<finding_code> code_of(const spi_object::problem_at& at) {
         default: break;
     }
     if (spi_object::severity_of(at.what->code) == spi_object::severity::remark) return std::nullopt;
-    return finding_code::malformed;
+    return read ? finding_code::malformed : finding_code::malformed_unread;
 }
 
 void look_into(const history& in, std::size_t index, finding_list& found) {

@@ -127,7 +127,7 @@ void look_at_schedules(const history& in, const std::vector<service_schedule>& s
         what.service = each.service;
         what.minute = each.day * kDayMinutes;
         what.text = service_text(each.service) + " has programmes for " + day_text(each.day) +
-                    ", and none for the day behind it";
+                    ", and none for the day after";
         found.add(what, service_text(each.service) + day_text(each.day));
     }
 }
