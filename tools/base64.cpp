@@ -56,4 +56,18 @@ base64_result decode_base64(std::string_view text) {
     return result;
 }
 
+std::string encode_base64(const std::vector<std::uint8_t>& data) {
+    static constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    text.reserve((data.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < data.size(); i += 3) {
+        unsigned bits = 0;
+        for (std::size_t j = i; j < i + 3; ++j)
+            bits = bits << 8 | (j < data.size() ? data[j] : 0U);
+        for (std::size_t j = 0; j < 4; ++j)
+            text += i + j > data.size() ? '=' : alphabet[bits >> (18 - 6 * j) & 63];
+    }
+    return text;
+}
+
 }  // namespace dabspi

@@ -17,4 +17,6 @@ struct base64_result {
 
 base64_result decode_base64(std::string_view text);
 
+std::string encode_base64(const std::vector<std::uint8_t>& data);
+
 }  // namespace dabspi
