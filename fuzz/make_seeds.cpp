@@ -64,6 +64,8 @@ int main(int argc, char** argv) {
         write(out / "fuzz_si_body" / name, service_object(table));
         write(out / "fuzz_reader" / (name + "-pi"), schedule_object(table));
         write(out / "fuzz_reader" / (name + "-si"), service_object(table));
+        write(out / "fuzz_inspect" / (name + "-pi"), with_prefix(sb::u16(0x0100), schedule_object(table)));
+        write(out / "fuzz_inspect" / (name + "-si"), with_prefix(sb::u16(0xFF00), service_object(table)));
     }
     for (const std::size_t longest : {4U, 253U, 254U, 255U, 256U}) {
         sb::tokens defined = tokens;

@@ -137,6 +137,13 @@ TEST_F(Progress, ALongReplayTellsHowFarItIsAndErasesTheLineAtItsEnd) {
     EXPECT_EQ(shown(), "\rdabspi: 7 of 100 calls\x1B[K\r\x1B[K");
 }
 
+TEST_F(Progress, WithoutATotalItCounts) {
+    progress_line line(terminal_.descriptor, true, 0, "files read", clock_);
+    pass(std::chrono::milliseconds(1000));
+    line.update(7);
+    EXPECT_EQ(shown(), "\rdabspi: 7 files read\x1B[K");
+}
+
 TEST_F(Progress, IsNotDrawnWithEveryCall) {
     progress_line line(terminal_.descriptor, true, 100, "calls", clock_);
     pass(std::chrono::milliseconds(1000));

@@ -1,5 +1,6 @@
 #include "tools/spi/decode.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "src/parse/spi_token_table.h"
@@ -25,7 +26,7 @@ std::string at_byte(std::size_t offset) {
 class decoder {
  public:
     decoder(byte_view body, const decode_options& options)
-        : body_(body), options_(options), texts_(16 * body.size() + 65536) {}
+        : body_(body), options_(options), texts_(16 * std::min<std::size_t>(body.size(), 1U << 26) + 65536) {}
 
     object run() {
         out_.size = static_cast<std::uint32_t>(body_.size());
