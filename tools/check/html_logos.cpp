@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cstring>
 #include <map>
-#include <optional>
+#include <set>
+#include <tuple>
 
 #include "tools/check/html_parts.h"
 #include "tools/check/html_text.h"
@@ -20,10 +22,16 @@ const char* mime_of(const bytes& body) {
     return std::strcmp(header->kind, "JPEG") == 0 ? "image/jpeg" : nullptr;
 }
 
-const char* outcome(image_arrival::use_t how) {
+const char* refusal(const announcement& of) {
+    if (of.station.sid == 0 || of.station.ecc == 0) return "not written: no station";
+    if (of.station.sid > 0xFFFF) return "not written: a 32-bit service";
+    return of.format == spi::LOGO_FORMAT_PNG ? "not written: its size" : "not written: its format";
+}
+
+const char* outcome(image_arrival::use_t how, const announcement& of) {
     switch (how) {
         case image_arrival::written: return "written";
-        case image_arrival::refused: return "not written: its kind or its station";
+        case image_arrival::refused: return refusal(of);
         case image_arrival::too_large: return "not written: too large";
         case image_arrival::larger_there: return "not written: a larger one is there";
     }
@@ -48,7 +56,7 @@ std::string figure(const check_report& of, const places& where, const image_arri
     if (!of.input.folder) text += ", line " + std::to_string(arrival.line);
     std::map<std::string, std::size_t> outcomes;
     for (const image_arrival::use& use : arrival.uses)
-        ++outcomes[outcome(use.how)];
+        ++outcomes[outcome(use.how, of.past.announcements[use.announcement])];
     for (const auto& [how, count] : outcomes)
         text += "<br>" + how + (count > 1 ? ", " + std::to_string(count) + " times" : "");
     const std::string links = first ? where.links_at(of, place) : "";
@@ -61,14 +69,23 @@ std::string figure(const check_report& of, const places& where, const image_arri
 std::string logos_section(const check_report& of, const places& where) {
     std::string text = "<section id=\"logos\">\n<h2>Logos</h2>\n";
     // Repetitions that end in the same way are shown once.
-    std::map<std::pair<std::size_t, image_arrival::use_t>, bool> shown;
+    std::set<std::pair<std::size_t, image_arrival::use_t>> shown;
     std::vector<bool> seen(of.past.objects.size());
-    std::string figures;
+    std::vector<const image_arrival*> arrivals;
     for (const image_arrival& each : of.past.images) {
-        if (each.uses.empty() || shown[{each.object, each.uses.front().how}]) continue;
-        shown[{each.object, each.uses.front().how}] = true;
-        figures += figure(of, where, each, !seen[each.object]);
-        seen[each.object] = true;
+        if (each.uses.empty() || !shown.insert({each.object, each.uses.front().how}).second) continue;
+        arrivals.push_back(&each);
+    }
+    const auto of_whom = [&](const image_arrival* each) {
+        const announcement& announced = of.past.announcements[each->uses.front().announcement];
+        return std::make_tuple(announced.station.val(), announced.size_code, each->line);
+    };
+    std::sort(arrivals.begin(), arrivals.end(),
+              [&](const image_arrival* a, const image_arrival* b) { return of_whom(a) < of_whom(b); });
+    std::string figures;
+    for (const image_arrival* each : arrivals) {
+        figures += figure(of, where, *each, !seen[each->object]);
+        seen[each->object] = true;
     }
     if (figures.empty()) return text + "<p>No announced image was received.</p>\n</section>\n";
     return text + "<div class=\"figures\">\n" + figures + "</div>\n</section>\n";

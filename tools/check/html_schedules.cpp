@@ -24,7 +24,8 @@ std::string percent(long minutes) {
 std::string day_heading(long day) {
     static constexpr std::array<const char*, 7> names = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
     // 1858-11-17, day 0, was a Wednesday.
-    return std::string(names.at(static_cast<std::size_t>((day + 2) % 7))) + " " + day_text(day);
+    return std::string(names.at(static_cast<std::size_t>((day + 2) % 7))) + " <span>" + day_text(day) +
+           "</span>";
 }
 
 // Ends are said as 24:00 where they are.
@@ -77,7 +78,7 @@ class schedule_writer {
     }
 
     // A programme's part of a day: `from` and `to` in minutes of the day.
-    std::string cell(std::size_t i, long day, bool lower) const {
+    std::string cell(std::size_t i, long day, const char* lane) const {
         const programme_arrival& programme = at(i);
         const long midnight = day * kDayMinutes;
         const long from = std::max(programme.start - midnight, 0L);
@@ -85,8 +86,7 @@ class schedule_writer {
         const bool continued = programme.start < midnight;
         const bool now = now_ && programme.start <= *now_ && *now_ < programme.end();
         const std::string place = id('p', schedule_.programmes[i]);
-        std::string classes = "cell";
-        if (lower) classes += " lower";
+        std::string classes = std::string("cell") + lane;
         if (continued) classes += " continued";
         if (now) classes += " now";
         if (told_.count(programme.start) != 0) classes += " told";
@@ -135,30 +135,44 @@ class schedule_writer {
                "\"><span class=\"label\">gap, " + minutes_text(length) + "</span></a></li>\n";
     }
 
+    // Nothing for no time.
+    static std::string free_time(long midnight, long from, long to) {
+        if (to <= from) return {};
+        return "<li class=\"free\" data-start=\"" + std::to_string(from - midnight) + "\" data-minutes=\"" +
+               std::to_string(to - from) + "\" style=\"left:" + percent(from - midnight) +
+               ";width:" + percent(to - from) + "\"><span class=\"unseen\">no programme from " +
+               clock_text(from) + " to " + end_text(from, to) + "</span></li>\n";
+    }
+
     std::string track(long day) const {
         const long midnight = day * kDayMinutes;
         std::string cells;
-        bool any_lower = false;
-        long free_from = midnight;
+        bool two = false;
+        long free_from = midnight;  // what comes before stands in the upper half, or alone
+        long covered_to = midnight;
         for (std::size_t i = 0; i < schedule_.programmes.size(); ++i) {
             const programme_arrival& programme = at(i);
             if (programme.start >= midnight + kDayMinutes) break;
             const bool starts_here = programme.start >= midnight;
             if (starts_here || programme.end() > midnight) {
                 const bool lower = starts_here && programme.start < free_from;
-                any_lower = any_lower || lower;
-                cells += cell(i, day, lower);
+                const bool upper = i + 1 < schedule_.programmes.size() && at(i + 1).start < programme.end();
+                two = two || lower;
+                cells += free_time(midnight, covered_to, programme.start);
+                cells += cell(i, day, lower ? " lower" : upper ? " upper" : "");
                 if (!lower) free_from = std::max(free_from, programme.end());
+                covered_to = std::max(covered_to, programme.end());
             }
             cells += gap(i, day);
         }
+        cells += free_time(midnight, covered_to, midnight + kDayMinutes);
         std::string line;
         if (now_ && *now_ / kDayMinutes == day)
             line = "<li class=\"clock\" data-start=\"" + std::to_string(*now_ - midnight) +
-                   "\" style=\"left:" + percent(*now_ - midnight) + "\"><span>" + clock_text(*now_) +
-                   "<span class=\"unseen\"> by the receiver's clock</span></span></li>\n";
+                   "\" style=\"left:" + percent(*now_ - midnight) + "\"><span class=\"unseen\">" +
+                   clock_text(*now_) + " by the receiver's clock</span></li>\n";
         return "<div class=\"row\"><h4>" + day_heading(day) + "</h4>\n<ol class=\"track" +
-               (any_lower ? " two" : "") + "\">\n" + cells + line + "</ol></div>\n";
+               (two ? " two" : "") + "\">\n" + cells + line + "</ol></div>\n";
     }
 
     std::string table() const {
@@ -193,12 +207,12 @@ std::string schedules_section(const check_report& of, const places& where) {
     std::string text = "<section id=\"schedules\">\n<h2>Schedules</h2>\n";
     if (of.schedules.empty())
         return text + "<p>No service was listened to, and none has programmes.</p>\n</section>\n";
+    text += "<p class=\"legend\"><span class=\"key told\">told as now</span> ";
+    if (const auto now = last_minute(of))
+        text += "<span class=\"key now\">on at " + minute_text(*now) + ", the end of the clock</span> ";
     text +=
-        "<p class=\"legend\"><span class=\"key told\">told as now</span> <span class=\"key now\">on at the "
-        "end of "
-        "the clock</span> <span class=\"key hatched\">no programme</span> <span class=\"key warning\">has "
-        "findings"
-        "</span></p>\n";
+        "<span class=\"key hatched\">no programme</span> <span class=\"key warning\">has "
+        "findings</span></p>\n";
     for (std::size_t i = 0; i < of.schedules.size(); ++i)
         text += schedule_writer(of, where, i).write();
     return text + "</section>\n";

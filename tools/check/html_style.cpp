@@ -54,22 +54,24 @@ summary { cursor: pointer; }
 article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); border: 1px solid var(--rule);
   border-radius: .3rem; }
 .scroll { overflow-x: auto; }
-.row { display: grid; grid-template-columns: 7.5rem 1fr; align-items: stretch; min-width: 66rem; margin-bottom: .35rem; }
+.row { display: grid; grid-template-columns: 5.6rem 1fr; align-items: stretch; min-width: 66rem; margin-bottom: .35rem; }
 .row h4 { position: sticky; left: 0; z-index: 3; margin: 0; padding: .3rem .4rem 0 0; font-size: .8rem; font-weight: 600;
   background: var(--sheet); }
+.row h4 span { display: block; white-space: nowrap; font-weight: 400; }
 .hours { margin-bottom: 0; }
 .scale { position: relative; height: 1.3rem; }
 .scale span { position: absolute; padding-left: .2rem; border-left: 1px solid var(--rule); font-size: .75rem;
   color: var(--faint); }
-.track { position: relative; height: 3.1rem; margin: 0; padding: 0; list-style: none; overflow: clip;
-  background: repeating-linear-gradient(135deg, transparent 0 5px, var(--hatch) 5px 6px); }
+.track { position: relative; height: 3.1rem; margin: 0; padding: 0; list-style: none; overflow: clip; }
 .track.two { height: 5.4rem; }
 .track li { position: absolute; top: 0; height: 100%; }
-.track.two li.cell { height: 50%; }
-.track.two li.cell.lower { top: 50%; }
-.cell { overflow: hidden; padding: .15rem .3rem; border: 1px solid var(--cell-edge); border-radius: .2rem;
+.track li.upper { height: 50%; }
+.track li.lower { top: 50%; height: 50%; }
+.free { background: repeating-linear-gradient(135deg, transparent 0 5px, var(--hatch) 5px 6px); }
+.cell { overflow: hidden; padding: .15rem 0; border: 1px solid var(--cell-edge); border-radius: .2rem;
   background: var(--cell); color: var(--cell-text); font-size: .75rem; line-height: 1.35; }
-.cell .time { display: block; white-space: nowrap; font-variant-numeric: tabular-nums; }
+.cell .time, .cell .title { display: block; width: max-content; padding-left: .3rem; }
+.cell .time { white-space: nowrap; font-variant-numeric: tabular-nums; }
 .cell .title { white-space: nowrap; color: inherit; }
 .cell.told { border-top: .25rem solid var(--told); }
 .cell.now { background: var(--now); color: var(--now-text); }
@@ -77,10 +79,8 @@ article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); bor
 .cell.error, .cell.warning { border-bottom: .25rem solid var(--warning); }
 .cell.error { border-bottom-color: var(--error); }
 .gap { min-width: 2px; border: 1px dashed var(--warning); background: var(--warning-tint); }
-.gap a { display: block; height: 100%; overflow: hidden; color: var(--warning); font-size: .75rem; padding: .15rem .1rem; }
+.gap a { display: block; height: 100%; overflow: hidden; color: var(--warning); font-size: .75rem; padding-top: .15rem; }
 .clock { width: 0; border-left: 2px solid var(--focus); z-index: 2; }
-.clock > span { position: absolute; bottom: 0; left: 0; padding: 0 .25rem; font-size: .7rem; background: var(--sheet);
-  color: var(--text); border: 1px solid var(--focus); }
 .legend { display: flex; flex-wrap: wrap; gap: .4rem 1rem; font-size: .85rem; color: var(--faint); }
 .key::before { content: ""; display: inline-block; width: 1.6rem; height: 1rem; margin-right: .4rem; vertical-align: -.15rem;
   border: 1px solid var(--cell-edge); background: var(--cell); }
@@ -91,6 +91,7 @@ article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); bor
 table { border-collapse: collapse; width: 100%; margin-top: .4rem; font-size: .9rem; }
 th, td { padding: .2rem .75rem .2rem 0; text-align: left; vertical-align: top; border-bottom: 1px solid var(--rule);
   overflow-wrap: anywhere; }
+.scroll table { min-width: 34rem; }
 .number { font-variant-numeric: tabular-nums; }
 
 .figures { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(15rem, 100%), 1fr)); gap: .9rem; }
@@ -112,7 +113,6 @@ figcaption { margin-top: .5rem; font-size: .85rem; overflow-wrap: anywhere; }
 .told-list .logo > div::before { border-radius: 2px; background: var(--warning); }
 .told-list b { display: inline-block; min-width: 2.6rem; font-weight: 600; }
 @media (max-width: 40rem) {
-  .row { grid-template-columns: 5.2rem 1fr; }
   .told-list li { gap: .7rem; }
   article, .kind, figure { padding: .6rem; }
 }
