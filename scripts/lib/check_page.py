@@ -134,7 +134,7 @@ def write(name, text):
 
 def frame(page, width, height):
     """A page around a page: as narrow as a telephone, which no window of Chromium is."""
-    return ("<!DOCTYPE html><body style='margin:0'><pre id='result'></pre><iframe src='" + file_url(page) +
+    return ("<!DOCTYPE html><body style='margin:0'><pre id='result' style='display:none'></pre><iframe src='" + file_url(page) +
             f"' style='width:{width}px;height:{height}px;border:0;display:block'></iframe>"
             "<script>addEventListener('message', e => document.getElementById('result').textContent = e.data)</script>")
 
@@ -158,7 +158,7 @@ def measure(name, page, width_name, dark):
     around = write("around.html", frame(copy, WIDTHS[width_name], 2000))
     dom, _ = chromium(file_url(around), "--dump-dom", "--virtual-time-budget=10000", "--window-size=1280,2000",
                          "--blink-settings=preferredColorScheme=" + ("0" if dark else "1"))
-    found = re.search(r'<pre id="result">(.*?)</pre>', dom, re.S)
+    found = re.search(r'<pre id="result"[^>]*>(.*?)</pre>', dom, re.S)
     try:
         result = json.loads(found.group(1).replace("&lt;", "<").replace("&gt;", ">").replace("&amp;", "&"))
     except (AttributeError, ValueError):

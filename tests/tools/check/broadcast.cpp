@@ -28,8 +28,8 @@ broadcast& broadcast::listen(std::uint32_t sid, std::uint16_t ensemble) {
     return add(dabspi::set_current_service{{sid, 0xE1, 0}, ensemble});
 }
 
-broadcast& broadcast::feed(std::uint8_t type, std::uint16_t subtype, const std::string& name, const bytes& body,
-                           std::uint32_t data_service) {
+broadcast& broadcast::feed(std::uint8_t type, std::uint16_t subtype, const std::string& name,
+                           const bytes& body, std::uint32_t data_service) {
     dabspi::feed_mot_body call;
     call.content_type = type;
     call.content_subtype = subtype;
@@ -110,7 +110,8 @@ broadcast tuned() {
 
 broadcast with_today(const bytes& object) {
     broadcast calls = tuned();
-    calls.si("si.eib", information_object(station_with({logo("128.png", 128, 128), logo("320.png", 320, 240)})));
+    calls.si("si.eib",
+             information_object(station_with({logo("128.png", 128, 128), logo("320.png", 320, 240)})));
     calls.image("128.png", png(128, 128)).image("320.png", png(320, 240));
     calls.pi("today.ehb", object).pi("tomorrow.ehb", schedule_object(whole_day(kToday + 1)));
     calls.clock("20260310", "0001");

@@ -37,8 +37,7 @@ class broadcast {
     const dabspi::recording& calls() const { return calls_; }
 
     // Played and looked at, as the command does it.
-    dabspi::check::check_report check(
-        dabspi::check::severity from = dabspi::check::severity::note) const;
+    dabspi::check::check_report check(dabspi::check::severity from = dabspi::check::severity::note) const;
 
  private:
     template <class Call>
@@ -47,8 +46,8 @@ class broadcast {
     dabspi::recording calls_;
 };
 
-spi_builder::programme_data programme(const std::string& name, std::uint32_t day, unsigned hour, unsigned minute,
-                                      unsigned minutes);
+spi_builder::programme_data programme(const std::string& name, std::uint32_t day, unsigned hour,
+                                      unsigned minute, unsigned minutes);
 // Four programmes from midnight to midnight: "Night", "Morning", "Afternoon", "Evening".
 std::vector<spi_builder::programme_data> whole_day(std::uint32_t day);
 // A schedule object of these programmes for the station.

@@ -23,7 +23,8 @@ using namespace dabspi::check;
 
 std::vector<shown> all_shown() {
     std::vector<shown> all;
-    for (const auto& part : {shown_by_objects(), shown_by_programmes(), shown_by_schedules(), shown_by_logos()})
+    for (const auto& part :
+         {shown_by_objects(), shown_by_programmes(), shown_by_schedules(), shown_by_logos()})
         all.insert(all.end(), part.begin(), part.end());
     return all;
 }
@@ -50,9 +51,12 @@ TEST_P(Finding, IsSaidWithItsPlace) {
     ASSERT_NE(found, nullptr) << testing::PrintToString(codes(report));
     EXPECT_NE(found->text.find(GetParam().text), std::string::npos) << found->text;
     EXPECT_EQ(found->line, GetParam().line);
-    EXPECT_EQ(found->object == kNone ? "" : report.past.objects[found->object].content_name, GetParam().object);
+    EXPECT_EQ(found->object == kNone ? "" : report.past.objects[found->object].content_name,
+              GetParam().object);
     EXPECT_EQ(found->byte.has_value(), GetParam().has_byte);
-    if (found->byte) EXPECT_LT(*found->byte, report.past.objects[found->object].body->size());
+    if (found->byte) {
+        EXPECT_LT(*found->byte, report.past.objects[found->object].body->size());
+    }
     EXPECT_EQ(report.disagreements, std::vector<std::string>{});
 }
 

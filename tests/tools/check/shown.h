@@ -13,9 +13,9 @@ namespace check_test {
 struct shown {
     dabspi::check::finding_code code;
     std::function<broadcast()> make;
-    std::size_t line;        // where it is found; 0: not looked at
-    std::string object;      // its content name; empty: none
-    std::string text;        // a part of what is said
+    std::size_t line;    // where it is found; 0: not looked at
+    std::string object;  // its content name; empty: none
+    std::string text;    // a part of what is said
     bool has_byte = true;
 };
 

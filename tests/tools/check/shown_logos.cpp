@@ -20,11 +20,10 @@ bytes bearers_last() {
     return elem(tag::service_information,
                 {elem(tag::ensemble,
                       {attr(attribute::ensemble::id, join({u8(0xE1), u16(kEnsemble)})),
-                       elem(tag::service,
-                            {name_elements(service.name),
-                             elem(tag::media_description, {multimedia(service.logos.front())}),
-                             elem(tag::service_bearer,
-                                  {attr(attribute::service_bearer::id, content_id(kStation))})})})});
+                       elem(tag::service, {name_elements(service.name),
+                                           elem(tag::media_description, {multimedia(service.logos.front())}),
+                                           elem(tag::service_bearer, {attr(attribute::service_bearer::id,
+                                                                           content_id(kStation))})})})});
 }
 
 }  // namespace
@@ -56,10 +55,11 @@ std::vector<shown> shown_by_logos() {
          },
          3, "si.eib", "unknown format"},
         {finding_code::logo_size,
-         [] { return announcing({logo("logo.png", 32, 32)}).image("logo.png", png(32, 32)); }, 3, "si.eib", "PNG 32x32"},
+         [] { return announcing({logo("logo.png", 32, 32)}).image("logo.png", png(32, 32)); }, 3, "si.eib",
+         "PNG 32x32"},
         {finding_code::logo_not_sent, one_logo, 3, "si.eib", "\"logo.png\", PNG 320x240 of E1.C221.0"},
-        {finding_code::logo_not_announced, [] { return clean().image("other.png", png(320, 240)); }, 9, "other.png",
-         "on data service E1.E1C00098.0", false},
+        {finding_code::logo_not_announced, [] { return clean().image("other.png", png(320, 240)); }, 9,
+         "other.png", "on data service E1.E1C00098.0", false},
         {finding_code::logo_early,
          [] {
              return tuned()
@@ -67,10 +67,10 @@ std::vector<shown> shown_by_logos() {
                  .si("si.eib", information_object(station_with({logo("logo.png", 320, 240)})));
          },
          3, "logo.png", "announced on line 4", false},
-        {finding_code::logo_subtype, [] { return one_logo().image("logo.png", png(320, 240), 2); }, 4, "logo.png",
-         "ContentSubType 2, BMP", false},
-        {finding_code::logo_too_large, [] { return one_logo().image("logo.png", bytes(22529, 0)); }, 4, "logo.png",
-         "22529 bytes, 1 too many", false},
+        {finding_code::logo_subtype, [] { return one_logo().image("logo.png", png(320, 240), 2); }, 4,
+         "logo.png", "ContentSubType 2, BMP", false},
+        {finding_code::logo_too_large, [] { return one_logo().image("logo.png", bytes(22529, 0)); }, 4,
+         "logo.png", "22529 bytes, 1 too many", false},
         {finding_code::logo_larger_there,
          [] {
              return announcing({logo("128.png", 128, 128), logo("320.png", 320, 240)})
@@ -85,10 +85,11 @@ std::vector<shown> shown_by_logos() {
                  .image("logo.png", png(320, 240));
          },
          5, "logo.png", "E1C2210_4.PNG written 2 times", false},
-        {finding_code::logo_not_png, [] { return one_logo().image("logo.png", str("<html>not found</html>")); }, 4,
-         "logo.png", "it is no image", false},
-        {finding_code::logo_other_size, [] { return one_logo().image("logo.png", png(240, 320)); }, 4, "logo.png",
-         "the image has 240x320 pixels", false},
+        {finding_code::logo_not_png,
+         [] { return one_logo().image("logo.png", str("<html>not found</html>")); }, 4, "logo.png",
+         "it is no image", false},
+        {finding_code::logo_other_size, [] { return one_logo().image("logo.png", png(240, 320)); }, 4,
+         "logo.png", "the image has 240x320 pixels", false},
         {finding_code::logo_change_lost,
          [] {
              bytes other = png(320, 240);

@@ -45,15 +45,16 @@ broadcast west_of_greenwich() {
 std::vector<shown> shown_by_objects() {
     const bytes good = schedule_object(whole_day(kToday));
     return {
-        {finding_code::malformed, [good] { return with_today(cut(good, good.size() - 2)); }, kPiLine, "today.ehb",
-         "the length says"},
+        {finding_code::malformed, [good] { return with_today(cut(good, good.size() - 2)); }, kPiLine,
+         "today.ehb", "the length says"},
         {finding_code::malformed_unread,
          [] {
              auto elements = day_elements();
-             elements.front() = elem(tag::programme, {elem(tag::genre, {attr(0x80, str("urn:tva:metadata"))}),
-                                                      name_elements({"", "Night", ""}),
-                                                      elem(tag::location, {elem(tag::time, {attr(0x80, time_point(local_time(kToday, 0, 0, 2))),
-                                                                                            attr(0x81, u16(360 * 60))})})});
+             elements.front() = elem(
+                 tag::programme,
+                 {elem(tag::genre, {attr(0x80, str("urn:tva:metadata"))}), name_elements({"", "Night", ""}),
+                  elem(tag::location, {elem(tag::time, {attr(0x80, time_point(local_time(kToday, 0, 0, 2))),
+                                                        attr(0x81, u16(360 * 60))})})});
              return with_today(object_of(scope_of(content_id(kStation)), elements));
          },
          kPiLine, "today.ehb", "genre"},
@@ -75,48 +76,58 @@ std::vector<shown> shown_by_objects() {
          4, "same", "because of the object of line 3", false},
         {finding_code::subtype_not_read, [good] { return clean().feed(7, 2, "group", good); }, 9, "group",
          "group information", false},
-        {finding_code::content_type, [] { return clean().feed(3, 0, "page.html", str("<html>")); }, 9, "page.html",
-         "ContentType 3", false},
+        {finding_code::content_type, [] { return clean().feed(3, 0, "page.html", str("<html>")); }, 9,
+         "page.html", "ContentType 3", false},
         {finding_code::changed_same_size,
          [] { return clean().pi("today.ehb", schedule_object(renamed("Light"))); }, 9, "today.ehb",
          "differs from the object of line 6"},
-        {finding_code::content_name_long,
-         [good] { return tuned().pi(std::string(127, 'n'), good); }, 3, std::string(127, 'n'), "127 bytes", false},
+        {finding_code::content_name_long, [good] { return tuned().pi(std::string(127, 'n'), good); }, 3,
+         std::string(127, 'n'), "127 bytes", false},
         {finding_code::not_utf8, [] { return with_today(schedule_object(renamed("Caf\xE9"))); }, kPiLine,
          "today.ehb", "not UTF-8"},
-        {finding_code::control_character, [] { return with_today(schedule_object(renamed("Bell\x1F"))); }, kPiLine,
-         "today.ehb", "U+001F"},
-        {finding_code::token_undefined, [] { return with_today(schedule_object(renamed("Night\x05"))); }, kPiLine,
-         "today.ehb", "<05>"},
+        {finding_code::control_character, [] { return with_today(schedule_object(renamed("Bell\x1F"))); },
+         kPiLine, "today.ehb", "U+001F"},
+        {finding_code::token_undefined, [] { return with_today(schedule_object(renamed("Night\x05"))); },
+         kPiLine, "today.ehb", "<05>"},
         {finding_code::token_after_use,
          [] {
              auto elements = day_elements();
              elements.front() = spi_builder::programme(renamed("Night \x01").front());
              elements.insert(elements.begin(), scope_of(content_id(kStation)));
-             return with_today(elem(tag::epg, {elem(tag::schedule, elements), token_table({{0x01, "Shift"}})}));
+             return with_today(
+                 elem(tag::epg, {elem(tag::schedule, elements), token_table({{0x01, "Shift"}})}));
          },
          kPiLine, "today.ehb", "only later"},
         {finding_code::token_twice,
-         [] { return with_today(schedule_object(whole_day(kToday), {{0x01, "One"}, {0x01, "Two"}})); }, kPiLine,
-         "today.ehb", "second time"},
+         [] {
+             return with_today(schedule_object(whole_day(kToday), {{0x01, "One"}, {0x01, "Two"}}));
+         },
+         kPiLine, "today.ehb", "second time"},
         {finding_code::token_too_long,
-         [] { return with_today(schedule_object(whole_day(kToday), {{0x01, std::string(256, 'x')}})); }, kPiLine,
-         "today.ehb", "more than 255"},
+         [] {
+             return with_today(schedule_object(whole_day(kToday), {{0x01, std::string(256, 'x')}}));
+         },
+         kPiLine, "today.ehb", "more than 255"},
         {finding_code::text_as_id,
          [] {
              service_data service = station_with({});
-             const bytes bearer = elem(tag::service_bearer, {attr(attribute::service_bearer::id,
-                                                                  str("http://example.invalid/stream"))});
-             return clean().si("ghost.eib",
-                               elem(tag::service_information,
-                                    {elem(tag::ensemble, {attr(attribute::ensemble::id, join({u8(0xE1), u16(kEnsemble)})),
-                                                          elem(tag::service, {name_elements(service.name), bearer})})}));
+             const bytes bearer =
+                 elem(tag::service_bearer,
+                      {attr(attribute::service_bearer::id, str("http://example.invalid/stream"))});
+             return clean().si(
+                 "ghost.eib",
+                 elem(tag::service_information,
+                      {elem(tag::ensemble, {attr(attribute::ensemble::id, join({u8(0xE1), u16(kEnsemble)})),
+                                            elem(tag::service, {name_elements(service.name), bearer})})}));
          },
          9, "ghost.eib", "service/bearer"},
         {finding_code::no_ensemble_flag,
-         [] { return with_today(object_of(scope_of(bytes{0x00, 0xC2, 0x21}), day_elements())); }, kPiLine,
-         "today.ehb", "serviceScope"},
-        {finding_code::negative_offset, west_of_greenwich, kPiLine, "today.ehb", "negative local time offset"},
+         [] {
+             return with_today(object_of(scope_of(bytes{0x00, 0xC2, 0x21}), day_elements()));
+         },
+         kPiLine, "today.ehb", "serviceScope"},
+        {finding_code::negative_offset, west_of_greenwich, kPiLine, "today.ehb",
+         "negative local time offset"},
     };
 }
 
