@@ -218,7 +218,7 @@ def check_page(name, recording, least_cells, least_images):
 def screenshots(name, page):
     with open(page, encoding="utf-8") as file:
         text = file.read()
-    parts = {"findings": "", "schedules": "#findings{display:none}", "logos": "#findings,#schedules{display:none}",
+    parts = {"findings": "", "schedules": "#findings,article:nth-of-type(-n+6){display:none}", "logos": "#findings,#schedules{display:none}",
              "timeline": "#findings,#schedules,#logos{display:none}"}
     for part, style in parts.items():
         shown = write("shown.html", text.replace("</style>", style + "</style>"))
