@@ -110,17 +110,6 @@ struct store_model {
     }
 };
 
-const std::string& root() {
-    static const std::string path = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "dabspi-fuzz-XXXXXX").string();
-        expect(mkdtemp(name.data()) != nullptr, "a temporary directory");
-        static const std::string kept = name;
-        std::atexit([] { std::filesystem::remove_all(kept); });
-        return name;
-    }();
-    return path;
-}
-
 void put(file_tree& files, const std::string& name, const std::string& content) {
     files[name] = content;
     std::ofstream(root() + '/' + name, std::ios::binary) << content;

@@ -17,9 +17,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     media.height = input.ConsumeIntegral<std::uint16_t>();
     media.mime = input.ConsumeRandomLengthString(16);
     media.url = input.ConsumeRemainingBytesAsString();
-    spi::SpiLogoInfo announced = media.logo_info();
-    expect(announced.name == media.url, "the announcement keeps the content name");
+    const std::string url = media.url;
     expect(media.get_ext().size() <= 8, "extensions have eight characters at most");
+    spi::SpiLogoInfo announced = media.logo_info();
+    expect(announced.name == url, "the announcement keeps the content name");
 
     const std::string name = spi::SpiLogoData(announced).get_meta().name;
     expect(name.find_first_not_of("0123456789ABCDEF_.PNGJ") == std::string::npos,

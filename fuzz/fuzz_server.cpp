@@ -37,17 +37,6 @@ spi::ServElemId small_service(FuzzedDataProvider& input) {
     return id;
 }
 
-const std::string& root() {
-    static const std::string path = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "dabspi-fuzz-XXXXXX").string();
-        expect(mkdtemp(name.data()) != nullptr, "a temporary directory");
-        static const std::string kept = name;
-        std::atexit([] { std::filesystem::remove_all(kept); });
-        return name;
-    }();
-    return path;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,5 +1,5 @@
 // What the fuzz targets share: a router that counts instead of delivering, bodies of exactly the input's
-// size, and a check that ends the run.
+// size, a logo root, and a check that ends the run.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -19,6 +21,18 @@ inline void expect(bool condition, const char* what) {
     if (condition) return;
     std::fprintf(stderr, "broken promise: %s\n", what);
     std::abort();
+}
+
+// The logo root: a directory of this process's own, removed when it ends.
+inline const std::string& root() {
+    static const std::string path = [] {
+        std::string name = (std::filesystem::temp_directory_path() / "dabspi-fuzz-XXXXXX").string();
+        expect(mkdtemp(name.data()) != nullptr, "a temporary directory");
+        static const std::string kept = name;
+        std::atexit([] { std::filesystem::remove_all(kept); });
+        return name;
+    }();
+    return path;
 }
 
 inline spi::MotBody body_of(const std::uint8_t* data, std::size_t size) {

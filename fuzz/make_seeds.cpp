@@ -91,7 +91,9 @@ int main(int argc, char** argv) {
                   "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":1,\"content_name\":\"x\","
                   "\"sid\":1,\"body\":\"AgEB\"}\n{\"call\":\"ResendNowNext\"}\n"));
     write(out / "fuzz_logo_names" / "url", sb::str("abcdefghijklmnop.png"));
-    // Targets that make stories of their input: any bytes are one.
+    // Targets that make a story of their input, byte by byte: which call comes next, and with what. Any bytes
+    // are one, and no builder knows a better one than another. Noise is a seed here for its length: libFuzzer
+    // lets its inputs grow only slowly beyond those that it has, and a short story has a few calls.
     std::mt19937 random;  // the same numbers everywhere
     for (const char* target :
          {"fuzz_event_db", "fuzz_logo_db", "fuzz_server", "fuzz_pi_round_trip", "fuzz_si_round_trip"}) {

@@ -2,4 +2,5 @@
 // visibility.
 #pragma once
 
+// In front of a class or function that hosts use.
 #define DABSPI_EXPORT __attribute__((visibility("default")))

@@ -55,7 +55,7 @@ class ZebThread {
         // Held until the handle is stored: the new thread registers itself under it.
         const ZebSyncGuard<ZebSync> guard(sync_);
         pthread_t created{};
-        if (!Create(&created, &ZebThread::WrappedEntry)) {
+        if (!Create(&created, &ZebThread::WrappedEntry, &ZebThread::body_inside_)) {
             ZebDbgOutput::DbgPrint(kSource, "Start", 223, 1, "ZebThread::Start() failed !! [%s]\r\n", name_);
             return false;
         }
@@ -74,20 +74,21 @@ class ZebThread {
         if (handle_ == kNoThread) return 1;
         timeout_ = timeout_milliseconds;
         pthread_t watchdog{};
-        const bool watched = Create(&watchdog, &ZebThread::WaitEventTimeoutThread);
+        const bool watched =
+            Create(&watchdog, &ZebThread::WaitEventTimeoutThread, &ZebThread::watchdog_inside_);
         if (!watched) {
             ZebDbgOutput::DbgPrint(kSource, "WaitExit", 257, 1, "Error, pthread_create failed.\n");
         }
-        const int itself = pthread_equal(handle_, pthread_self()) != 0 ? 1 : 0;  // it cannot wait for itself
+        const bool itself = pthread_equal(handle_, pthread_self()) != 0;  // it cannot wait for itself
         const int joined = pthread_join(handle_, nullptr);
         if (joined != 0) {
             ZebDbgOutput::DbgPrintStdErr(kSource, "WaitExit", 276, ", pthread_join() failed !! ret[%d]\n",
                                          joined);
-            WaitUntilInside(itself + (watched ? 1 : 0));
+            if (!itself) WaitUntilLeft(&ZebThread::body_inside_);
         }
         if (watched) {
             ended_.Set();
-            if (pthread_join(watchdog, nullptr) != 0) WaitUntilInside(itself);
+            if (pthread_join(watchdog, nullptr) != 0) WaitUntilLeft(&ZebThread::watchdog_inside_);
         }
         ZebThreadMng::unregisterThreadInfo(handle_);
         handle_ = kNoThread;
@@ -100,38 +101,40 @@ class ZebThread {
     static constexpr pthread_t kNoThread = static_cast<pthread_t>(-1);
     static constexpr int kNoPriority = -1;
 
-    // A thread that is about to leave this object: the last that it does with it. Under the mutex to the end,
-    // so that whoever waits may destroy the object at once.
+    // Lives in a thread as long as the thread uses this object; leaving is the last that it does with it.
+    // Under the mutex to the end, so that whoever waits may destroy the object at once.
     struct inside {
         ZebThread& thread;
+        bool ZebThread::*flag;
         ~inside() {
             const std::lock_guard<std::mutex> lock(thread.inside_mutex_);
-            --thread.inside_;
+            thread.*flag = false;
             thread.left_.notify_all();
         }
     };
 
-    bool Create(pthread_t* created, void* (*entry)(void*)) {
-        {
-            const std::lock_guard<std::mutex> lock(inside_mutex_);
-            ++inside_;
-        }
+    bool Create(pthread_t* created, void* (*entry)(void*), bool ZebThread::*flag) {
+        SetInside(flag, true);
         if (pthread_create(created, nullptr, entry, this) == 0) return true;
-        const std::lock_guard<std::mutex> lock(inside_mutex_);
-        --inside_;
+        SetInside(flag, false);
         return false;
     }
 
-    // What a join does, for threads that could not be joined.
-    void WaitUntilInside(int count) {
+    void SetInside(bool ZebThread::*flag, bool value) {
+        const std::lock_guard<std::mutex> lock(inside_mutex_);
+        this->*flag = value;
+    }
+
+    // What a join does, for a thread that could not be joined.
+    void WaitUntilLeft(bool ZebThread::*flag) {
         std::unique_lock<std::mutex> lock(inside_mutex_);
-        left_.wait(lock, [&] { return inside_ <= count; });
+        left_.wait(lock, [&] { return !(this->*flag); });
     }
 
     // The new thread's first steps: it registers itself, then runs the body.
     static void* WrappedEntry(void* self_pointer) {
         auto& self = *static_cast<ZebThread*>(self_pointer);
-        const inside leaving{self};
+        const inside leaving{self, &ZebThread::body_inside_};
         {
             const ZebSyncGuard<ZebSync> guard(self.sync_);
             self.system_id_ = syscall(SYS_gettid);
@@ -165,7 +168,7 @@ class ZebThread {
 
     static void* WaitEventTimeoutThread(void* self_pointer) {
         auto& self = *static_cast<ZebThread*>(self_pointer);
-        const inside leaving{self};
+        const inside leaving{self, &ZebThread::watchdog_inside_};
         if (!self.ended_.Wait(self.timeout_)) {
             ZebDbgOutput::DbgPrint(kSource, "WaitEventTimeoutThread", 297, 1,
                                    "Error, ZebThread::WaitExit() timed out[%dms]. thread name[%s]\n",
@@ -192,6 +195,7 @@ class ZebThread {
     ZebEvent ended_;
     std::mutex inside_mutex_;
     std::condition_variable left_;
-    int inside_ = 0;  // threads created and not yet done with this object; guarded by inside_mutex_
+    bool body_inside_ = false;      // each: created and not yet done with this object;
+    bool watchdog_inside_ = false;  // guarded by inside_mutex_
     char name_[128] = {};
 };

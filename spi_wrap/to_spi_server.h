@@ -54,7 +54,7 @@ struct MotBodyMetadata {
     std::uint8_t content_type = 0;  // 2 image, 7 binary SPI object; others are dropped
     // SPI objects: 0 service information, 1 programme information. Images: 1 JFIF, 3 PNG.
     std::uint16_t content_subtype = 0;
-    std::string content_name;
+    std::string content_name;  // any bytes; a logo is announced and found by it
 };
 
 // A programme.
@@ -64,15 +64,20 @@ struct SpiProgramInfo {
     std::string name;            // the broadcast's bytes, normally UTF-8
 };
 
-enum ImageFormat : std::int32_t { IMAGE_UNKNOWN = 0, IMAGE_JPEG = 1, IMAGE_PNG = 2 };
+// The format of a logo as it was announced.
+enum ImageFormat : std::int32_t {
+    IMAGE_UNKNOWN = 0,  // never told: such logos are not written
+    IMAGE_JPEG = 1,     // never told, likewise
+    IMAGE_PNG = 2,
+};
 
 // A station logo that has been written.
 struct SpiLogoInfo {
-    std::uint32_t service_id = 0;
-    std::uint8_t ecc = 0;
-    std::uint8_t scids = 0;
-    ImageFormat image_format = IMAGE_UNKNOWN;
-    std::int32_t size_code = 0;  // 3: 128 x 128, 4: 320 x 240; no others are written
+    std::uint32_t service_id = 0;  // the station's service identifier, 16 bits: others have no file
+    std::uint8_t ecc = 0;          // its extended country code
+    std::uint8_t scids = 0;        // its component identifier within the service
+    ImageFormat image_format = IMAGE_UNKNOWN;  // as announced: PNG, whatever the bytes are
+    std::int32_t size_code = 0;  // as announced. 3: 128 x 128, 4: 320 x 240; no others are written
     std::string file_name;       // inside the logo root, without directory; the host knows the root
 };
 
@@ -118,7 +123,8 @@ class DABSPI_EXPORT toSpiServer {
     toSpiServer& operator=(const toSpiServer&) = delete;
 
     // The service that is being listened to, and the ensemble that carries it (0: none). A change from one
-    // ensemble to another, or to none, forgets everything that was received.
+    // ensemble to another, or to none, forgets everything that was received; what the library has not read
+    // by then is filed after it.
     virtual int SetCurrentService(ServElemId& service, unsigned short ensemble);
 
     // The current local date and time, at least once a minute: the library has no clock of its own.

@@ -1,18 +1,14 @@
-// dabspi: the library on a desk. Every subcommand has a file of its own; this one is their table of contents.
+// dabspi: the library on a desk. Every subcommand has a file of its own; tools/command_line.cpp lists them.
 
 #include <csignal>
 #include <exception>
 #include <iostream>
 #include <new>
-#include <string>
 #include <vector>
 
-#include "tools/check/check_command.h"
-#include "tools/check/explain_command.h"
 #include "tools/command.h"
+#include "tools/command_line.h"
 #include "tools/complain.h"
-#include "tools/inspect/inspect_command.h"
-#include "tools/replay_command.h"
 #include "tools/standard_descriptors.h"
 
 namespace {
@@ -26,24 +22,8 @@ int printed(int status) {
 }
 
 int run(int argc, char** argv) {
-    CLI::App app("DAB Service and Programme Information (ETSI TS 102 371) on a desk", "dabspi");
-    app.set_version_flag("--version", "dabspi " DABSPI_VERSION, "Print the version and exit");
-    app.footer(
-        "\"dabspi COMMAND --help\" tells more of a command.\n"
-        "\n"
-        "Examples:\n"
-        "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
-        "  dabspi replay --json --api core day.jsonl\n"
-        "  dabspi inspect si.bin                   what is in an object, and what a receiver reads");
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
-    });
-    const std::vector<dabspi::command> commands = {
-        dabspi::add_replay_command(app),
-        dabspi::add_inspect_command(app),
-        dabspi::add_check_command(app),
-        dabspi::add_explain_command(app),
-    };
+    CLI::App app;
+    const std::vector<dabspi::command> commands = dabspi::add_command_line(app);
 
     try {
         app.parse(argc, argv);

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "src/parse/spi_time_point.h"
 #include "tools/utf8.h"
 
 namespace dabspi {
@@ -38,9 +37,14 @@ std::string columns(const moment& at, const std::optional<service_id>& service) 
            "  ";
 }
 
+// What the library's formula makes of day 0, the day of a programme that was never set.
+bool is_day_zero(const spi::MotDateTime& of) {
+    return of.year == 1859 && of.month == 255 && of.day == 19 && of.hour == 0 && of.minute == 0;
+}
+
 // An empty programme has no name and no day. Its duration may be an old one and means nothing.
 bool is_empty(const programme& of) {
-    return of.name.empty() && of.start == spi::SpiTimePoint().local_time(0);
+    return of.name.empty() && is_day_zero(of.start);
 }
 
 std::string programme_text(const programme& of) {

@@ -29,3 +29,7 @@ need_packages() {
 
 build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpugixml-dev libpng-dev"
 test_packages="libgtest-dev libgmock-dev"
+install_packages="make pkg-config binutils"
+# 32-bit ARM: the cross compiler, the emulator, GoogleTest's sources.
+armhf_packages="g++-arm-linux-gnueabihf qemu-user googletest"
+package_packages="build-essential debhelper dpkg-dev git lintian"

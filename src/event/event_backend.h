@@ -16,9 +16,12 @@ namespace spi {
 
 class event_backend : public event_proc {
  public:
+    // What register_queue returns: done; the table did not take it; the identifier has a worker already.
     enum register_result : int { kRegistered = 0, kInsertionFailed = 1, kAlreadyRegistered = 2 };
+    // What unregister_queue returns: done; there is no such worker.
     enum unregister_result : int { kUnregistered = 0, kNotRegistered = 3 };
 
+    // Starts the thread.
     event_backend();
     // Stops the thread and empties the table; the workers in it are not deleted.
     ~event_backend() override;
@@ -33,6 +36,7 @@ class event_backend : public event_proc {
     // `destroy` deletes the worker, which stops its thread. An identifier that is not registered is logged.
     virtual int unregister_queue(_qid id, bool destroy);
 
+    // Whether a worker is registered under `id`.
     bool is_registered(_qid id);
 
     // True when EC_TERM, or an answer to it, got lost for want of memory.

@@ -37,12 +37,14 @@ class event_backend;
 
 class event_proc {
  public:
+    // A bare worker that serves the queue `id`: the gate opens at once.
     explicit event_proc(_qid id);
     event_proc(const event_proc&) = delete;
     event_proc& operator=(const event_proc&) = delete;
 
-    // Hooks on the worker's own thread: before its first event, and after its last one. They do nothing here.
+    // Hook on the worker's own thread, before its first event. Does nothing here.
     virtual void pre();
+    // Hook on the worker's own thread, after its last event. Does nothing here.
     virtual void post();
 
     // Handles one event, on the worker's own thread. Here: answers EC_TERM with one EC_TERM to the server,
@@ -67,6 +69,7 @@ class event_proc {
     // Events still queued stay there. A second call does nothing.
     void destroy_proc();
 
+    // The queue that this worker serves.
     _qid queue_id() const { return queue_.id(); }
 
  protected:
@@ -74,11 +77,14 @@ class event_proc {
     // not start.
     using thread_end_hook = void (*)(event_proc&) noexcept;
 
-    // For derived classes: the gate stays closed until begin().
+    // Chooses the constructor for derived classes.
     struct deferred {};
+    // For derived classes: the gate stays closed until begin(). `hook` may be null.
     event_proc(_qid id, deferred, thread_end_hook hook = nullptr);
+    // Opens the gate: the object is complete.
     void begin();
 
+    // Whether the thread could be created.
     bool started() const { return started_; }
     // True on this router when an EC_TERM, or the answer to one, was lost for want of memory: somebody may be
     // waiting for an answer that never comes.

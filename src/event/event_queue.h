@@ -12,10 +12,12 @@ namespace spi {
 // runs.
 class event_queue {
  public:
+    // Empty.
     explicit event_queue(_qid id) : id_(id) {}
     event_queue(const event_queue&) = delete;
     event_queue& operator=(const event_queue&) = delete;
 
+    // The name under which it is found.
     _qid id() const { return id_; }
 
     // Copies the event to the tail, sharing its payload. Always 0.

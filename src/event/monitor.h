@@ -17,12 +17,14 @@ class monitor {
         changed_.notify_all();
     }
 
+    // Waits until `condition()`, tested under the mutex: now and after each announcement.
     template <class Condition>
     void wait(Condition condition) {
         std::unique_lock<std::mutex> lock(mutex_);
         changed_.wait(lock, condition);
     }
 
+    // The same, for `limit` at most. Whether the condition held at the end.
     template <class Condition>
     bool wait_for(std::chrono::milliseconds limit, Condition condition) {
         std::unique_lock<std::mutex> lock(mutex_);

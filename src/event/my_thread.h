@@ -5,9 +5,10 @@ namespace spi {
 
 template <class T>
 struct my_thread {
-    T* object;
-    void (T::*member)();
+    T* object;            // not owned; must outlive the thread
+    void (T::*member)();  // the thread's body
 
+    // Calls it.
     void operator()() { (object->*member)(); }
 };
 

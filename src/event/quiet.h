@@ -14,9 +14,10 @@ namespace spi {
 // use only while nobody feeds the library.
 DABSPI_EXPORT bool wait_until_quiet(std::chrono::milliseconds limit);
 
-// One more, one fewer payload alive. Called by i_evt_base only: a handler makes its results before its own
-// payload is released, so no payload alive means that nothing is in flight.
+// One more payload alive. Called by i_evt_base only: a handler makes its results before its own payload is
+// released, so no payload alive means that nothing is in flight.
 void count_payload() noexcept;
+// One fewer.
 void uncount_payload() noexcept;
 
 }  // namespace spi

@@ -6,6 +6,7 @@
 
 namespace spi {
 
+// The one of this process; never destroyed.
 monitor& teardown_monitor();
 
 }  // namespace spi

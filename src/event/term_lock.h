@@ -14,6 +14,7 @@ namespace spi {
 // Locked and unlocked by one thread only, the server's; any other thread waits by locking mutex() itself.
 class term_lock {
  public:
+    // Unlocked.
     term_lock() : lock_(mutex_, std::defer_lock) {}
     // Unlocks if the lock is still owned.
     virtual ~term_lock() = default;
@@ -28,12 +29,14 @@ class term_lock {
     // why it failed.
     void unlock(std::string&& who) noexcept;
 
+    // Whether it is locked. On the owner's thread only.
     bool owns_lock() const { return lock_.owns_lock(); }
+    // What other threads wait for.
     std::mutex& mutex() { return mutex_; }
 
  protected:
-    std::mutex mutex_;
-    std::unique_lock<std::mutex> lock_;
+    std::mutex mutex_;                   // held while the lock is owned
+    std::unique_lock<std::mutex> lock_;  // the owner's thread only
 };
 
 // A worker with a termination lock. Its thread takes the lock in pre(); it releases it at the latest when it

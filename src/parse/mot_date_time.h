@@ -15,20 +15,23 @@ struct DABSPI_EXPORT MotDateTime {
     std::uint8_t hour = 0;    // 0..23
     std::uint8_t minute = 0;  // 0..59
 
-    // Take over the host's texts: YYYYMMDD (exactly 8 characters) and HHMM (exactly 4). A text of another
-    // length changes nothing, silently. A part that is not all digits throws std::invalid_argument("stoi");
-    // parts before it keep their new values. There is no range check: "20161399" gives month 13, day 99.
+    // Takes over the host's text YYYYMMDD, exactly 8 characters. A text of another length changes nothing,
+    // silently. A part that is not all digits throws std::invalid_argument("stoi"); parts before it keep
+    // their new values. There is no range check: "20161399" gives month 13, day 99.
     void put_date(const std::string& text);
+    // The same for HHMM, exactly 4 characters.
     void put_time(const std::string& text);
 
     std::string date() const;  // YYYY-MM-DD; the year is not padded
     std::string time() const;  // HH:MM
 };
 
+// Every field counts.
 inline bool operator==(const MotDateTime& a, const MotDateTime& b) {
     return a.year == b.year && a.month == b.month && a.day == b.day && a.hour == b.hour &&
            a.minute == b.minute;
 }
+// The opposite.
 inline bool operator!=(const MotDateTime& a, const MotDateTime& b) {
     return !(a == b);
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
+#include <string_view>
 
 #include "src/parse/spi_token_table.h"
 
@@ -95,29 +97,30 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len) {
 
 std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const SpiTokenTable& tokens) {
     const std::uint32_t readable = take_string_bytes(len);
+    // What the byte at `i` stands for: itself, a token's text, or nothing where the object does not define
+    // it.
+    const auto text_of = [&](std::uint32_t i) {
+        const std::uint8_t byte = data[pos + i];
+        if (!SpiTokenTable::is_code(byte)) {
+            return std::string_view(reinterpret_cast<const char*>(&data[pos + i]), 1);
+        }
+        const std::string* const text = tokens.find(byte);
+        return text != nullptr ? std::string_view(*text) : std::string_view();
+    };
     // Measured first, then copied: a string that grew by doubling would hold up to three times its length for
     // a moment, and a crafted name is long.
     std::uint64_t expanded = 0;
-    for (std::uint32_t i = 0; i < readable; ++i) {
-        const std::uint8_t byte = data[pos + i];
-        if (!SpiTokenTable::is_code(byte)) {
-            ++expanded;
-        } else if (const std::string* const text = tokens.find(byte)) {
-            expanded += text->size();
-        }
-    }
+    for (std::uint32_t i = 0; i < readable; ++i)
+        expanded += text_of(i).size();
     const std::uint64_t taken = std::min(expanded, text_bytes_left_);
     text_bytes_left_ -= taken;
-    const std::size_t wanted = out.size() + static_cast<std::size_t>(taken);
-    out.reserve(wanted);
+    const std::uint64_t wanted = out.size() + taken;
+    // With pointers of 32 bits a string ends at 2 GiB: no memory for it, like for any other that is too long.
+    if (wanted > out.max_size()) throw std::bad_alloc();
+    out.reserve(static_cast<std::size_t>(wanted));
     for (std::uint32_t i = 0; i < readable && out.size() < wanted; ++i) {
-        const std::uint8_t byte = data[pos + i];
-        if (!SpiTokenTable::is_code(byte)) {
-            out += static_cast<char>(byte);
-        } else if (const std::string* const text = tokens.find(byte)) {
-            // Nothing where the object does not define it: the byte vanishes.
-            out.append(*text, 0, wanted - out.size());
-        }
+        const std::string_view text = text_of(i);
+        out.append(text.substr(0, static_cast<std::size_t>(wanted - out.size())));
     }
     if (taken < expanded) size = 0;  // beyond the budget the body counts as ended
     advance(len);

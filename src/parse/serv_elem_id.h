@@ -26,19 +26,22 @@ struct ServElemId {
     std::uint64_t val() const { return std::uint64_t{ecc} << 40 | std::uint64_t{sid} << 8 | scids; }
 };
 
+// Every field counts.
 inline bool operator==(const ServElemId& a, const ServElemId& b) {
     return a.val() == b.val();
 }
+// The opposite.
 inline bool operator!=(const ServElemId& a, const ServElemId& b) {
     return !(a == b);
 }
-// By val(): the order of the tables.
+// By val(): the order of the tables. Not inline, so that tests can count how often the tables compare.
 bool operator<(const ServElemId& a, const ServElemId& b);
 
 // The low 32 bits of val(): the ECC and the top byte of a 32-bit sid take part in equality only. For
 // unordered containers of hosts and tools; the library's own tables are ordered, since 65,536 identifiers
 // share each value.
 struct SeidHash {
+    // The hash.
     std::size_t operator()(const ServElemId& id) const { return static_cast<std::uint32_t>(id.val()); }
 };
 

@@ -1,5 +1,7 @@
 #include "src/parse/si_media_info.h"
 
+#include <utility>
+
 #include "src/parse/spi_parseable.h"
 #include "src/parse/spi_token_table.h"
 
@@ -71,7 +73,7 @@ SpiLogoInfo SiMediaInfo::logo_info() {
         }
     }
     logo.size_code = static_cast<std::uint8_t>(get_fmt());
-    logo.name = url;
+    logo.name = std::move(url);
     return logo;
 }
 

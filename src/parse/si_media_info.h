@@ -35,8 +35,9 @@ struct SiMediaInfo {
     // What stands after the last "." of the URL, or the whole URL without one; at most 8 characters.
     std::string get_ext() const;
 
-    // The announcement. The format follows the MIME type, else the extension; extensions are compared as they
-    // are written, so "Png" and "JPEG" are unknown. Deliberate.
+    // The announcement; the URL moves into it, since a crafted one is long. The format follows the MIME type,
+    // else the extension; extensions are compared as they are written, so "Png" and "JPEG" are unknown.
+    // Deliberate.
     SpiLogoInfo logo_info();
 };
 

@@ -8,16 +8,22 @@
 
 namespace spi {
 
-enum logo_format : std::uint8_t { LOGO_FORMAT_UNKNOWN = 0, LOGO_FORMAT_JPEG = 1, LOGO_FORMAT_PNG = 2 };
+// What a logo's announcement says of its format. Only PNG is written.
+enum logo_format : std::uint8_t {
+    LOGO_FORMAT_UNKNOWN = 0,
+    LOGO_FORMAT_JPEG = 1,
+    LOGO_FORMAT_PNG = 2,
+};
 
+// What a logo's announcement says of its size, in pixels. Only 3 and 4 are written.
 enum logo_size : std::uint8_t {
-    LOGO_SIZE_UNKNOWN = 0,
+    LOGO_SIZE_UNKNOWN = 0,  // no dimension was announced
     LOGO_SIZE_32x32 = 1,
     LOGO_SIZE_112x32 = 2,
     LOGO_SIZE_128x128 = 3,
     LOGO_SIZE_320x240 = 4,
     LOGO_SIZE_600x600 = 5,
-    LOGO_SIZE_OTHER = 6,
+    LOGO_SIZE_OTHER = 6,  // none of these
 };
 
 struct SpiLogoInfo {

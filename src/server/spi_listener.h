@@ -15,6 +15,7 @@
 
 namespace spi {
 
+// What the library tells its host.
 class DABSPI_EXPORT ISpiListener {
  public:
     // A programme of a received schedule has been stored, for whatever service: today's and tomorrow's, each

@@ -49,7 +49,8 @@ class SpiServer final : public term_event_proc {
 
     // The service that is being listened to, and the ensemble that carries it (0: none). A change from one
     // ensemble to another, or to none, forgets everything that was received; the first ensemble after none
-    // forgets nothing.
+    // forgets nothing. (Objects that the parser has not read by then are filed after the change:
+    // wait_until_quiet before it leaves none.)
     DABSPI_EXPORT void SetCurrentService(ServElemId& service, unsigned short ensemble);
 
     // The current local date and time. The library has no clock of its own: now and next move on when this is
@@ -63,8 +64,9 @@ class SpiServer final : public term_event_proc {
     // SetCurrentService.
     DABSPI_EXPORT bool check_ensemble(unsigned short ensemble);
 
-    // The server's own worker; not for hosts.
+    // The server's own worker, not for hosts: takes the termination lock.
     void pre() override;
+    // The server's own worker, not for hosts: counts the answers to EC_TERM.
     void process_event(event& e) override;
 
  private:

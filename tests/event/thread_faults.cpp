@@ -17,6 +17,7 @@ namespace {
 
 std::atomic<unsigned> attempts_made{0};
 std::array<std::atomic<void*>, 64> results;
+std::array<std::atomic<bool>, 64> returned_by;
 thread_local unsigned own_number = 0;
 
 std::recursive_mutex& hooks_mutex() {
@@ -37,7 +38,10 @@ void* run(void* pointer) {
     std::free(pointer);
     own_number = record.number;
     void* const result = record.start(record.argument);
-    if (record.number < results.size()) results[record.number] = result;
+    if (record.number < results.size()) {
+        results[record.number] = result;
+        returned_by[record.number] = true;
+    }
     return result;
 }
 
@@ -67,6 +71,8 @@ thread_faults::thread_faults(std::function<bool(unsigned)> fails) {
     attempts_made = 0;
     for (auto& result : results)
         result = nullptr;
+    for (auto& each : returned_by)
+        each = false;
     decide = std::move(fails);
 }
 thread_faults::~thread_faults() {
@@ -84,6 +90,9 @@ void thread_faults::fail_from_now_on() {
 }
 unsigned thread_faults::attempts() const {
     return attempts_made;
+}
+bool thread_faults::returned(unsigned n) const {
+    return returned_by.at(n);
 }
 void* thread_faults::result(unsigned n) const {
     return results.at(n);

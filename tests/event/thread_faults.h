@@ -20,6 +20,8 @@ class thread_faults {
 
     unsigned attempts() const;
 
+    // Whether the n-th thread's start routine has returned.
+    bool returned(unsigned n) const;
     // What the n-th thread's start routine returned; null while it runs.
     void* result(unsigned n) const;
 

@@ -42,6 +42,25 @@ struct AllocationSweep : testing::TestWithParam<std::tuple<surface, failing_new:
             EXPECT_THAT(reference, testing::Contains(note));
     }
 
+    // Whoever meets the missing memory first is not silent about it: a call of the host throws, a worker's
+    // end is reported. Nothing is laid down for two cases: the destructor's requests, which have nobody to be
+    // thrown at (it ends all the same), and a new thread's entry in the platform's table, which does without.
+    // Memory that stays missing is told to the host by every later call.
+    void expect_not_silent(const life_result& life) const {
+        if (life.construction != life_result::kConstructed) {
+            EXPECT_EQ(life.construction, life_result::kOutOfMemory);
+        } else if (failing_new::failed_on_this_thread()) {
+            if (life.struck_in != life_phase::kDestruction) {
+                EXPECT_GE(life.told, 1);
+            }
+        } else if (life.struck_in > life_phase::kFirstEvent) {
+            EXPECT_GE(life.banners, 1U);
+        }
+        if (mode == failing_new::kFromThenOn) {
+            EXPECT_EQ(life.calls_as_ever, 0);
+        }
+    }
+
     // One allocation failed: somebody was told, the host by an exception or the log by a thread's end.
     // Silence is for what does without: a new thread's entry in the platform's table, and the requests of the
     // destructor.
@@ -76,12 +95,14 @@ TEST_P(AllocationSweep, EveryPointOfALifeIsSurvived) {
         const life_result life = live_with(n);
         if (!life.struck) {
             expect_faultless(life, interface);
+            expect_a_faultless_life(interface);
             break;
         }
         expect_sound(life);
         EXPECT_TRUE(life.construction == life_result::kConstructed ||
                     life.construction == life_result::kOutOfMemory);
         if (life.construction == life_result::kOutOfMemory) ++constructions_failed;
+        expect_not_silent(life);
         if (mode == failing_new::kOnce) {
             expect_told_once(life);
         } else {

@@ -28,6 +28,11 @@ bool wait_for(spi::_qid queue, spi::event_code code, long count) {
     return changed.wait_for(lock, std::chrono::minutes(1), [&] { return counts[queue][code] >= count; });
 }
 
+long count(spi::_qid queue, spi::event_code code) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    return counts[queue][code];
+}
+
 }  // namespace arrivals
 
 extern "C" int __real__ZN3spi10event_proc10post_eventENS_5eventE(spi::event_proc* self, spi::event e);

@@ -11,5 +11,7 @@ void forget();
 // Waits until `count` events of this code have been posted to the queues of this identifier. A minute without
 // them gives false.
 bool wait_for(spi::_qid queue, spi::event_code code, long count);
+// How many there were so far.
+long count(spi::_qid queue, spi::event_code code);
 
 }  // namespace arrivals

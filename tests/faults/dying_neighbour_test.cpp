@@ -31,16 +31,22 @@ int kill_the_other_at_the_lock(const char* function, const char*) {
 }
 
 struct DyingNeighbour : testing::Test {
-    void TearDown() override { sandbox::refuse = nullptr; }
+    void TearDown() override {
+        sandbox::refuse = nullptr;
+        const watchdog guard;
+        expect_a_faultless_life(surface::kWrapper);
+    }
 
     static life_result live(whole_life& life) {
         const watchdog guard;  // a process is split only while it has one thread
         return life.run();
     }
-    static bool was_killed(pid_t child) {
+    enum ending { kKilled, kRegular, kCrashed };
+    static ending end_of(pid_t child) {
         int status = 0;
         EXPECT_EQ(waitpid(child, &status, 0), child);
-        return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+        if (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) return kKilled;
+        return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? kRegular : kCrashed;
     }
 };
 
@@ -66,7 +72,9 @@ TEST_F(DyingNeighbour, MayBeKilledAtEveryCallOfItsConstruction) {
                 { const spi_wrap::toSpiServer server(nullptr); }
                 _exit(0);
             }
-            if (!was_killed(child)) break;
+            const ending end = end_of(child);
+            ASSERT_NE(end, kCrashed);    // of itself, or by the alarm: no point was reached then
+            if (end == kRegular) break;  // it has lived through all its calls
             const bool empty =
                 std::filesystem::exists(life.here.block()) && std::filesystem::is_empty(life.here.block());
             const life_result result = live(life);
@@ -115,7 +123,7 @@ TEST_F(DyingNeighbour, ThatDiesWhileItIsWaitedForGivesTheLockAway) {
     sandbox::refuse = &kill_the_other_at_the_lock;
     expect_faultless(live(life), surface::kWrapper);
     EXPECT_EQ(to_be_killed, 0);
-    EXPECT_TRUE(was_killed(child));
+    EXPECT_EQ(end_of(child), kKilled);
 }
 
 }  // namespace

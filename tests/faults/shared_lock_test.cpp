@@ -16,6 +16,7 @@ struct SharedLock : testing::Test {
     const watchdog guard;
 
     void SetUp() override { whole_life(surface::kWrapper).run(); }
+    void TearDown() override { expect_a_faultless_life(surface::kWrapper); }  // nothing of it stays
 
     void live_with(const char* function, int error) {
         life_fault fault;

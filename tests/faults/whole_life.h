@@ -29,9 +29,10 @@ enum class life_phase { kConstruction, kFirstEvent, kRunning, kDestruction };
 struct life_result {
     enum construction_t { kConstructed, kOutOfMemory, kLogicError, kOtherError };
     construction_t construction = kConstructed;
-    int told = 0;         // calls of the host, other than construction, that threw std::bad_alloc
-    bool astray = false;  // one of them threw something else
-    bool struck = false;  // the fault came
+    int told = 0;           // calls of the host, other than construction, that threw std::bad_alloc
+    int calls_as_ever = 0;  // calls begun after the fault came that did not throw it
+    bool astray = false;    // one of them threw something else
+    bool struck = false;    // the fault came
     life_phase struck_in = life_phase::kConstruction;
     std::vector<std::string> notes;
     std::vector<life_message> messages;  // but the ASSERT banners, which are counted
@@ -70,8 +71,7 @@ class whole_life {
     const std::string temp_link_;
 };
 
-// The life without a fault. Its files are those below its root; `root` is "/mnt/data/HdStationLogo" or
-// another.
+// What the listener hears in a life without a fault.
 std::vector<std::string> reference_notes(surface interface);
 
 // Messages as "line text", for comparisons.

@@ -19,7 +19,7 @@ struct Shutdown : testing::Test {
     broadcast sent;
 
     void TearDown() override {
-        EXPECT_EQ(live_threads(), 0U);
+        EXPECT_TRUE(live_threads_become(0));
         EXPECT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
         EXPECT_TRUE(debug.take().empty());
     }

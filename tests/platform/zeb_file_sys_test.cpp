@@ -1,5 +1,6 @@
 #include "platform/zeb_file_sys.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -42,6 +43,17 @@ TEST_F(FileSys, KnowsWhatExists) {
     EXPECT_FALSE(ZebFileSys::IsExist(directory / "missing"));
     EXPECT_FALSE(ZebFileSys::IsExist(directory / "file/"));
     EXPECT_FALSE(ZebFileSys::IsExist(""));
+}
+
+// Where times have 32 bits, looking at such a file fails.
+TEST_F(FileSys, KnowsWhatIsDatedBeyond2038) {
+    if (sizeof(time_t) < 8) GTEST_SKIP() << "this C library has no times beyond 2038";
+    make("file");
+    constexpr long long kIn2100 = 4102444800;
+    const timespec in_2100{static_cast<time_t>(kIn2100), 0};
+    const timespec times[] = {in_2100, in_2100};
+    ASSERT_EQ(utimensat(AT_FDCWD, (directory / "file").c_str(), times, 0), 0);
+    EXPECT_TRUE(ZebFileSys::IsExist(directory / "file"));
 }
 
 TEST_F(FileSys, CreatesParentDirectoriesWhereTheyAreAskedFor) {

@@ -60,7 +60,8 @@ void __wrap__ZN12ZebCallStack12dumpDirectlyEi(int depth) {
 int __wrap_pthread_join(pthread_t thread, void** result) {
     if (instead_of_the_join) {  // the thread was detached by somebody else, and runs on
         pthread_detach(thread);
-        instead_of_the_join();
+        const auto instead = instead_of_the_join;  // which may end it
+        instead();
         return EINVAL;
     }
     const int real = __real_pthread_join(thread, result);
@@ -289,6 +290,31 @@ TEST_F(Thread, ThatCannotBeJoinedIsWaitedForAllTheSame) {
         EXPECT_EQ(messages[0].line, 276);
         EXPECT_EQ(messages[0].text, ", pthread_join() failed !! ret[22]\n");
     }
+}
+
+// Its watcher, which can be joined, has long left then.
+TEST_F(Thread, ThatCannotBeJoinedIsWaitedForBeyondTheTimeOut) {
+    gate timed_out;
+    static gate* opened_by_the_report = nullptr;
+    opened_by_the_report = &timed_out;
+    const ZebDebugSink before = zeb_set_debug_sink([](const ZebDebugMessage& message) {
+        if (message.line == 298) opened_by_the_report->open();
+    });
+    instead_of_the_join = [] { instead_of_the_join = nullptr; };
+    std::atomic<bool> ended{false};
+    body binding{[&] {
+        timed_out.wait();
+        while (!threads.returned(2))
+            sched_yield();
+        for (int i = 0; i < 1000; ++i)
+            sched_yield();
+        ended = true;
+    }};
+    const auto thread = std::make_unique<ZebThread<body>>(&binding, "worker", 1);
+    thread->Start();
+    EXPECT_EQ(thread->WaitExit(1), 0);
+    EXPECT_TRUE(ended);
+    zeb_set_debug_sink(before);
 }
 
 TEST_F(Thread, ThatIsToWaitForItselfIsReportedAndGoesOn) {

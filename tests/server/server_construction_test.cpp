@@ -35,7 +35,7 @@ int failed_constructions(int thread, allocation_faults::how how, long last) {
             }
             struck = fault.struck();
         }
-        EXPECT_EQ(live_threads(), 0U) << "allocation " << n;
+        EXPECT_TRUE(live_threads_become(0)) << "allocation " << n;
         EXPECT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0))) << "allocation " << n;
         EXPECT_EQ(listener.use_count(), 1) << "allocation " << n;
         if (!struck) return failures;

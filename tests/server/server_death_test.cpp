@@ -33,7 +33,7 @@ struct ServerDeath : testing::Test {
         sent.feed_all(*server);
     }
     void TearDown() override {
-        EXPECT_EQ(live_threads(), 0U);
+        EXPECT_TRUE(live_threads_become(0));
         EXPECT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
     }
     // How often each line of messages was printed.
@@ -58,7 +58,7 @@ struct ServerDeath : testing::Test {
                 [missing](unsigned n) { return n <= kThreads && (missing >> (n - 1) & 1) != 0; });
             const auto server = make_server(logos.path().string());
             EXPECT_EQ(threads.attempts(), kThreads);
-            EXPECT_EQ(live_threads(), kThreads - count);
+            EXPECT_TRUE(live_threads_become(kThreads - count));
             sent.feed_all(*server);
         }
         messages = debug.take();
@@ -66,7 +66,7 @@ struct ServerDeath : testing::Test {
         EXPECT_EQ(printed(223, "ZebThread::Start() failed !! [dabspi]\r\n"), count);
         for (const ZebDebugMessage& message : messages)
             EXPECT_EQ(message.function, "Start");
-        ASSERT_EQ(live_threads(), 0U);
+        ASSERT_TRUE(live_threads_become(0));
         ASSERT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
     }
     static constexpr unsigned bit(unsigned thread) { return 1U << (thread - 1); }
@@ -114,7 +114,7 @@ TEST_P(ServerWithoutMemory, WhileItWorksIsDestroyedAllTheSame) {
         const allocation_faults fault(static_cast<int>(worker()), n, how());
         sent.feed_all(*server);
         server.reset();
-        ASSERT_EQ(live_threads(), 0U);
+        ASSERT_TRUE(live_threads_become(0));
         ASSERT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
         messages = debug.take();
         const std::size_t reports =
@@ -140,7 +140,7 @@ TEST_P(ServerWithoutMemory, WhenItIsDestroyedIsDestroyedAllTheSame) {
         ASSERT_TRUE(spi::wait_until_quiet(std::chrono::minutes(1)));
         const allocation_faults fault(static_cast<int>(worker()), n, how());
         server.reset();
-        ASSERT_EQ(live_threads(), 0U);
+        ASSERT_TRUE(live_threads_become(0));
         ASSERT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
     }
 }

@@ -1,9 +1,12 @@
 #include "tests/soak/attacks.h"
 
+#include "tests/support/overlapping_elements.h"
+
 namespace soak {
 namespace {
 
 namespace tag = spi_builder::tag;
+using spi_builder::append;
 using spi_builder::attr;
 using spi_builder::bytes;
 using spi_builder::elem;
@@ -12,10 +15,6 @@ constexpr std::uint8_t kImageType = 2;
 constexpr std::uint8_t kSpiType = 7;
 constexpr std::uint8_t kEcc = 0xE1;
 constexpr unsigned kDay = 1440;  // minutes
-
-void append(bytes& out, const bytes& more) {
-    out.insert(out.end(), more.begin(), more.end());
-}
 
 // A service that was not there before: identifiers of 32 bits are without number.
 bytes scope_of(std::uint32_t sid) {

@@ -2,17 +2,8 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 
 namespace soak {
-
-struct heap_use {
-    std::int64_t bytes;  // of blocks made by operator new and not yet deleted, as the allocator rounds them
-    std::int64_t blocks;
-};
-
-// The executable's operator new counts (live_heap.cpp must be linked).
-heap_use live_heap();
 
 struct process_use {
     std::size_t resident_kib;   // VmRSS

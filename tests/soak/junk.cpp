@@ -2,7 +2,7 @@
 // nothing.
 #include "tests/soak/dice.h"
 #include "tests/soak/ensemble.h"
-#include "tests/soak/hostile_objects.h"
+#include "tests/support/overlapping_elements.h"
 
 namespace soak {
 namespace {
@@ -83,9 +83,9 @@ void add_junk(std::vector<carousel_object>& objects, const ensemble& e, long day
     const bytes nothing;
     // No programme of these has a time, and no logo a name of the carousel.
     objects.push_back(junk_object("nested-pi", kSpiObject, kProgrammeInformation, e.main_service,
-                                  nested_schedules(20 + shape, service)));
-    objects.push_back(
-        junk_object("nested-si", kSpiObject, kServiceInformation, e.main_service, nested_logos(10, nothing)));
+                                  spi_builder::nested_schedules(20 + shape, service)));
+    objects.push_back(junk_object("nested-si", kSpiObject, kServiceInformation, e.main_service,
+                                  spi_builder::nested_logos(10)));
     objects.push_back(junk_object("empty", kSpiObject, kProgrammeInformation, e.main_service, nothing));
     objects.push_back(junk_object("one-byte", kSpiObject, kServiceInformation, e.main_service, {0x03}));
     objects.push_back(junk_object("text", 1, 0, e.main_service, noise(50, day, 200)));

@@ -8,6 +8,7 @@
 
 #include "src/event/quiet.h"
 #include "tests/soak/calendar.h"
+#include "tests/wrap/process_state.h"
 
 namespace soak {
 namespace {
@@ -31,7 +32,9 @@ void print_progress(int day, int days, const soak_run& run, double seconds) {
 
 long_life_result play(const std::function<std::unique_ptr<receiver>()>& make, const std::string& logo_root,
                       int days, long end, habits h) {
+    const int threads = running_threads();
     make().reset();  // what a process does once for all servers is done
+    EXPECT_TRUE(wait_for_threads(threads));
     const process_use before = process_now();
     const heap_use heap_before = live_heap();
     const auto began = std::chrono::steady_clock::now();
@@ -68,17 +71,20 @@ long_life_result play(const std::function<std::unique_ptr<receiver>()>& make, co
         result.of_library = {together.bytes - live_heap().bytes, together.blocks - live_heap().blocks};
     }
     result.seconds = elapsed();
+    // Everything has been given back, but for what the result itself holds. Looked at first: the text of a
+    // failure is on the heap.
+    const std::int64_t kept = live_heap().bytes - heap_before.bytes;
+    EXPECT_EQ(kept, heap_of_result.bytes - heap_before.bytes);
+    EXPECT_TRUE(wait_for_threads(threads));
     const process_use after = process_now();
     EXPECT_EQ(after.threads, before.threads);
     EXPECT_EQ(after.descriptors, before.descriptors);
-    // Everything has been given back, but for what the result itself holds.
-    const std::int64_t kept = live_heap().bytes - heap_before.bytes;
-    EXPECT_EQ(kept, heap_of_result.bytes - heap_before.bytes);
     return result;
 }
 
 void expect_nothing_grew(const long_life_result& result) {
-    if (result.samples.empty()) return;
+    ASSERT_EQ(result.samples.size(), result.figures.days / kPeriod);
+    if (result.samples.empty()) return;  // fewer than ten days: there is nothing to compare
     const sample& first = result.samples.front();
     for (const sample& later : result.samples) {
         if (kSanitized) break;

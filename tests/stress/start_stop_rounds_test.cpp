@@ -48,7 +48,7 @@ struct StartStop : testing::Test {
 };
 
 TEST_F(StartStop, WithOneObjectLeavesNothingBehind) {
-    live(stress_rounds(kRounds) / 2, [this] {
+    live(stress_rounds(kRounds / 2), [this] {
         broadcast sent;
         const auto server = make_server(logos.path().string());
         sent.tune(*server);
@@ -57,7 +57,7 @@ TEST_F(StartStop, WithOneObjectLeavesNothingBehind) {
 }
 
 TEST_F(StartStop, AtOnceLeavesNothingBehind) {
-    live(stress_rounds(kRounds) / 2, [this] { make_server(logos.path().string()); });
+    live(stress_rounds(kRounds / 2), [this] { make_server(logos.path().string()); });
     EXPECT_EQ(log.text(), "");
 }
 

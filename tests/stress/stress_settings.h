@@ -6,19 +6,39 @@
 // DABSPI_STRESS_SEED: the one seed to use, as a failing test prints it, instead of several fixed ones.
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+// The number in the environment variable, from 1; nothing where it is not set. Anything else fails the test:
+// without a round it would have shown nothing.
+inline std::optional<std::uint64_t> stress_setting(const char* variable) {
+    const char* const text = std::getenv(variable);
+    if (text == nullptr) return {};
+    char* end = nullptr;
+    errno = 0;
+    const std::uint64_t value = std::strtoull(text, &end, 10);
+    if (*text < '0' || *text > '9' || *end != '\0' || errno != 0 || value == 0)
+        throw std::invalid_argument(std::string(variable) + " is \"" + text +
+                                    "\"; it must be a number from 1");
+    return value;
+}
+
 inline unsigned stress_rounds(unsigned usual) {
-    const char* const wanted = std::getenv("DABSPI_STRESS_ROUNDS");
-    return wanted == nullptr ? usual : static_cast<unsigned>(std::stoul(wanted));
+    const std::uint64_t rounds = stress_setting("DABSPI_STRESS_ROUNDS").value_or(usual);
+    if (rounds == 0 || rounds > std::numeric_limits<unsigned>::max())
+        throw std::invalid_argument(std::to_string(rounds) + " rounds cannot be played");
+    return static_cast<unsigned>(rounds);
 }
 
 inline std::vector<std::uint64_t> stress_seeds() {
-    if (const char* const wanted = std::getenv("DABSPI_STRESS_SEED")) return {std::stoull(wanted)};
+    if (const auto wanted = stress_setting("DABSPI_STRESS_SEED")) return {*wanted};
     return {1, 20260302, 77, 4711};
 }
 

@@ -8,17 +8,19 @@
 
 namespace {
 
-std::atomic<std::uint64_t> live_bytes{0};
-std::atomic<std::uint64_t> highest{0};
+std::atomic<std::int64_t> live_bytes{0};
+std::atomic<std::int64_t> live_blocks{0};
+std::atomic<std::int64_t> highest{0};
 std::atomic<std::uint64_t> taken{0};
 
 void* take(std::size_t size) {
     void* const memory = std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) throw std::bad_alloc();
-    const std::uint64_t bytes = malloc_usable_size(memory);
-    taken += bytes;
-    const std::uint64_t now = live_bytes += bytes;
-    std::uint64_t before = highest;
+    const auto bytes = static_cast<std::int64_t>(malloc_usable_size(memory));
+    taken += static_cast<std::uint64_t>(bytes);
+    ++live_blocks;
+    const std::int64_t now = live_bytes += bytes;
+    std::int64_t before = highest;
     while (now > before && !highest.compare_exchange_weak(before, now)) {
     }
     return memory;
@@ -26,7 +28,8 @@ void* take(std::size_t size) {
 
 void give_back(void* memory) noexcept {
     if (memory == nullptr) return;
-    live_bytes -= malloc_usable_size(memory);
+    live_bytes -= static_cast<std::int64_t>(malloc_usable_size(memory));
+    --live_blocks;
     std::free(memory);
 }
 
@@ -51,15 +54,18 @@ void operator delete[](void* memory, std::size_t) noexcept {
     give_back(memory);
 }
 
+heap_use live_heap() {
+    return {live_bytes, live_blocks};
+}
+
 counted_heap::counted_heap() : live_before_(live_bytes), total_before_(taken) {
     highest = live_before_;
 }
-std::uint64_t counted_heap::live() const {
-    const std::uint64_t now = live_bytes;
-    return now > live_before_ ? now - live_before_ : 0;
+std::int64_t counted_heap::live() const {
+    return live_bytes - live_before_;
 }
 std::uint64_t counted_heap::peak() const {
-    return highest - live_before_;
+    return static_cast<std::uint64_t>(highest - live_before_);
 }
 std::uint64_t counted_heap::total() const {
     return taken - total_before_;

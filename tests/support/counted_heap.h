@@ -5,17 +5,24 @@
 
 #include <cstdint>
 
+// Taken by the process and not given back, all threads.
+struct heap_use {
+    std::int64_t bytes;
+    std::int64_t blocks;
+};
+heap_use live_heap();
+
 // Counts from its construction on; all threads. One at a time, since there is one highest point.
 class counted_heap {
  public:
     counted_heap();
 
-    std::uint64_t live()
-        const;  // bytes taken and not given back since; 0 when more was given back than taken
-    std::uint64_t peak() const;   // the highest that live() has been
+    // Bytes taken and not given back since. Negative when what was there before has been given back.
+    std::int64_t live() const;
+    std::uint64_t peak() const;   // the highest that live() has been, from 0
     std::uint64_t total() const;  // bytes taken in all
 
  private:
-    std::uint64_t live_before_;
+    std::int64_t live_before_;
     std::uint64_t total_before_;
 };

@@ -9,8 +9,15 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
+
+// Words before the command's own: an emulator, for a command of another machine.
+#ifndef DABSPI_LAUNCHER
+#define DABSPI_LAUNCHER ""
+#endif
 
 namespace {
 
@@ -31,6 +38,12 @@ struct pipe_ends {
     std::array<int, 2> ends{-1, -1};
 };
 
+// In a cross build: the emulator and its options.
+std::vector<std::string> launcher() {
+    std::istringstream words(DABSPI_LAUNCHER);
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
 [[noreturn]] void become_dabspi(const command_input& input, const pipe_ends& in, const pipe_ends& out,
                                 const pipe_ends& err) {
     if (!input.directory.empty() && ::chdir(input.directory.c_str()) != 0) ::_exit(126);
@@ -45,13 +58,14 @@ struct pipe_ends {
         ::dup2(out.ends[1], STDOUT_FILENO);
     }
     ::dup2(err.ends[1], STDERR_FILENO);
-    std::vector<std::string> texts = {DABSPI_COMMAND};
+    std::vector<std::string> texts = launcher();
+    texts.push_back(DABSPI_COMMAND);
     texts.insert(texts.end(), input.arguments.begin(), input.arguments.end());
     std::vector<char*> arguments;
     for (std::string& text : texts)
         arguments.push_back(text.data());
     arguments.push_back(nullptr);
-    ::execv(DABSPI_COMMAND, arguments.data());
+    ::execvp(arguments[0], arguments.data());
     ::_exit(127);
 }
 

@@ -17,6 +17,8 @@ struct ceiling {
     }
 };
 
+constexpr std::size_t kSizes[] = {1024, 65536, 1048576};
+
 class Costed : public hostile::HostileBodies {
  protected:
     enum kind { kServiceInformation = 0, kProgrammeInformation = 1 };
@@ -44,6 +46,17 @@ class Costed : public hostile::HostileBodies {
             number(all.peak), static_cast<double>(all.peak) / static_cast<double>(body.size()),
             number(all.total));
         return all;
+    }
+
+    // What a body of this size may cost at all, each in its own way: it was all used up.
+    enum resource { kScopes, kStringBytes };
+    static void expect_used_up(resource what, const hostile::work& done, std::size_t size) {
+        EXPECT_TRUE(done.exhausted);
+        if (what == kScopes) {
+            EXPECT_EQ(done.scopes, 2 * size + 4096);
+        } else {
+            EXPECT_EQ(done.string_bytes, 4 * size + 65536);
+        }
     }
 
     static void expect_below(const cost& all, std::size_t size, ceiling peak, ceiling total) {

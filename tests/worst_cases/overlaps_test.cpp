@@ -5,8 +5,6 @@ namespace {
 
 using namespace hostile;
 
-constexpr std::size_t kSizes[] = {1024, 65536, 1048576};
-
 class Overlaps : public Costed {};
 
 TEST_F(Overlaps, OfSchedulesTakeMemoryInProportionToTheBody) {
@@ -14,6 +12,7 @@ TEST_F(Overlaps, OfSchedulesTakeMemoryInProportionToTheBody) {
         const bytes body = nested_schedules(size / 8);
         const cost all = cost_of("overlapping schedules", kProgrammeInformation, body);
         expect_within_budget(all.done, body.size());
+        expect_used_up(kScopes, all.done, body.size());
         // An event and its place in a queue take 145 bytes, and two scopes at least.
         expect_below(all, body.size(), {160, 350000}, {160, 350000});
     }
@@ -24,31 +23,22 @@ TEST_F(Overlaps, OfLogoAnnouncementsTakeMemoryInProportionToTheBody) {
         const bytes body = nested_logos(size / 18);
         const cost all = cost_of("overlapping announcements", kServiceInformation, body);
         expect_within_budget(all.done, body.size());
+        expect_used_up(kStringBytes, all.done, body.size());
         // Each string byte that may be read is kept once; an address that is read stands twice for a moment.
         expect_below(all, body.size(), {6, 80000}, {12, 160000});
     }
 }
 
-// Schedules as above whose programmes have a name that reaches to the end of the body.
-bytes nested_names(std::size_t count, const bytes& in_front) {
-    bytes body = join({service_named_first(), in_front});
-    const std::size_t total = body.size() + 16 * count;
-    for (std::size_t i = 0; i < count; ++i) {
-        append(body, {0x02, 0x0E, 0x21, 0xFE});
-        append(body, length_to(total, body));
-        append(body, {0x1C, 0x0E, 0x12, 0x0C, 0x01, 0xFE});
-        append(body, length_to(total, body));
-        append(body, {0x01, 0x01});
-    }
-    return body;
-}
-
 TEST_F(Overlaps, OfNamesTakeMemoryInProportionToTheBody) {
     for (const std::size_t size : kSizes) {
-        const bytes body = nested_names(size / 16, {});
-        const cost all = cost_of("overlapping names", kProgrammeInformation, body);
-        expect_within_budget(all.done, body.size());
-        expect_below(all, body.size(), {6, 80000}, {6, 80000});
+        for (const reach lengths : {reach::kTwoBytes, reach::kThreeBytes}) {
+            const bytes body =
+                nested_names(size / size_of_nested_name(lengths), service_named_first(), lengths);
+            const cost all = cost_of("overlapping names", kProgrammeInformation, body);
+            expect_within_budget(all.done, body.size());
+            expect_used_up(kStringBytes, all.done, body.size());
+            expect_below(all, body.size(), {6, 80000}, {6, 80000});
+        }
     }
 }
 
@@ -64,16 +54,19 @@ TEST_F(Overlaps, OrNotTheSmallestElementsTakeMemoryInProportionToTheBody) {
             append(logos, {0x2B, 0x00});
         }
         const bytes pi = join({service_named_first(), elem(tag::epg, {elem(tag::schedule, programmes)})});
-        expect_below(cost_of("smallest programmes", kProgrammeInformation, pi), pi.size(), {80, 4000},
-                     {80, 4000});
+        const cost of_programmes = cost_of("smallest programmes", kProgrammeInformation, pi);
+        EXPECT_EQ(of_programmes.done.events, size / 2);
+        expect_below(of_programmes, pi.size(), {80, 4000}, {80, 4000});
         const bytes si = elem(tag::service_information, {elem(tag::ensemble, services)});
-        expect_below(cost_of("smallest services", kServiceInformation, si), si.size(), {80, 4000},
-                     {80, 4000});
+        const cost of_services = cost_of("smallest services", kServiceInformation, si);
+        EXPECT_EQ(of_services.done.events, size / 2);
+        expect_below(of_services, si.size(), {80, 4000}, {80, 4000});
         const bytes one =
             elem(tag::service_information,
                  {elem(tag::ensemble, {elem(tag::service, {elem(tag::media_description, logos)})})});
-        expect_below(cost_of("smallest announcements", kServiceInformation, one), one.size(), {42, 4000},
-                     {42, 4000});
+        const cost of_logos = cost_of("smallest announcements", kServiceInformation, one);
+        EXPECT_EQ(of_logos.done.logos, size / 2);
+        expect_below(of_logos, one.size(), {42, 4000}, {42, 4000});
     }
 }
 

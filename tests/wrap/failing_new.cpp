@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <thread>
 
 namespace {
 
@@ -11,6 +12,7 @@ std::atomic<long> counted{0};
 std::atomic<long> fails_at{0};  // 0: never
 std::atomic<bool> from_then_on{false};
 std::atomic<bool> failed{false};
+std::atomic<std::thread::id> failed_on{std::thread::id()};
 std::atomic<long> alive{0};
 
 bool must_fail() {
@@ -18,6 +20,7 @@ bool must_fail() {
     if (first == 0) return false;
     const long n = ++counted;
     if (n != first && !(from_then_on && n > first)) return false;
+    if (n == first) failed_on = std::this_thread::get_id();
     failed = true;
     return true;
 }
@@ -56,6 +59,9 @@ void stop() {
 }
 bool has_failed() {
     return failed;
+}
+bool failed_on_this_thread() {
+    return failed && failed_on.load() == std::this_thread::get_id();
 }
 long count() {
     return counted;

@@ -11,6 +11,8 @@ void fail_at(long n, mode_t mode);
 void stop();
 // True when an allocation has failed since fail_at().
 bool has_failed();
+// Whether the first one that failed was the calling thread's.
+bool failed_on_this_thread();
 // Allocations since fail_at().
 long count();
 // Blocks allocated and not freed, of the whole process.
