@@ -32,6 +32,23 @@ std::string whole(const catalogue_entry& of) {
            wrapped_text(std::string("Cure: ") + of.cure, "  ");
 }
 
+// docs/findings.md: a page for those who have no command at hand.
+std::string markdown() {
+    std::string text =
+        "# Findings of dabspi check\n\n"
+        "What `dabspi check` finds in a broadcast, why a receiver behaves so, and what cures it. Codes are "
+        "stable. An error is what is\n"
+        "lost or misread, a warning what is shown otherwise than it was meant or less than it could be, a "
+        "note what is by design or\n"
+        "harmless. `dabspi explain CODE` tells more of each; `dabspi explain --markdown` prints this "
+        "page.\n\n"
+        "| code | severity | what | why | cure |\n|---|---|---|---|---|\n";
+    for (const catalogue_entry& each : catalogue())
+        text += std::string("| `") + each.name + "` | " + severity_name(each.how_bad) + " | " + each.title +
+                " | " + each.why + " | " + each.cure + " |\n";
+    return text;
+}
+
 // Edits (insert, remove, replace a letter) from one word to another.
 std::size_t distance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
@@ -60,7 +77,7 @@ std::string unknown(const std::string& name) {
                  : "; \"dabspi explain\" lists them all");
 }
 
-int explain(const std::vector<std::string>& names) {
+int explain(const std::vector<std::string>& names, bool as_page) {
     std::string text;
     bool all_known = true;
     for (const std::string& name : names) {
@@ -72,9 +89,12 @@ int explain(const std::vector<std::string>& names) {
         }
         text += (text.empty() ? "" : "\n") + whole(*entry);
     }
-    if (names.empty())
+    if (as_page) {
+        text = markdown();
+    } else if (names.empty()) {
         for (const catalogue_entry& each : catalogue())
             text += one_line(each);
+    }
     output out(STDOUT_FILENO);
     out.write(text);
     out.flush();
@@ -91,15 +111,19 @@ int explain(const std::vector<std::string>& names) {
 command add_explain_command(CLI::App& dabspi) {
     CLI::App* const app = dabspi.add_subcommand("explain", "Tell more of what \"dabspi check\" finds");
     const auto names = std::make_shared<std::vector<std::string>>();
-    app->add_option("CODE", *names, "Codes of findings, such as gap; without one, all are listed")
-        ->option_text("...");
+    const auto as_page = std::make_shared<bool>(false);
+    CLI::Option* const codes =
+        app->add_option("CODE", *names, "Codes of findings, such as gap; without one, all are listed")
+            ->option_text("...");
+    app->add_flag("--markdown", *as_page, "Print the whole catalogue as a table in Markdown")
+        ->excludes(codes);
     app->footer(
         "Exit status: 0 all codes are explained; 2 one is not known.\n"
         "\n"
         "Examples:\n"
         "  dabspi explain                 the list\n"
         "  dabspi explain gap overlap     why now has no next");
-    return {app, [names] { return explain(*names); }};
+    return {app, [names, as_page] { return explain(*names, *as_page); }};
 }
 
 }  // namespace dabspi

@@ -228,6 +228,19 @@ TEST(ExplainCommand, ExplainsEveryCode) {
                                         "): " + each.title));
 }
 
+TEST(ExplainCommand, PrintsThePageOfTheDocumentation) {
+    const finished_command done = run_dabspi({{"explain", "--markdown"}});
+    EXPECT_EQ(done.status, 0);
+    EXPECT_EQ(done.out, read_file(DABSPI_FINDINGS)) << "dabspi explain --markdown >docs/findings.md mends it";
+    for (const dabspi::check::catalogue_entry& each : dabspi::check::catalogue()) {
+        EXPECT_THAT(done.out, HasSubstr(std::string("| `") + each.name + "` | "));
+        // A bar would begin another column.
+        for (const std::string text : {each.title, each.why, each.cure})
+            EXPECT_EQ(text.find('|'), std::string::npos) << each.name;
+    }
+    EXPECT_EQ(run_dabspi({{"explain", "--markdown", "gap"}}).status, 2);
+}
+
 TEST(ExplainCommand, SaysWhatMayHaveBeenMeant) {
     const finished_command near = run_dabspi({{"explain", "overlaps", "gap"}});
     EXPECT_EQ(near.status, 2);
