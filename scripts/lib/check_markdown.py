@@ -74,7 +74,8 @@ def main():
         if name.startswith("tests/") and name.endswith(".cpp"):
             tests.update(TEST.findall(read(name)))
     suites = {suite for suite, _ in tests}
-    presets = {p["name"] for p in json.loads(read("CMakePresets.json"))["configurePresets"]}
+    all_presets = json.loads(read("CMakePresets.json"))
+    presets = {p["name"] for kind in ("configurePresets", "buildPresets", "testPresets") for p in all_presets[kind]}
     texts = {name: read(name) for name in sorted(files) if name.endswith(".md")}
     faults = []
     looked_at = 0
