@@ -14,20 +14,20 @@ places::places(const check_report& of) {
         services_[schedule.service] = i;
         for (const std::size_t index : schedule.programmes) {
             const programme_arrival& programme = of.past.programmes[index];
-            starts_[{schedule.service, programme.start}] = index;
-            ends_[{schedule.service, programme.end()}] = index;
+            starts_.emplace(std::make_pair(schedule.service, programme.start), index);
+            ends_.emplace(std::make_pair(schedule.service, programme.end()), index);
         }
     }
     has_logos_.resize(of.past.objects.size());
     for (const image_arrival& each : of.past.images)
         if (!each.uses.empty()) has_logos_[each.object] = true;
     for (std::size_t i = 0; i < of.findings.size(); ++i) {
-        place_of_.push_back(place(of, of.findings[i]));
+        place_of_.push_back(place(of.findings[i]));
         if (!place_of_.back().empty()) at_[place_of_.back()].push_back(i);
     }
 }
 
-std::string places::place(const check_report&, const finding& what) const {
+std::string places::place(const finding& what) const {
     if (what.service && what.minute) {
         const auto& minutes = what.code == finding_code::gap ? ends_ : starts_;
         const auto programme = minutes.find({*what.service, *what.minute});

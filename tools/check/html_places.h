@@ -26,10 +26,10 @@ class places {
     std::string links_at(const check_report& of, const std::string& id) const;
 
  private:
-    std::string place(const check_report& of, const finding& what) const;
+    std::string place(const finding& what) const;
 
     std::map<std::pair<spi::ServElemId, long>, std::size_t> starts_;  // to programmes
-    std::map<std::pair<spi::ServElemId, long>, std::size_t> ends_;
+    std::map<std::pair<spi::ServElemId, long>, std::size_t> ends_;    // of two, the first
     std::map<spi::ServElemId, std::size_t> services_;
     std::vector<bool> has_logos_;  // of objects
     std::vector<std::string> place_of_;

@@ -9,6 +9,7 @@
 
 #include "tools/check/html_parts.h"
 #include "tools/check/html_text.h"
+#include "tools/check/lanes.h"
 #include "tools/check/local_day.h"
 
 namespace dabspi::check::html {
@@ -37,12 +38,14 @@ class schedule_writer {
  public:
     schedule_writer(const check_report& of, const places& where, std::size_t service)
         : of_(of), where_(where), schedule_(of.schedules[service]), service_(service), now_(last_minute(of)) {
+        for (const schedule_seam& each : seams_of(of.past, schedule_)) {
+            const long end = of.past.programmes[each.first].end();
+            const long start = of.past.programmes[each.second].start;
+            if (end < start) gaps_.emplace(each.first, start - end);
+        }
         for (const heard_notification& each : of.heard.all) {
             const auto* pair = std::get_if<now_next>(&each.what);
-            if (pair == nullptr || !each.at.service) continue;
-            const service_id& id = *each.at.service;
-            if (id.sid == schedule_.service.sid && id.ecc == schedule_.service.ecc &&
-                id.scids == schedule_.service.scids)
+            if (pair != nullptr && each.at.service && id_of(*each.at.service) == schedule_.service)
                 told_.insert(minute_of(pair->now.start));
         }
     }
@@ -67,6 +70,8 @@ class schedule_writer {
         std::set<long> all;
         for (std::size_t i = 0; i < schedule_.programmes.size(); ++i)
             all.insert(at(i).start / kDayMinutes);
+        for (const auto& [index, length] : gaps_)
+            all.insert(of_.past.programmes[index].end() / kDayMinutes);
         return all;
     }
 
@@ -78,7 +83,7 @@ class schedule_writer {
     }
 
     // A programme's part of a day: `from` and `to` in minutes of the day.
-    std::string cell(std::size_t i, long day, const char* lane) const {
+    std::string cell(std::size_t i, long day, const lane_place& lane) const {
         const programme_arrival& programme = at(i);
         const long midnight = day * kDayMinutes;
         const long from = std::max(programme.start - midnight, 0L);
@@ -86,7 +91,7 @@ class schedule_writer {
         const bool continued = programme.start < midnight;
         const bool now = now_ && programme.start <= *now_ && *now_ < programme.end();
         const std::string place = id('p', schedule_.programmes[i]);
-        std::string classes = std::string("cell") + lane;
+        std::string classes = "cell";
         if (continued) classes += " continued";
         if (now) classes += " now";
         if (told_.count(programme.start) != 0) classes += " told";
@@ -98,13 +103,25 @@ class schedule_writer {
         std::string text = "<li class=\"" + classes + "\"" + (continued ? "" : " id=\"" + place + "\"") +
                            (now ? " aria-current=\"time\"" : "") + " data-start=\"" + std::to_string(from) +
                            "\" data-minutes=\"" + std::to_string(to - from) +
-                           "\" style=\"left:" + percent(from) + ";width:" + percent(to - from) + "\">";
+                           "\" style=\"left:" + percent(from) + ";width:" + percent(to - from) +
+                           height_of(lane) + "\" title=\"" + clock_text(programme.start) + " to " +
+                           end_text(programme.start, programme.end()) + " " + escaped(programme.name) + "\">";
         const std::string title = programme.name.empty() ? "<i>no title</i>" : from_broadcast(programme.name);
         const std::string links = continued ? "" : first_link(place);
         text += "<span class=\"time\">" + clock_text(programme.start) + "<span class=\"unseen\"> to " +
                 end_text(programme.start, programme.end()) + "</span></span> " +
                 (links.empty() ? "<span class=\"title\">" + title + "</span>" : links + title + "</a>");
         return text + "</li>\n";
+    }
+
+    // The whole height when nothing overlaps.
+    static std::string height_of(const lane_place& lane) {
+        if (lane.of == 1) return {};
+        const double height = 100.0 / static_cast<double>(lane.of);
+        char text[64];
+        std::snprintf(text, sizeof text, ";top:%.4f%%;height:%.4f%%", height * static_cast<double>(lane.lane),
+                      height);
+        return text;
     }
 
     bool has(const std::string& place, severity how_bad) const {
@@ -121,13 +138,12 @@ class schedule_writer {
         return "<a class=\"title\" href=\"#" + id('f', all.front()) + "\">";
     }
 
-    std::string gap(std::size_t i, long day) const {
-        const std::string place = id('g', schedule_.programmes[i]);
+    // Behind a programme of the history. It stands once, on the day on which it begins.
+    std::string gap(std::size_t index, long length, long day) const {
+        const std::string place = id('g', index);
         const auto& all = where_.findings_at(place);
-        const long midnight = day * kDayMinutes;
-        const long from = at(i).end() - midnight;
+        const long from = of_.past.programmes[index].end() - day * kDayMinutes;
         if (all.empty() || from < 0 || from >= kDayMinutes) return {};
-        const long length = i + 1 < schedule_.programmes.size() ? at(i + 1).start - at(i).end() : 0;
         const long shown = std::min(length, kDayMinutes - from);
         return "<li class=\"gap\" id=\"" + place + "\" data-start=\"" + std::to_string(from) +
                "\" data-minutes=\"" + std::to_string(shown) + "\" style=\"left:" + percent(from) +
@@ -144,35 +160,46 @@ class schedule_writer {
                clock_text(from) + " to " + end_text(from, to) + "</span></li>\n";
     }
 
+    // Programmes with a part in this day, by their place in the schedule.
+    std::vector<std::size_t> programmes_of(long day) const {
+        const long midnight = day * kDayMinutes;
+        std::vector<std::size_t> all;
+        for (std::size_t i = 0; i < schedule_.programmes.size(); ++i)
+            if (at(i).start < midnight + kDayMinutes && (at(i).start >= midnight || at(i).end() > midnight))
+                all.push_back(i);
+        return all;
+    }
+
     std::string track(long day) const {
         const long midnight = day * kDayMinutes;
-        std::string cells;
-        bool two = false;
-        long free_from = midnight;  // what comes before stands in the upper half, or alone
+        const std::vector<std::size_t> programmes = programmes_of(day);
+        std::vector<time_span> spans;
+        for (const std::size_t i : programmes)
+            spans.push_back({std::max(at(i).start, midnight), at(i).end()});
+        const std::vector<lane_place> lanes = lanes_of(spans);
+        std::multimap<long, std::string> parts;  // in the order of time, which is the keyboard's
+        std::size_t most = 1;
         long covered_to = midnight;
-        for (std::size_t i = 0; i < schedule_.programmes.size(); ++i) {
-            const programme_arrival& programme = at(i);
-            if (programme.start >= midnight + kDayMinutes) break;
-            const bool starts_here = programme.start >= midnight;
-            if (starts_here || programme.end() > midnight) {
-                const bool lower = starts_here && programme.start < free_from;
-                const bool upper = i + 1 < schedule_.programmes.size() && at(i + 1).start < programme.end();
-                two = two || lower;
-                cells += free_time(midnight, covered_to, programme.start);
-                cells += cell(i, day, lower ? " lower" : upper ? " upper" : "");
-                if (!lower) free_from = std::max(free_from, programme.end());
-                covered_to = std::max(covered_to, programme.end());
-            }
-            cells += gap(i, day);
+        for (std::size_t n = 0; n < programmes.size(); ++n) {
+            most = std::max(most, lanes[n].of);
+            parts.emplace(covered_to, free_time(midnight, covered_to, spans[n].from));
+            parts.emplace(spans[n].from, cell(programmes[n], day, lanes[n]));
+            covered_to = std::max(covered_to, spans[n].to);
         }
-        cells += free_time(midnight, covered_to, midnight + kDayMinutes);
+        parts.emplace(covered_to, free_time(midnight, covered_to, midnight + kDayMinutes));
+        for (const auto& [index, length] : gaps_)
+            parts.emplace(of_.past.programmes[index].end(), gap(index, length, day));
+        std::string cells;
+        for (const auto& [minute, markup] : parts)
+            cells += markup;
         std::string line;
         if (now_ && *now_ / kDayMinutes == day)
             line = "<li class=\"clock\" data-start=\"" + std::to_string(*now_ - midnight) +
                    "\" style=\"left:" + percent(*now_ - midnight) + "\"><span class=\"unseen\">" +
                    clock_text(*now_) + " by the receiver's clock</span></li>\n";
-        return "<div class=\"row\"><h4>" + day_heading(day) + "</h4>\n<ol class=\"track" +
-               (two ? " two" : "") + "\">\n" + cells + line + "</ol></div>\n";
+        return "<div class=\"row\"><h4>" + day_heading(day) +
+               "</h4>\n<ol class=\"track\" style=\"--lanes:" + std::to_string(most) + "\">\n" + cells + line +
+               "</ol></div>\n";
     }
 
     std::string table() const {
@@ -198,7 +225,8 @@ class schedule_writer {
     const service_schedule& schedule_;
     std::size_t service_;
     std::optional<long> now_;
-    std::set<long> told_;  // starts of programmes that were told as now
+    std::map<std::size_t, long> gaps_;  // behind programmes of the history: how many minutes
+    std::set<long> told_;               // starts of programmes that were told as now
 };
 
 }  // namespace

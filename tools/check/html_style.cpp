@@ -62,17 +62,14 @@ article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); bor
 .scale { position: relative; height: 1.3rem; }
 .scale span { position: absolute; padding-left: .2rem; border-left: 1px solid var(--rule); font-size: .75rem;
   color: var(--faint); }
-.track { position: relative; height: 3.1rem; margin: 0; padding: 0; list-style: none; overflow: clip; }
-.track.two { height: 5.4rem; }
+.track { position: relative; height: calc(.8rem + 2.3rem * var(--lanes, 1)); margin: 0; padding: 0; list-style: none; overflow: clip; }
 .track li { position: absolute; top: 0; height: 100%; }
-.track li.upper { height: 50%; }
-.track li.lower { top: 50%; height: 50%; }
 .free { background: repeating-linear-gradient(135deg, transparent 0 5px, var(--hatch) 5px 6px); }
 .cell { overflow: hidden; padding: .15rem 0; border: 1px solid var(--cell-edge); border-radius: .2rem;
   background: var(--cell); color: var(--cell-text); font-size: .75rem; line-height: 1.35; }
-.cell .time, .cell .title { display: block; width: max-content; padding-left: .3rem; }
-.cell .time { white-space: nowrap; font-variant-numeric: tabular-nums; }
-.cell .title { white-space: nowrap; color: inherit; }
+.cell .time, .cell .title { display: block; padding-left: .3rem; overflow: hidden; white-space: nowrap; }
+.cell .time { font-variant-numeric: tabular-nums; }
+.cell .title { text-overflow: ellipsis; color: inherit; }
 .cell.told { border-top: .25rem solid var(--told); }
 .cell.now { background: var(--now); color: var(--now-text); }
 .cell.continued { border-left-style: dashed; }
@@ -80,6 +77,8 @@ article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); bor
 .cell.error { border-bottom-color: var(--error); }
 .gap { min-width: 2px; border: 1px dashed var(--warning); background: var(--warning-tint); }
 .gap a { display: block; height: 100%; overflow: hidden; color: var(--warning); font-size: .75rem; padding-top: .15rem; }
+.gap .label { padding-left: .3rem; white-space: nowrap; }
+.cell a:focus-visible { outline-offset: -3px; }
 .clock { width: 0; border-left: 2px solid var(--focus); z-index: 2; }
 .legend { display: flex; flex-wrap: wrap; gap: .4rem 1rem; font-size: .85rem; color: var(--faint); }
 .key::before { content: ""; display: inline-block; width: 1.6rem; height: 1rem; margin-right: .4rem; vertical-align: -.15rem;

@@ -9,14 +9,6 @@ namespace dabspi::check::html {
 
 namespace {
 
-spi::ServElemId id_of(const service_id& service) {
-    spi::ServElemId result;
-    result.sid = service.sid;
-    result.ecc = service.ecc;
-    result.scids = service.scids;
-    return result;
-}
-
 std::string programme_markup(const programme& of) {
     if (of.name.empty() && of.start == spi::SpiTimePoint().local_time(0)) return "<i>nothing</i>";
     return "<time>" + escaped(of.start.time()) + "</time> " +
@@ -48,29 +40,29 @@ class timeline_writer {
 
     void add(const heard_notification& heard, const now_next& pair) {
         end_stored();
-        const std::string service = heard.at.service ? service_markup(of_, id_of(*heard.at.service)) : "";
-        item(heard.at, heard.line, "pair",
-             service + "<br><b>now</b> " + programme_markup(pair.now) + "<br><b>next</b> " +
-                 programme_markup(pair.next));
+        const std::string service =
+            heard.at.service ? service_markup(of_, id_of(*heard.at.service)) : std::string();
+        item(heard.at, heard.line, "pair", service,
+             "<b>now</b> " + programme_markup(pair.now) + "<br><b>next</b> " + programme_markup(pair.next));
     }
 
     void add(const heard_notification& heard, const station_logo& logo) {
         end_stored();
-        item(heard.at, heard.line, "logo",
-             service_markup(of_, id_of(logo.station)) + "<br><b>logo</b> " +
-                 size_text(static_cast<std::uint8_t>(logo.size_code)) + " <code>" + escaped(logo.file) +
-                 "</code>");
+        item(heard.at, heard.line, "logo", service_markup(of_, id_of(logo.station)),
+             std::string("<b>logo</b> ") + size_text(static_cast<std::uint8_t>(logo.size_code)) + " <code>" +
+                 escaped(logo.file) + "</code>");
     }
 
     // Programmes that one object brought are one entry.
     void end_stored() {
         if (stored_ == 0) return;
-        item(stored_at_, stored_line_, "stored",
-             service_markup(of_, stored_service_) + "<br>" + number_of(stored_, "programme") + " stored");
+        item(stored_at_, stored_line_, "stored", service_markup(of_, stored_service_),
+             number_of(stored_, "programme") + " stored");
         stored_ = 0;
     }
 
-    void item(const moment& at, std::size_t line, const char* kind, const std::string& markup) {
+    void item(const moment& at, std::size_t line, const char* kind, const std::string& service,
+              const std::string& markup) {
         const std::string day = at.clock ? at.clock->date() : "before the first date";
         if (day != day_ || text_.empty())
             text_ += (text_.empty() ? "" : "</ol>\n") + ("<h3>" + escaped(day)) +
@@ -78,9 +70,9 @@ class timeline_writer {
         day_ = day;
         text_ +=
             std::string("<li class=\"") + kind + "\"><time>" + (at.clock ? escaped(at.clock->time()) : "-") +
-            "</time><div>" + markup +
+            "</time><div>" + service +
             (of_.input.folder ? "" : " <small class=\"line\">line " + std::to_string(line) + "</small>") +
-            "</div></li>\n";
+            "<br>" + markup + "</div></li>\n";
     }
 
     const check_report& of_;

@@ -92,4 +92,12 @@ std::string service_text(const spi::ServElemId& service) {
     return spi_object::receiver_service_text(service);
 }
 
+spi::ServElemId id_of(const service_id& service) {
+    spi::ServElemId id;
+    id.sid = service.sid;
+    id.ecc = service.ecc;
+    id.scids = service.scids;
+    return id;
+}
+
 }  // namespace dabspi::check

@@ -41,5 +41,7 @@ std::optional<spi::MotDateTime> parse_clock(const std::string& text);
 // "E1.C221.0", as a replay prints it; the last part may be missing.
 std::optional<spi::ServElemId> parse_service(const std::string& text);
 std::string service_text(const spi::ServElemId& service);
+// As the library has it.
+spi::ServElemId id_of(const service_id& service);
 
 }  // namespace dabspi::check

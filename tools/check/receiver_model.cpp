@@ -9,6 +9,7 @@
 #include "src/logo_db/logo_files.h"
 #include "src/logo_db/spi_logo_data.h"
 #include "src/parse/spi_body_table.h"
+#include "tools/check/input.h"
 #include "tools/check/local_day.h"
 #include "tools/spi/decode.h"
 #include "tools/spi/receiver_view.h"
@@ -22,14 +23,6 @@ constexpr std::uint8_t kSpi = 7;
 constexpr std::uint16_t kLastReadSubtype = 1;  // of SPI objects
 constexpr std::uint16_t kJfif = 1;             // ContentSubType of images
 constexpr std::uint16_t kPng = 3;
-
-spi::ServElemId id_of(const service_id& service) {
-    spi::ServElemId id;
-    id.sid = service.sid;
-    id.ecc = service.ecc;
-    id.scids = service.scids;
-    return id;
-}
 
 bool same_date(const spi::MotDateTime& a, const spi::MotDateTime& b) {
     return a.year == b.year && a.month == b.month && a.day == b.day;

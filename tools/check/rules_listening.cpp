@@ -22,10 +22,7 @@ class listening {
     explicit listening(finding_list& found) : found_(found) {}
 
     void tune(const set_current_service& call) {
-        spi::ServElemId service;
-        service.sid = call.service.sid;
-        service.ecc = call.service.ecc;
-        service.scids = call.service.scids;
+        const spi::ServElemId service = id_of(call.service);
         if (service == service_ && call.ensemble == ensemble_) return;
         end(clock_);
         service_ = service;
@@ -40,10 +37,11 @@ class listening {
         clock_ = minute_of(clock);
         if (service_.sid == 0 || service_.ecc == 0) return;
         if (covers(clock_)) return end(clock_);
-        if (since_) return;
+        if (since_ && showing(clock_) == showed_) return;
+        end(clock_);
         since_ = clock_;
         line_ = line;
-        showed_ = showing();
+        showed_ = showing(clock_);
     }
 
     void end(long minute) {
@@ -67,11 +65,11 @@ class listening {
         return minute >= start && minute <= start + now_->duration;
     }
 
-    std::string showing() const {
+    std::string showing(long minute) const {
         if (!now_ || !is_set(*now_)) return "showed nothing";
         const long start = minute_of(now_->start);
         // Its start minute is all that a receiver compares: it may be tomorrow's.
-        if (start > *since_)
+        if (start > minute)
             return "showed " + in_quotes(now_->name) + ", which starts at " + minute_text(start);
         return "kept showing " + in_quotes(now_->name);
     }

@@ -64,6 +64,31 @@ std::uint32_t first_difference(const bytes& a, const bytes& b) {
     return static_cast<std::uint32_t>(at - a.begin());
 }
 
+// It is a key, not a text: what is odd in it does no harm to a receiver, and to nobody who has to type it any
+// good.
+void look_at_name(const sent_object& object, finding what, finding_list& found) {
+    const std::string& name = object.content_name;
+    if (name.size() > kShortNameRoom) {
+        what.code = finding_code::content_name_long;
+        what.text = std::to_string(name.size()) + " bytes";
+        found.add(what);
+    }
+    if (!is_well_formed_utf8(name)) {
+        what.code = finding_code::not_utf8;
+        what.text = "the content name is not UTF-8";
+        found.add(what, "content name");
+    }
+    const auto control = std::find_if(name.begin(), name.end(), [](char each) {
+        const auto byte = static_cast<unsigned char>(each);
+        return byte < 0x20 || byte == 0x7F;
+    });
+    if (control != name.end()) {
+        what.code = finding_code::control_character;
+        what.text = "the content name holds " + in_quotes(std::string(1, *control));
+        found.add(what, "content name");
+    }
+}
+
 void look_at_arrival(const history& in, const object_arrival& arrival, finding_list& found) {
     const sent_object& object = in.objects[arrival.object];
     finding what{finding_code::content_type, arrival.line, arrival.object};
@@ -101,13 +126,8 @@ void look_at_arrival(const history& in, const object_arrival& arrival, finding_l
 
 void look_at_objects(const history& in, finding_list& found) {
     for (std::size_t i = 0; i < in.objects.size(); ++i) {
-        const sent_object& object = in.objects[i];
         look_into(in, i, found);
-        if (object.content_name.size() > kShortNameRoom) {
-            finding what{finding_code::content_name_long, object.lines.front(), i};
-            what.text = std::to_string(object.content_name.size()) + " bytes";
-            found.add(what);
-        }
+        look_at_name(in.objects[i], {finding_code::content_name_long, in.objects[i].lines.front(), i}, found);
     }
     for (const object_arrival& each : in.arrivals)
         look_at_arrival(in, each, found);

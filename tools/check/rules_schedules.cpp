@@ -39,8 +39,8 @@ class schedule_rules {
         : in_(in), schedule_(schedule), found_(found) {}
 
     void look() {
-        for (std::size_t i = 0; i + 1 < schedule_.programmes.size(); ++i)
-            between(at(i), at(i + 1), i);
+        for (const schedule_seam& each : seams_of(in_, schedule_))
+            between(in_.programmes[each.first], in_.programmes[each.second]);
         if (!schedule_.programmes.empty()) around();
     }
 
@@ -54,9 +54,8 @@ class schedule_rules {
                            [&](std::size_t i) { return in_.programmes[i].start == minute; });
     }
 
-    void between(const programme_arrival& of, const programme_arrival& next, std::size_t i) {
-        if (of.end() == next.start) return;
-        if (of.end() > next.start) return overlap(of, next, i);
+    void between(const programme_arrival& of, const programme_arrival& next) {
+        if (of.end() > next.start) return overlap(of, next);
         if (wrapped(of, next)) {
             finding what = finding_at(finding_code::duration_wrapped, of);
             what.text = title(of) + ", " + minute_text(of.start) + ": coded " +
@@ -74,7 +73,7 @@ class schedule_rules {
         found_.add(what, std::to_string(of.offset));
     }
 
-    void overlap(const programme_arrival& of, const programme_arrival& next, std::size_t) {
+    void overlap(const programme_arrival& of, const programme_arrival& next) {
         finding what = finding_at(finding_code::overlap, next);
         const bool has_next = starts_at(of.end());
         what.text = name() + ", " + minute_text(next.start) + ": " + title(next) + " starts " +

@@ -1,6 +1,7 @@
 #include "tools/check/schedules.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "tools/check/local_day.h"
 
@@ -31,6 +32,19 @@ std::vector<service_schedule> schedules_of(const history& in) {
                 schedule.programmes.push_back(index);
         }
         all.push_back(std::move(schedule));
+    }
+    return all;
+}
+
+std::vector<schedule_seam> seams_of(const history& in, const service_schedule& schedule) {
+    std::vector<schedule_seam> all;
+    if (schedule.programmes.empty()) return all;
+    std::size_t longest = schedule.programmes.front();
+    for (auto each = std::next(schedule.programmes.begin()); each != schedule.programmes.end(); ++each) {
+        const programme_arrival& programme = in.programmes[*each];
+        const long end = in.programmes[longest].end();
+        if (programme.start != end) all.push_back({longest, *each});
+        if (programme.end() > end) longest = *each;
     }
     return all;
 }

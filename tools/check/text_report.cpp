@@ -37,8 +37,9 @@ std::string day_line(const day_summary& of) {
 std::string services_text(const check_report& of, const text_settings& how) {
     std::string text;
     for (const service_schedule& each : of.schedules) {
-        text +=
-            how.colours(ink::heading, padded(service_text(each.service), 10) + printable(each.name)) + "\n";
+        const std::string service = service_text(each.service);
+        const std::string name = printable(each.name);
+        text += how.colours(ink::heading, name.empty() ? service : padded(service, 10) + name) + "\n";
         const std::vector<day_summary> days = days_of(of.past, each);
         if (days.empty()) text += "  no programmes\n";
         for (const day_summary& day : days)

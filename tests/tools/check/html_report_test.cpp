@@ -28,6 +28,15 @@ std::vector<std::string> all(const std::string& text, const std::string& pattern
     return found;
 }
 
+// Every link of the page leads to one of its elements.
+void expect_links_lead_somewhere(const std::string& page) {
+    std::set<std::string> ids;
+    for (const std::string& id : all(page, " id=\"([^\"]*)"))
+        EXPECT_TRUE(ids.insert(id).second) << id;
+    for (const std::string& target : all(page, "href=\"#([^\"]*)"))
+        EXPECT_EQ(ids.count(target), 1U) << target;
+}
+
 broadcast spoilt() {
     auto day = whole_day(kToday);
     day[0].duration = 300 * 60;
@@ -53,12 +62,8 @@ TEST(Page, IsWholeWithoutScriptsAndWithoutAnythingFromOutside) {
 TEST(Page, HasALinkToAndFromThePlaceOfEachFinding) {
     const check_report report = spoilt().check();
     const std::string page = html_report(report);
-    std::set<std::string> ids;
-    for (const std::string& id : all(page, " id=\"([^\"]*)"))
-        EXPECT_TRUE(ids.insert(id).second) << id;
+    expect_links_lead_somewhere(page);
     std::set<std::string> targets;
-    for (const std::string& target : all(page, "href=\"#([^\"]*)"))
-        EXPECT_EQ(ids.count(target), 1U) << target;
     for (const std::string& target : all(page, "href=\"#(f[0-9]+)"))
         targets.insert(target);
     EXPECT_EQ(targets.size(), report.findings.size());
@@ -76,7 +81,8 @@ TEST(Page, ContinuesAProgrammeOnTheNextDay) {
     auto day = whole_day(kToday);
     day[3].duration = 480 * 60;
     const std::string page = html_report(with_today(schedule_object(day)).check());
-    EXPECT_THAT(page, HasSubstr("class=\"cell upper continued\" data-start=\"0\" data-minutes=\"120\""));
+    EXPECT_THAT(page, HasSubstr("class=\"cell continued\" data-start=\"0\" data-minutes=\"120\" "
+                                "style=\"left:0.0000%;width:8.3333%;top:0.0000%;height:50.0000%\""));
     EXPECT_THAT(page, HasSubstr("data-start=\"1080\" data-minutes=\"360\""));
 }
 
@@ -86,6 +92,37 @@ TEST(Page, MarksGapsAndTheTimeWithoutProgrammes) {
     const std::string page = html_report(with_today(schedule_object(day)).check());
     EXPECT_THAT(page, HasSubstr("<li class=\"gap\" id=\"g1\" data-start=\"660\" data-minutes=\"60\""));
     EXPECT_THAT(page, HasSubstr("<li class=\"free\" data-start=\"660\" data-minutes=\"60\""));
+}
+
+TEST(Page, MarksAGapBehindAProgrammeThatHoldsOthers) {
+    const std::vector<spi_builder::programme_data> day = {programme("All Day", kToday, 0, 0, 1020),
+                                                          programme("News", kToday, 16, 55, 5),
+                                                          programme("Evening", kToday, 18, 0, 360)};
+    const std::string page = html_report(with_today(schedule_object(day)).check());
+    EXPECT_THAT(page, HasSubstr("<li class=\"gap\" id=\"g0\" data-start=\"1020\" data-minutes=\"60\""));
+    EXPECT_EQ(all(page, "(<li class=\"gap\")").size(), 1U);
+    expect_links_lead_somewhere(page);
+}
+
+TEST(Page, HasARowForADayThatIsAGapAltogether) {
+    broadcast calls = tuned();
+    calls.pi("today.ehb", schedule_object(whole_day(kToday)));
+    calls.clock("20260312", "0000").pi("later.ehb", schedule_object(whole_day(kToday + 2)));
+    const std::string page = html_report(calls.check());
+    EXPECT_THAT(page, HasSubstr("<h4>Wed <span>2026-03-11</span></h4>"));
+    EXPECT_THAT(page, HasSubstr("<li class=\"gap\" id=\"g3\" data-start=\"0\" data-minutes=\"1440\""));
+    expect_links_lead_somewhere(page);
+}
+
+TEST(Page, ShowsProgrammesThatOverlapInLanesOfTheirOwn) {
+    auto day = whole_day(kToday);
+    day.push_back(programme("Within", kToday, 7, 0, 60));
+    day.push_back(programme("Across", kToday, 7, 30, 60));
+    const std::string page = html_report(with_today(schedule_object(day)).check());
+    EXPECT_EQ(all(page, "(top:0\\.0000%;height:33\\.3333%)").size(), 1U);
+    EXPECT_EQ(all(page, "(top:33\\.3333%;height:33\\.3333%)").size(), 1U);
+    EXPECT_EQ(all(page, "(top:66\\.6667%;height:33\\.3333%)").size(), 1U);
+    EXPECT_THAT(all(page, "style=\"--lanes:([0-9]+)"), testing::ElementsAre("3", "1"));
 }
 
 TEST(Page, MarksWhatIsOnAndWhatWasTold) {

@@ -81,7 +81,7 @@ TEST(TextReport, LetsNoTextDriveATerminal) {
 }
 
 TEST(TextReport, TellsOfAServiceWithoutProgrammes) {
-    EXPECT_THAT(text_report(tuned().check(), {}), HasSubstr("E1.C221.0 \n  no programmes\n"));
+    EXPECT_THAT(text_report(tuned().check(), {}), HasSubstr("\nE1.C221.0\n  no programmes\n"));
 }
 
 TEST(JsonReport, HoldsFindingsServicesAndLogos) {

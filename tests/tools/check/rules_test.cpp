@@ -21,6 +21,13 @@ std::size_t count(const check_report& of, finding_code code) {
     return all;
 }
 
+std::vector<std::string> texts(const check_report& of, finding_code code) {
+    std::vector<std::string> all;
+    for (const finding& each : of.findings)
+        if (each.code == code) all.push_back(each.text);
+    return all;
+}
+
 TEST(Findings, AreSortedBySeverityThenCodeThenLine) {
     auto day = whole_day(kToday);
     day[0].duration = 59;
@@ -81,6 +88,40 @@ TEST(Overlap, SaysWhenTheLaterProgrammeIsNeverSeen) {
     EXPECT_THAT(find(report, finding_code::overlap)->text, HasSubstr("ends; it is never now"));
 }
 
+TEST(Overlap, IsSaidOfEachProgrammeWithinALongOneAndLeavesNoGapInIt) {
+    std::vector<spi_builder::programme_data> day = {
+        programme("All Day", kToday, 0, 0, 1080), programme("News", kToday, 8, 0, 5),
+        programme("Sport", kToday, 17, 0, 30), programme("Evening", kToday, 18, 0, 360)};
+    const check_report report = with_today(schedule_object(day)).check();
+    EXPECT_THAT(codes(report), ElementsAre("overlap"));
+    ASSERT_EQ(report.findings.size(), 2U);
+    EXPECT_THAT(report.findings[0].text,
+                HasSubstr("\"News\" starts 10 h before \"All Day\" ends; it is never"));
+    EXPECT_THAT(report.findings[1].text,
+                HasSubstr("\"Sport\" starts 1 h before \"All Day\" ends; it is never"));
+}
+
+TEST(Gap, BehindALongProgrammeIsSaidOfThatOne) {
+    std::vector<spi_builder::programme_data> day = {programme("All Day", kToday, 0, 0, 1020),
+                                                    programme("News", kToday, 8, 0, 5),
+                                                    programme("Evening", kToday, 18, 0, 360)};
+    const check_report report = with_today(schedule_object(day)).check();
+    EXPECT_EQ(count(report, finding_code::gap), 1U);
+    EXPECT_THAT(find(report, finding_code::gap)->text,
+                HasSubstr("17:00 to 18:00 (1 h): no next while \"All Day\" is on"));
+}
+
+TEST(ContentName, IsLookedAtAsATextToo) {
+    const bytes object = schedule_object(whole_day(kToday + 1));
+    broadcast calls = clean();
+    calls.pi("bell\x07.ehb", object).pi("caf\xE9.ehb", object);
+    const check_report report = calls.check();
+    EXPECT_THAT(codes(report), ElementsAre("not-utf8", "control-character"));
+    EXPECT_EQ(find(report, finding_code::not_utf8)->line, 10U);
+    EXPECT_EQ(find(report, finding_code::not_utf8)->text, "the content name is not UTF-8");
+    EXPECT_EQ(find(report, finding_code::control_character)->text, "the content name holds \"\\u0007\"");
+}
+
 TEST(NoNext, IsWhatTheReplayShowsBeforeAGap) {
     auto day = whole_day(kToday);
     day[1].duration = 300 * 60;
@@ -104,13 +145,20 @@ TEST(NothingOn, IsNotSaidOfAServiceThatWasLeft) {
 }
 
 TEST(NothingOn, SaysWhatWasShownBeforeItsTime) {
-    std::vector<spi_builder::programme_data> today = {programme("Late", kToday, 22, 0, 180)};
-    std::vector<spi_builder::programme_data> tomorrow = {programme("Overlapping", kToday + 1, 0, 30, 60)};
+    // Once now runs past midnight, the search goes on in tomorrow's schedule and takes what it finds there.
     broadcast calls = tuned();
-    calls.clock("20260310", "2230").pi("1", schedule_object(today)).pi("2", schedule_object(tomorrow));
-    calls.clock("20260310", "2231").clock("20260311", "0031").clock("20260311", "0101");
+    calls.clock("20260310", "2330");
+    calls.pi("today.ehb", schedule_object({programme("Night Ferry", kToday, 23, 0, 120)}));
+    calls.pi("tomorrow.ehb", schedule_object({programme("Small Hours", kToday + 1, 0, 30, 60),
+                                              programme("Evening Tide", kToday + 1, 22, 0, 105)}));
+    calls.clock("20260310", "2331");
     const check_report report = calls.check();
-    EXPECT_THAT(codes(report), Contains("overlap"));
+    ASSERT_NE(find(report, finding_code::overlap), nullptr);
+    EXPECT_THAT(find(report, finding_code::overlap)->text, HasSubstr("\"Small Hours\" starts 30 min before"));
+    EXPECT_THAT(texts(report, finding_code::nothing_on),
+                ElementsAre(HasSubstr("from 2026-03-10 23:30 to 2026-03-10 23:31: showed nothing"),
+                            HasSubstr("from 2026-03-10 23:31: showed \"Evening Tide\", which starts at "
+                                      "2026-03-11 22:00")));
 }
 
 TEST(NoTomorrow, IsNotSaidWhenTomorrowComesLater) {
