@@ -4,6 +4,8 @@
 
 #include "tools/replay_command.h"
 #ifdef DABSPI_WORKBENCH
+#include "tools/check/check_command.h"
+#include "tools/check/explain_command.h"
 #include "tools/encode/encode_command.h"
 #include "tools/inspect/inspect_command.h"
 #include "tools/record/record_command.h"
@@ -22,6 +24,7 @@ std::vector<command> add_command_line(CLI::App& app) {
         "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
         "  dabspi replay --json --api core day.jsonl\n"
         "  dabspi inspect si.bin                   what is in an object, and what a receiver reads\n"
+        "  dabspi check day.jsonl                  what a receiver will not show as it was meant, and why\n"
         "  dabspi encode pi.xml                    an object of an XML document\n"
         "  dabspi record day.json                  a whole recording of documents and images");
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
@@ -33,6 +36,8 @@ std::vector<command> add_command_line(CLI::App& app) {
         add_replay_command(app),
 #ifdef DABSPI_WORKBENCH
         add_inspect_command(app),
+        add_check_command(app),
+        add_explain_command(app),
         add_encode_command(app),
         add_record_command(app),
 #endif

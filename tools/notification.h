@@ -1,6 +1,7 @@
 // One call of the listener, as the tools pass it on: the same record for both interfaces of the library.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -42,6 +43,7 @@ using notification = std::variant<now_next, station_logo, programme_info>;
 struct moment {
     std::optional<spi::MotDateTime> clock;
     std::optional<service_id> service;
+    std::size_t line = 0;  // of the recording: the call that led to it; 0 where nobody can tell
 };
 
 }  // namespace dabspi

@@ -31,6 +31,7 @@ class player {
     play_end play(const recording& from) {
         if (settings_.wait_after_each_call && !settle()) return end_;
         for (const call& next : from.calls) {
+            at_.line = next.line;
             std::visit([this](const auto& what) { feed(what); }, next.what);
             ++fed_;
             if (settings_.wait_after_each_call && !settle()) return end_;

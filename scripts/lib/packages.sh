@@ -27,8 +27,8 @@ need_packages() {
     $as_root env DEBIAN_FRONTEND=noninteractive sh -c "$install" >&2
 }
 
-build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpugixml-dev"
-test_packages="libgtest-dev libgmock-dev libpng-dev"
+build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpugixml-dev libpng-dev"
+test_packages="libgtest-dev libgmock-dev"
 install_packages="make pkg-config binutils"
 # 32-bit ARM: the cross compiler, the emulator, GoogleTest's sources.
 armhf_packages="g++-arm-linux-gnueabihf qemu-user googletest"

@@ -20,6 +20,19 @@ std::string refusal(const std::string& text) {
     return result.error;
 }
 
+TEST(Base64, EncodesTheVectorsOfTheStandard) {
+    const auto encoded = [](const std::string& text) {
+        return dabspi::encode_base64({text.begin(), text.end()});
+    };
+    EXPECT_EQ(encoded(""), "");
+    EXPECT_EQ(encoded("f"), "Zg==");
+    EXPECT_EQ(encoded("fo"), "Zm8=");
+    EXPECT_EQ(encoded("foo"), "Zm9v");
+    EXPECT_EQ(encoded("foob"), "Zm9vYg==");
+    EXPECT_EQ(encoded("fooba"), "Zm9vYmE=");
+    EXPECT_EQ(encoded("\xFB\xFF"), "+/8=");
+}
+
 TEST(Base64, DecodesTheVectorsOfTheStandard) {
     EXPECT_EQ(decoded(""), "");
     EXPECT_EQ(decoded("Zg=="), "f");

@@ -1,0 +1,286 @@
+"""Measures the pages of `dabspi check --html` in headless Chromium. See scripts/check-page.
+
+    check_page.py COMMAND FOLDER     the dabspi command, and where pages and screenshots go
+"""
+import base64
+import contextlib
+import io
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+COMMAND, FOLDER = sys.argv[1:]
+RECORDING = "examples/recordings/day-on-air.jsonl"
+WIDTHS = {"wide": 1280, "narrow": 360}
+FAULTS = []
+
+# Runs inside a copy of the page that allows scripts; what it finds goes to the window around it.
+MEASURE = r"""
+const faults = [];
+const near = (a, b) => Math.abs(a - b) < 1;
+let cells = 0;
+for (const track of document.querySelectorAll('.track')) {
+  const whole = track.getBoundingClientRect();
+  const places = {};
+  for (const cell of track.querySelectorAll('[data-minutes]')) {
+    ++cells;
+    const box = cell.getBoundingClientRect();
+    const left = whole.left + whole.width * cell.dataset.start / 1440;
+    const width = whole.width * cell.dataset.minutes / 1440;
+    if (!near(box.left, left) || (!near(box.width, width) && !(cell.matches('.gap, .cell') && width < 2 && box.width < 4)))
+      faults.push(`a cell of ${cell.dataset.start}+${cell.dataset.minutes} min stands at ${box.left}, ${box.width} wide` +
+                  ` instead of ${left}, ${width}`);
+    if (cell.matches('.cell:not(.continued)')) {
+      const [hour, minute] = cell.querySelector('.time').textContent.split(' ')[0].split(':').map(Number);
+      if (hour * 60 + minute !== Number(cell.dataset.start)) faults.push(`a cell says ${hour}:${minute} at ${cell.dataset.start}`);
+    }
+  }
+  for (const line of track.querySelectorAll('.clock'))
+    if (!near(line.getBoundingClientRect().left, whole.left + whole.width * line.dataset.start / 1440))
+      faults.push('the clock stands elsewhere');
+}
+const seen = new Set();
+for (const each of document.querySelectorAll('[id]')) {
+  if (seen.has(each.id)) faults.push(`two elements are called ${each.id}`);
+  seen.add(each.id);
+}
+let links = 0;
+for (const each of document.querySelectorAll('a')) {
+  ++links;
+  const target = each.getAttribute('href');
+  if (!target || !target.startsWith('#') || !seen.has(target.slice(1))) faults.push(`a link leads to ${target}`);
+  if (!each.textContent.trim()) faults.push(`a link to ${target} has no text`);
+}
+for (const each of document.images)
+  if (!each.complete || !each.naturalWidth || !each.alt) faults.push('an image is not shown, or has no text');
+if (document.querySelector('[tabindex]:not([tabindex="0"])')) faults.push('a tabindex changes the order');
+for (const each of document.querySelectorAll('*'))
+  for (const { name, value } of each.attributes) {
+    const refers = ['src', 'srcset', 'poster', 'data', 'action', 'background'].includes(name) || (name === 'href' && !each.matches('a'));
+    if ((refers && !value.startsWith('data:')) || /url\(|@import/.test(name === 'style' ? value : ''))
+      faults.push(`the page asks for ${value}`);
+  }
+for (const sheet of document.styleSheets)
+  for (const rule of sheet.cssRules)
+    if (/url\(|@import/.test(rule.cssText)) faults.push(`the page asks for ${rule.cssText}`);
+const root = document.documentElement;
+if (root.scrollWidth > root.clientWidth) faults.push(`the page is ${root.scrollWidth} wide in ${root.clientWidth}`);
+
+// WCAG 2.1, 1.4.3: contrast of text against what is behind it.
+const rgba = text => { const n = text.match(/[\d.]+/g).map(Number); return n.length < 4 ? [...n, 1] : n; };
+const light = ([r, g, b]) => [r, g, b].map(v => v / 255).map(v => v <= .04045 ? v / 12.92 : ((v + .055) / 1.055) ** 2.4)
+  .reduce((sum, v, i) => sum + v * [.2126, .7152, .0722][i], 0);
+const behind = element => {
+  for (let e = element; e; e = e.parentElement) {
+    const colour = rgba(getComputedStyle(e).backgroundColor);
+    if (colour[3] === 1) return colour;
+  }
+  return [255, 255, 255];
+};
+let texts = 0, lowest = 99;
+const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+for (let node = walker.nextNode(); node; node = walker.nextNode()) {
+  const element = node.parentElement;
+  if (!node.data.trim() || !element.checkVisibility() || element.closest('script, .unseen')) continue;
+  ++texts;
+  const pair = [light(rgba(getComputedStyle(element).color)), light(behind(element))].sort((a, b) => b - a);
+  const ratio = (pair[0] + .05) / (pair[1] + .05);
+  lowest = Math.min(lowest, ratio);
+  if (ratio < 4.5) faults.push(`contrast ${ratio.toFixed(2)} of "${node.data.trim().slice(0, 40)}" (${element.className})`);
+}
+// What the keyboard reaches, in the order of the page.
+const stops = [...document.querySelectorAll('a, summary, [tabindex]')].filter(e => e.checkVisibility());
+if (!stops[0] || !stops[0].matches('.skip')) faults.push('the first stop of the keyboard is no skip link');
+parent.postMessage(JSON.stringify({faults: [...new Set(faults)].slice(0, 30), cells, links, texts, images: document.images.length,
+  stops: stops.length, lowest: lowest.toFixed(2), dark: matchMedia('(prefers-color-scheme: dark)').matches,
+  width: innerWidth, title: document.title, owned: !!window.owned}), '*');
+"""
+
+POLICY = re.compile(r'<meta http-equiv="Content-Security-Policy" content="default-src .none.[^>]*>\n')
+
+
+def fault(text):
+    FAULTS.append(text)
+    print("FAULT " + text)
+
+
+def chromium(url, *options):
+    """What Chromium prints, and its standard error. Nothing reaches any network, whatever asks for it."""
+    with tempfile.TemporaryDirectory() as profile:
+        command = ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+                   "--disable-background-networking", "--disable-component-update", "--disable-sync", "--disable-extensions",
+                   "--hide-scrollbars", "--allow-file-access-from-files", "--enable-logging=stderr", "--log-level=0",
+                   "--host-resolver-rules=MAP * ~NOTFOUND", "--user-data-dir=" + profile, *options, url]
+        done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120, check=False)
+        if done.returncode != 0:
+            fault(f"chromium ended with {done.returncode}: {done.stderr[-500:]!r}")
+        return done.stdout.decode(), done.stderr.decode(errors="replace")
+
+
+def file_url(path):
+    return "file://" + os.path.abspath(path)
+
+
+def write(name, text):
+    path = os.path.join(FOLDER, name)
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(text)
+    return path
+
+
+def frame(page, width, height):
+    """A page around a page: as narrow as a telephone, which no window of Chromium is."""
+    return ("<!DOCTYPE html><body style='margin:0'><pre id='result' style='display:none'></pre><iframe src='" + file_url(page) +
+            f"' style='width:{width}px;height:{height}px;border:0;display:block'></iframe>"
+            "<script>addEventListener('message', e => document.getElementById('result').textContent = e.data)</script>")
+
+
+def check_loading(name, page):
+    """As it is, with its policy: nothing on the console, where refused requests and scripts would stand."""
+    _, errors = chromium(file_url(page), "--dump-dom")
+    for line in errors.splitlines():
+        if ":CONSOLE" in line:
+            fault(f"{name}: on the console: {line}")
+
+
+def measure(name, page, width_name, dark):
+    with open(page, encoding="utf-8") as file:
+        text = file.read()
+    if not POLICY.search(text):
+        fault(f"{name}: no content security policy")
+    text = POLICY.sub("", text).replace("</body>", "<script>" + MEASURE + "</script></body>")
+    label = f"{name}, {width_name}, {'dark' if dark else 'light'}"
+    copy = write("measured.html", text)
+    around = write("around.html", frame(copy, WIDTHS[width_name], 2000))
+    dom, _ = chromium(file_url(around), "--dump-dom", "--virtual-time-budget=10000", "--window-size=1280,2000",
+                         "--blink-settings=preferredColorScheme=" + ("0" if dark else "1"))
+    found = re.search(r'<pre id="result"[^>]*>(.*?)</pre>', dom, re.S)
+    try:
+        result = json.loads(found.group(1).replace("&lt;", "<").replace("&gt;", ">").replace("&amp;", "&"))
+    except (AttributeError, ValueError):
+        return fault(f"{label}: nothing was measured")
+    for each in result["faults"]:
+        fault(f"{label}: {each}")
+    if result["dark"] != dark or result["width"] != WIDTHS[width_name]:
+        fault(f"{label}: measured at {result['width']}, dark {result['dark']}")
+    print(f"{label}: {result['cells']} cells, {result['links']} links, {result['images']} images, {result['texts']} texts, "
+          f"contrast from {result['lowest']}, {result['stops']} stops of the keyboard")
+    return result
+
+
+REFUSING = "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'\">"
+CONTROL = """<!DOCTYPE html><title>control</title>
+<body style="background:#fff"><p id=a style="color:#aaa">pale</p><p id=a>twice</p><a href="#nowhere">lost</a>
+<img src="http://example.invalid/x.png"><style>i { background: url(http://example.invalid/y.png) }</style><div style="width:3000px">wide</div><b tabindex="3">first</b>
+<ol class=track style="position:relative;width:1440px"><li class=cell data-start=60 data-minutes=30
+style="position:absolute;left:70px;width:30px"><span class=time>02:00 </span></li></ol>
+<script>console.error("heard")</script></body>
+"""
+
+
+def check_the_checks():
+    """A page with a fault of each kind: every one has to be seen, else the checks mean nothing."""
+    page = write("control.html", CONTROL)
+    before = len(FAULTS)
+    with contextlib.redirect_stdout(io.StringIO()):
+        check_loading("control", page)
+        measure("control", page, "narrow", False)
+        check_loading("refused", write("control.html", CONTROL.replace("<body", REFUSING + "<body", 1)))
+    seen = "\n".join(FAULTS[before:])
+    del FAULTS[before:]
+    for sign in ("heard", "content security policy", "two elements are called a", "leads to #nowhere",
+                 "asks for http://example.invalid/x.png", "url(", "refused: on the console", "is not shown", "wide in 360", "contrast", "a cell of 60+30",
+                 "says 2:0", "tabindex", "skip link"):
+        if sign not in seen:
+            fault(f"the control page: nothing was said of \"{sign}\"")
+
+
+def check_page(name, recording, least_cells, least_images):
+    page = os.path.join(FOLDER, name + ".html")
+    done = subprocess.run([COMMAND, "check", "--html", page, recording], stdout=subprocess.DEVNULL, check=False)
+    if done.returncode not in (0, 1):
+        fault(f"{name}: dabspi check ended with {done.returncode}")
+        return None
+    check_loading(name, page)
+    result = None
+    for width in WIDTHS:
+        for dark in (False, True):
+            result = measure(name, page, width, dark)
+            if result and (result["cells"] < least_cells or result["images"] < least_images):
+                fault(f"{name}: {result['cells']} cells and {result['images']} images are too few")
+    return page, result
+
+
+def screenshots(name, page):
+    with open(page, encoding="utf-8") as file:
+        text = file.read()
+    parts = {"findings": "", "schedules": "#findings,article:nth-of-type(-n+6){display:none}", "logos": "#findings,#schedules{display:none}",
+             "timeline": "#findings,#schedules,#logos{display:none}"}
+    for part, style in parts.items():
+        shown = write("shown.html", text.replace("</style>", style + "</style>"))
+        for width_name, width in WIDTHS.items():
+            for dark in (False, True) if part == "schedules" else (False,):
+                around = write("around.html", frame(shown, width, 1400))
+                path = os.path.join(FOLDER, f"{name}-{part}-{width_name}-{'dark' if dark else 'light'}.png")
+                chromium(file_url(around), "--screenshot=" + os.path.abspath(path), f"--window-size={max(width, 500)},1400",
+                         "--blink-settings=preferredColorScheme=" + ("0" if dark else "1"))
+                if not os.path.exists(path) or os.path.getsize(path) < 10000:
+                    fault(f"no screenshot {path}")
+
+
+def element(tag, content):
+    size = len(content)
+    length = bytes([size]) if size < 254 else b"\xfe" + size.to_bytes(2, "big")
+    return bytes([tag]) + length + content
+
+
+def hostile_recording():
+    """A schedule, services and names that would like to be markup."""
+    titles = ["<script>parent.owned=window.owned=1;document.title='owned'</script>", "\"><img src=x onerror=owned=1>",
+              "</style></title></bdi><h1>big</h1>", "' onmouseover='owned=1", "<!-- ", "]]>&lt;&#60;", "\u202eevil\u2066",
+              "a" * 500, "\x1b[31m", "https://example.invalid/<a href=https://example.invalid/>x</a>"]
+    day = 61109  # 2026-03-10
+    programmes = b""
+    for i, title in enumerate(titles):
+        minute = 60 * i
+        time = (day << 14 | (minute // 60) << 6).to_bytes(4, "big")
+        programmes += element(0x1C, element(0x11, element(0x01, title.encode())) +
+                              element(0x19, element(0x2C, element(0x80, time) + element(0x81, (3600).to_bytes(2, "big")))))
+    identifier = bytes.fromhex("40E010C11A01")
+    scope = element(0x24, element(0x25, element(0x80, identifier)))
+    schedule = element(0x02, element(0x21, scope + programmes))
+    logo = element(0x13, element(0x2B, element(0x80, b"image/png") + element(0x82, b"<img src=x onerror=owned=1>") +
+                                 element(0x84, b"\x01\x40") + element(0x85, b"\x00\xf0")))
+    service = element(0x28, element(0x11, element(0x01, titles[0].encode())) + element(0x29, element(0x80, identifier)) + logo)
+    information = element(0x03, element(0x26, element(0x80, bytes.fromhex("E010C1")) + service))
+    calls = [{"call": "SetDateTime", "date": "20260310", "time": "0530"},
+             {"call": "SetCurrentService", "sid": "0x1A01", "ecc": "0xE0", "ensemble": "0x10C1"}]
+    for kind, subtype, name, body in ((7, 0, titles[1], information), (7, 1, titles[2], schedule),
+                                      (2, 3, "<img src=x onerror=owned=1>", b"<svg onload='owned=1'></svg>")):
+        calls.append({"call": "FeedMotBody", "content_type": kind, "content_subtype": subtype, "content_name": name,
+                      "sid": "0xE0110001", "ecc": "0xE0", "body": base64.b64encode(body).decode()})
+    calls.append({"call": "SetDateTime", "date": "20260310", "time": "0531"})
+    return write("hostile.jsonl", "\n".join(json.dumps(each) for each in calls) + "\n")
+
+
+def main():
+    shutil.rmtree(FOLDER, ignore_errors=True)
+    os.makedirs(FOLDER)
+    check_the_checks()
+    checked = check_page("day-on-air", RECORDING, 400, 20)
+    if checked:
+        screenshots("day-on-air", checked[0])
+    hostile = check_page("hostile", hostile_recording(), 10, 0)
+    if hostile and hostile[1] and (hostile[1]["owned"] or "owned" in hostile[1]["title"]):
+        fault("hostile: a text of the broadcast was run")
+    for name in ("around.html", "shown.html", "measured.html", "control.html"):
+        os.remove(os.path.join(FOLDER, name))
+    print(f"{len(FAULTS)} faults; pages and screenshots are in {FOLDER}")
+    return 1 if FAULTS else 0
+
+
+sys.exit(main())

@@ -1,0 +1,66 @@
+#include "tools/check/input.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/tools/files.h"
+
+namespace {
+
+using namespace dabspi::check;
+
+TEST(Clock, IsReadWithAndWithoutATime) {
+    for (const char* const text : {"2026-03-10", "20260310"}) {
+        const auto clock = parse_clock(text);
+        ASSERT_TRUE(clock) << text;
+        EXPECT_EQ(clock->date() + " " + clock->time(), "2026-03-10 12:00");
+    }
+    for (const char* const text : {"2026-03-10T07:05", "2026-03-10 07:05", "20260310T0705", "202603100705"}) {
+        const auto clock = parse_clock(text);
+        ASSERT_TRUE(clock) << text;
+        EXPECT_EQ(clock->date() + " " + clock->time(), "2026-03-10 07:05");
+    }
+}
+
+TEST(Clock, RefusesWhatIsNoDate) {
+    for (const char* const text : {"", "today", "2026-13-10", "2026-03-00", "2026-03-10T24:00", "2026-3-10",
+                                   "10.03.2026", "2026-03-10T", "00000000"})
+        EXPECT_FALSE(parse_clock(text)) << text;
+}
+
+TEST(Service, IsReadAsItIsPrinted) {
+    const auto service = parse_service("E1.C221.2");
+    ASSERT_TRUE(service);
+    EXPECT_EQ(service->ecc, 0xE1);
+    EXPECT_EQ(service->sid, 0xC221U);
+    EXPECT_EQ(service->scids, 2);
+    EXPECT_EQ(service_text(*service), "E1.C221.2");
+    EXPECT_EQ(service_text(*parse_service("e0.e1c00001")), "E0.E1C00001.0");
+}
+
+TEST(Service, RefusesWhatIsNone) {
+    for (const char* const text :
+         {"", "C221", "1E1.C221.0", "E1.", "E1.C221.16", "E1.C221.", "E1.G221.0", "E1.C221.0.1"})
+        EXPECT_FALSE(parse_service(text)) << text;
+}
+
+TEST(CheckedInput, SaysWhatIsWrongWithARecording) {
+    const temporary_directory directory;
+    const std::string path = write_file(directory, "bad.jsonl", "{\"call\":\"Sing\"}\n");
+    const checked_input in = read_input(path, {});
+    ASSERT_EQ(in.errors.size(), 1U);
+    EXPECT_EQ(in.errors[0].substr(0, path.size() + 3), path + ":1:");
+    EXPECT_EQ(in.place(3), path + ":3");
+    EXPECT_EQ(in.place(0), path);
+}
+
+TEST(CheckedInput, RefusesAFoldersOptionsForARecording) {
+    const temporary_directory directory;
+    const std::string path = write_file(directory, "empty.jsonl", "\n");
+    EXPECT_TRUE(read_input(path, {}).errors.empty());
+    folder_options options;
+    options.ensemble = 1;
+    ASSERT_EQ(read_input(path, options).errors.size(), 1U);
+    EXPECT_NE(read_input(path, options).errors[0].find("are for folders"), std::string::npos);
+}
+
+}  // namespace

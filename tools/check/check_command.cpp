@@ -1,0 +1,180 @@
+#include "tools/check/check_command.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <system_error>
+
+#include "tools/check/html_report.h"
+#include "tools/check/json_report.h"
+#include "tools/check/report.h"
+#include "tools/check/text_report.h"
+#include "tools/check/written_file.h"
+#include "tools/complain.h"
+#include "tools/interrupt.h"
+#include "tools/output.h"
+#include "tools/progress.h"
+#include "tools/storage.h"
+#include "tools/utf8.h"
+
+namespace dabspi {
+
+namespace {
+
+using namespace check;
+
+constexpr std::size_t kMostMessages = 100;
+
+struct check_options {
+    std::string input;
+    std::string severity = "note";
+    bool json = false;
+    bool all = false;
+    std::string html;
+    std::string colour = "auto";
+    std::string date;
+    std::string service;
+    std::optional<std::uint32_t> ensemble;
+};
+
+// Messages of one kind, not without end.
+void complain_of(const std::vector<std::string>& messages) {
+    for (std::size_t i = 0; i < std::min(messages.size(), kMostMessages); ++i)
+        complain(messages[i]);
+    if (messages.size() > kMostMessages)
+        complain("and " + std::to_string(messages.size() - kMostMessages) + " more");
+}
+
+folder_options folder_options_of(const check_options& options) {
+    folder_options folder;
+    if (!options.date.empty()) folder.clock = parse_clock(options.date);
+    if (!options.service.empty()) folder.service = parse_service(options.service);
+    if (options.ensemble) folder.ensemble = static_cast<std::uint16_t>(*options.ensemble);
+    return folder;
+}
+
+check_report play_and_look(checked_input input, const check_options& options, const storage& place) {
+    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
+    return check_input(std::move(input), *severity_named(options.severity), place.path(),
+                       [&](std::size_t fed) {
+                           progress.update(fed);
+                           return interrupt_watch::noted() == 0;
+                       });
+}
+
+// Gives the exit status.
+int print(const check_report& report, const check_options& options) {
+    for (const std::string& each : report.disagreements)
+        complain(printable(report.input.calls.name) + ": " + each +
+                 "; this is a fault of dabspi: what is said of this line may be wrong");
+    if (!options.html.empty()) {
+        const std::string error = write_whole_file(options.html, html_report(report));
+        if (!error.empty()) {
+            complain("cannot write " + printable(options.html) + ": " + error);
+            return kExitFailed;
+        }
+    }
+    output out(STDOUT_FILENO);
+    text_settings how;
+    how.colours = paint(wants_colour(options.colour, STDOUT_FILENO));
+    how.all = options.all;
+    // The page on standard output leaves no room for anything else.
+    if (options.html != "-") out.write(options.json ? json_report(report) : text_report(report, how));
+    if (options.html == "-") out.write(html_report(report));
+    out.flush();
+    if (out.error() != 0) {
+        // A reader that has read enough is no reason for a message.
+        if (out.error() != EPIPE)
+            complain("cannot write to standard output: " + std::generic_category().message(out.error()));
+        return kExitFailed;
+    }
+    return report.findings.empty() ? kExitDone : kExitMalformed;
+}
+
+int run_check(const check_options& options) {
+    checked_input input = read_input(options.input, folder_options_of(options));
+    if (!input.errors.empty()) {
+        complain_of(input.errors);
+        return kExitUnusable;
+    }
+    // What replays cannot print is refused there; through the core interface everything can be played.
+    int status = kExitFailed;
+    int signal = 0;
+    {
+        const interrupt_watch watch;  // from here on there is something to tidy up
+        const storage place = storage::temporary();
+        const check_report report = play_and_look(std::move(input), options, place);
+        signal = interrupt_watch::noted();
+        if (report.heard.end == play_end::not_quiet) {
+            complain("the library did not come to rest: one of its workers has ended or hangs");
+        } else if (signal == 0) {
+            status = print(report, options);
+        }
+    }
+    if (signal != 0) die_by(signal);
+    return status;
+}
+
+std::string date_fault(const std::string& text) {
+    return parse_clock(text) ? ""
+                             : "\"" + printable(text) +
+                                   "\" is no date; a date is written 2026-03-10, or "
+                                   "2026-03-10T12:00 with a time";
+}
+std::string service_fault(const std::string& text) {
+    return parse_service(text) ? ""
+                               : "\"" + printable(text) +
+                                     "\" is no service; a service is written "
+                                     "ECC.SId.SCIdS, as in E1.C221.0";
+}
+
+}  // namespace
+
+command add_check_command(CLI::App& dabspi) {
+    CLI::App* const app =
+        dabspi.add_subcommand("check", "Play a broadcast and explain what a receiver makes of it");
+    const auto options = std::make_shared<check_options>();
+    app->add_option("INPUT", options->input,
+                    "A recording (JSON Lines; - is standard input), or a folder of MOT bodies")
+        ->required()
+        ->option_text("RECORDING|FOLDER");
+    CLI::Option* const json = app->add_flag("--json", options->json, "Print one JSON object instead of text");
+    app->add_option("--html", options->html, "Write a page as well, whole in one file; - is standard output")
+        ->option_text("FILE");
+    app->add_option("--severity", options->severity,
+                    "From which severity on findings count: note (default), warning or error")
+        ->option_text("note|warning|error")
+        ->check(CLI::IsMember({"note", "warning", "error"}));
+    CLI::Option* const all = app->add_flag("--all", options->all, "Show every place of a kind of finding");
+    app->add_option("--color", options->colour,
+                    "Colours: auto (default) only on a terminal and without NO_COLOR in the environment")
+        ->option_text("auto|always|never")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+    app->add_option("--date", options->date,
+                    "Of a folder: the receiver's local date, at noon or at the time given")
+        ->option_text("DATE[Thh:mm]")
+        ->check(date_fault);
+    app->add_option("--service", options->service, "Of a folder: the service that is listened to")
+        ->option_text("ECC.SID.SCIDS")
+        ->check(service_fault);
+    app->add_option("--ensemble", options->ensemble, "Of a folder: the ensemble, e.g. 0xC185")
+        ->option_text("EID")
+        ->check(CLI::Range(std::uint32_t{0}, std::uint32_t{0xFFFF}));
+    json->excludes(all);
+    app->footer(
+        "Date, service and ensemble of a folder are guessed from its objects when they are not given, and "
+        "said.\n"
+        "Exit status: 0 nothing was found; 1 something was, or output could not be written; 2 the input or\n"
+        "the command line cannot be used.\n"
+        "\n"
+        "Examples:\n"
+        "  dabspi check day.jsonl                       what is wrong, and why\n"
+        "  dabspi check --html day.html day.jsonl       the same as a page, with schedules and logos\n"
+        "  dabspi check --severity error dump/          for scripts: only what is lost or misread\n"
+        "  dabspi explain gap                           more of one kind of finding");
+    return {app, [options] { return run_check(*options); }};
+}
+
+}  // namespace dabspi

@@ -1,0 +1,129 @@
+#include "tools/check/explain_command.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+#include "tools/check/catalogue.h"
+#include "tools/check/wrapped_text.h"
+#include "tools/complain.h"
+#include "tools/output.h"
+#include "tools/utf8.h"
+
+namespace dabspi {
+
+namespace {
+
+using namespace check;
+
+std::string one_line(const catalogue_entry& of) {
+    char text[128];
+    std::snprintf(text, sizeof text, "%-7s  %-19s %s\n", severity_name(of.how_bad), of.name, of.title);
+    return text;
+}
+
+std::string whole(const catalogue_entry& of) {
+    return std::string(of.name) + " (" + severity_name(of.how_bad) + "): " + of.title + "\n\n" +
+           wrapped_text(of.why, "  ") + "\n" + wrapped_text(of.more, "  ") + "\n" +
+           wrapped_text(std::string("Cure: ") + of.cure, "  ");
+}
+
+// docs/findings.md: a page for those who have no command at hand.
+std::string markdown() {
+    std::string text =
+        "# Findings of dabspi check\n\n"
+        "What `dabspi check` finds in a broadcast, why a receiver behaves so, and what cures it. Codes are "
+        "stable. An error is what is\n"
+        "lost or misread, a warning what is shown otherwise than it was meant or less than it could be, a "
+        "note what is by design or\n"
+        "harmless. `dabspi explain CODE` tells more of each; `dabspi explain --markdown` prints this "
+        "page.\n\n"
+        "| code | severity | what | why | cure |\n|---|---|---|---|---|\n";
+    for (const catalogue_entry& each : catalogue())
+        text += std::string("| `") + each.name + "` | " + severity_name(each.how_bad) + " | " + each.title +
+                " | " + each.why + " | " + each.cure + " |\n";
+    return text;
+}
+
+// Edits (insert, remove, replace a letter) from one word to another.
+std::size_t distance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    for (std::size_t j = 0; j < row.size(); ++j)
+        row[j] = j;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t corner = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = corner + (a[i] == b[j] ? 0 : 1);
+            corner = row[j + 1];
+            row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, replaced});
+        }
+    }
+    return row.back();
+}
+
+std::string unknown(const std::string& name) {
+    const auto nearest = std::min_element(catalogue().begin(), catalogue().end(),
+                                          [&](const catalogue_entry& a, const catalogue_entry& b) {
+                                              return distance(name, a.name) < distance(name, b.name);
+                                          });
+    const bool near = name.size() < 64 && distance(name, nearest->name) <= 3;
+    return "there is no finding " + in_quotes(name) +
+           (near ? std::string("; did you mean ") + nearest->name + "?"
+                 : "; \"dabspi explain\" lists them all");
+}
+
+int explain(const std::vector<std::string>& names, bool as_page) {
+    std::string text;
+    bool all_known = true;
+    for (const std::string& name : names) {
+        const catalogue_entry* const entry = find_entry(name);
+        if (entry == nullptr) {
+            complain(unknown(name));
+            all_known = false;
+            continue;
+        }
+        text += (text.empty() ? "" : "\n") + whole(*entry);
+    }
+    if (as_page) {
+        text = markdown();
+    } else if (names.empty()) {
+        for (const catalogue_entry& each : catalogue())
+            text += one_line(each);
+    }
+    output out(STDOUT_FILENO);
+    out.write(text);
+    out.flush();
+    if (out.error() != 0) {
+        if (out.error() != EPIPE)
+            complain("cannot write to standard output: " + std::generic_category().message(out.error()));
+        return kExitFailed;
+    }
+    return all_known ? kExitDone : kExitUnusable;
+}
+
+}  // namespace
+
+command add_explain_command(CLI::App& dabspi) {
+    CLI::App* const app = dabspi.add_subcommand("explain", "Tell more of what \"dabspi check\" finds");
+    const auto names = std::make_shared<std::vector<std::string>>();
+    const auto as_page = std::make_shared<bool>(false);
+    CLI::Option* const codes =
+        app->add_option("CODE", *names, "Codes of findings, such as gap; without one, all are listed")
+            ->option_text("...");
+    app->add_flag("--markdown", *as_page, "Print the whole catalogue as a table in Markdown")
+        ->excludes(codes);
+    app->footer(
+        "Exit status: 0 all codes are explained; 2 one is not known.\n"
+        "\n"
+        "Examples:\n"
+        "  dabspi explain                 the list\n"
+        "  dabspi explain gap overlap     why now has no next");
+    return {app, [names, as_page] { return explain(*names, *as_page); }};
+}
+
+}  // namespace dabspi

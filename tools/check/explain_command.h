@@ -1,0 +1,10 @@
+// dabspi explain: the catalogue of findings.
+#pragma once
+
+#include "tools/command.h"
+
+namespace dabspi {
+
+command add_explain_command(CLI::App& dabspi);
+
+}  // namespace dabspi

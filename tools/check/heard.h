@@ -1,0 +1,31 @@
+// What the library's listener heard of a recording: the replay through the core interface, each notification
+// with the line of the recording that led to it.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/notification.h"
+#include "tools/player.h"
+#include "tools/recording.h"
+
+namespace dabspi::check {
+
+struct heard_notification {
+    std::size_t line;  // of the call; 0 before the first
+    moment at;
+    notification what;
+};
+
+struct hearing {
+    std::vector<heard_notification> all;  // in the order of the listener's calls
+    play_end end = play_end::finished;
+};
+
+// Plays with a wait after each call. `go_on` is told how many calls were fed; false stops.
+hearing hear(const recording& from, const std::string& storage_path,
+             const std::function<bool(std::size_t)>& go_on = {});
+
+}  // namespace dabspi::check

@@ -1,0 +1,94 @@
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <set>
+#include <tuple>
+
+#include "tools/check/html_parts.h"
+#include "tools/check/html_text.h"
+#include "tools/check/logo_text.h"
+#include "tools/check/png_check.h"
+#include "tools/inspect/image_header.h"
+
+namespace dabspi::check::html {
+
+namespace {
+
+// A browser is given what is an image of a kind that every browser knows, and nothing else.
+const char* mime_of(const bytes& body) {
+    const auto header = read_image_header(body);
+    if (!header) return nullptr;
+    if (std::strcmp(header->kind, "PNG") == 0) return check_png(body).good ? "image/png" : nullptr;
+    return std::strcmp(header->kind, "JPEG") == 0 ? "image/jpeg" : nullptr;
+}
+
+const char* refusal(const announcement& of) {
+    if (of.station.sid == 0 || of.station.ecc == 0) return "not written: no station";
+    if (of.station.sid > 0xFFFF) return "not written: a 32-bit service";
+    return of.format == spi::LOGO_FORMAT_PNG ? "not written: its size" : "not written: its format";
+}
+
+const char* outcome(image_arrival::use_t how, const announcement& of) {
+    switch (how) {
+        case image_arrival::written: return "written";
+        case image_arrival::refused: return refusal(of);
+        case image_arrival::too_large: return "not written: too large";
+        case image_arrival::larger_there: return "not written: a larger one is there";
+    }
+    return "";
+}
+
+std::string figure(const check_report& of, const places& where, const image_arrival& arrival, bool first) {
+    const sent_object& object = of.past.objects[arrival.object];
+    const announcement& announced = of.past.announcements[arrival.uses.front().announcement];
+    const std::string place = id('l', arrival.object);
+    std::string text = "<figure" + (first ? " id=\"" + place + "\"" : std::string()) + ">\n";
+    const char* const mime = mime_of(*object.body);
+    if (mime == nullptr) {
+        text += "<p class=\"no-image\">no image that can be shown</p>\n";
+    } else {
+        text += "<div class=\"plate\"><img alt=\"" + escaped("Logo of " + service_text(announced.station)) +
+                "\" src=\"" + data_uri(mime, *object.body) + "\"></div>\n";
+    }
+    text += "<figcaption>" + service_markup(of, announced.station) + "<br>" + format_text(announced.format) +
+            " " + size_text(announced.size_code) + ", " + number_of(object.body->size(), "byte") + "<br>" +
+            from_broadcast(object.content_name);
+    if (!of.input.folder) text += ", line " + std::to_string(arrival.line);
+    std::map<std::string, std::size_t> outcomes;
+    for (const image_arrival::use& use : arrival.uses)
+        ++outcomes[outcome(use.how, of.past.announcements[use.announcement])];
+    for (const auto& [how, count] : outcomes)
+        text += "<br>" + how + (count > 1 ? ", " + std::to_string(count) + " times" : "");
+    const std::string links = first ? where.links_at(of, place) : "";
+    if (!links.empty()) text += "<br><span class=\"chips\">" + links + "</span>";
+    return text + "</figcaption>\n</figure>\n";
+}
+
+}  // namespace
+
+std::string logos_section(const check_report& of, const places& where) {
+    std::string text = "<section id=\"logos\">\n<h2>Logos</h2>\n";
+    // Repetitions that end in the same way are shown once.
+    std::set<std::pair<std::size_t, image_arrival::use_t>> shown;
+    std::vector<bool> seen(of.past.objects.size());
+    std::vector<const image_arrival*> arrivals;
+    for (const image_arrival& each : of.past.images) {
+        if (each.uses.empty() || !shown.insert({each.object, each.uses.front().how}).second) continue;
+        arrivals.push_back(&each);
+    }
+    const auto of_whom = [&](const image_arrival* each) {
+        const announcement& announced = of.past.announcements[each->uses.front().announcement];
+        return std::make_tuple(announced.station.val(), announced.size_code, each->line);
+    };
+    std::sort(arrivals.begin(), arrivals.end(),
+              [&](const image_arrival* a, const image_arrival* b) { return of_whom(a) < of_whom(b); });
+    std::string figures;
+    for (const image_arrival* each : arrivals) {
+        figures += figure(of, where, *each, !seen[each->object]);
+        seen[each->object] = true;
+    }
+    if (figures.empty()) return text + "<p>No announced image was received.</p>\n</section>\n";
+    return text + "<div class=\"figures\">\n" + figures + "</div>\n</section>\n";
+}
+
+}  // namespace dabspi::check::html

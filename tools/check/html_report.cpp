@@ -1,0 +1,70 @@
+#include "tools/check/html_report.h"
+
+#include "tools/check/html_parts.h"
+#include "tools/check/html_text.h"
+
+namespace dabspi::check {
+
+namespace html {
+
+std::optional<long> last_minute(const check_report& of) {
+    if (of.past.clock.empty()) return std::nullopt;
+    return of.past.clock.back().minute;
+}
+
+std::string service_markup(const check_report& of, const spi::ServElemId& service) {
+    const auto name = of.past.names.find(service);
+    const std::string identifier = "<code>" + escaped(service_text(service)) + "</code>";
+    return name == of.past.names.end() ? identifier : from_broadcast(name->second) + " " + identifier;
+}
+
+}  // namespace html
+
+namespace {
+
+// Nothing may be fetched and nothing run, whatever stands in the page.
+const char* const kPolicy =
+    "default-src 'none'; img-src data:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'";
+
+struct section_link {
+    const char* id;
+    const char* title;
+};
+constexpr section_link kSections[] = {{"findings", "Findings"},
+                                      {"schedules", "Schedules"},
+                                      {"logos", "Logos"},
+                                      {"timeline", "What was told"},
+                                      {"objects", "Objects"}};
+
+std::string header(const check_report& of) {
+    std::string text =
+        "<header>\n<h1>" + html::escaped(of.input.calls.name) + "</h1>\n<p>" + html::escaped(span_text(of)) +
+        "; " + html::escaped(count_text(of.findings)) +
+        (of.left_out == 0 ? "" : ", " + std::to_string(of.left_out) + " of lower severity left out") +
+        "</p>\n";
+    for (const std::string& each : of.input.said)
+        text += "<p>" + html::escaped(each) + "</p>\n";
+    text += "<nav aria-label=\"Parts of this page\"><ul>\n";
+    for (const section_link& each : kSections)
+        text += "<li>" + html::link_to(each.id, each.title) + "</li>\n";
+    return text + "</ul></nav>\n</header>\n";
+}
+
+}  // namespace
+
+std::string html_report(const check_report& of) {
+    const html::places where(of);
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
+           std::string(kPolicy) +
+           "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
+           html::escaped(of.input.calls.name) + ": dabspi check</title>\n<style>\n" + html::kStyle +
+           "</style>\n</head>\n<body>\n<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
+           "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
+           header(of) + "<main>\n" + html::findings_section(of, where) + html::schedules_section(of, where) +
+           html::logos_section(of, where) + html::timeline_section(of) + html::objects_section(of, where) +
+           "</main>\n</body>\n</html>\n";
+}
+
+}  // namespace dabspi::check

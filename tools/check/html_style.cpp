@@ -1,0 +1,121 @@
+#include "tools/check/html_parts.h"
+
+namespace dabspi::check::html {
+
+const char* const kStyle = R"(
+:root {
+  --ground: #fbfaf8; --sheet: #ffffff; --text: #1d1f23; --faint: #5a5f69; --rule: #d8d9dd;
+  --cell: #e3ebf6; --cell-edge: #8aa4c8; --cell-text: #16263d; --now: #1d4f91; --now-text: #ffffff; --told: #1d4f91;
+  --error: #a3161c; --warning: #7c4a00; --note: #3b5570; --link: #0b5394; --focus: #c2410c;
+  --error-tint: #fbe4e3; --warning-tint: #fcefd6; --note-tint: #e6edf3; --hatch: #cfd0d6; --plate: #ffffff;
+}
+@media (prefers-color-scheme: dark) {
+  :root {
+    --ground: #14161a; --sheet: #1c1f25; --text: #e8e8ea; --faint: #a7acb6; --rule: #3a3e47;
+    --cell: #25344a; --cell-edge: #5b7aa6; --cell-text: #e2ebf8; --now: #9cc2f5; --now-text: #0c1a2c; --told: #9cc2f5;
+    --error: #ff9d98; --warning: #f0bf6b; --note: #a9c4de; --link: #8dbcf2; --focus: #ffb27a;
+    --error-tint: #46201f; --warning-tint: #40300f; --note-tint: #233241; --hatch: #4a4e58; --plate: #e9e9ec;
+  }
+}
+* { box-sizing: border-box; }
+html { scroll-padding-top: 1rem; }
+body { margin: 0 auto; padding: 0 clamp(.75rem, 3vw, 2.5rem) 4rem; max-width: 100rem; background: var(--ground);
+  color: var(--text); font: 1rem/1.5 system-ui, "DejaVu Sans", sans-serif; }
+h1, h2, h3, h4 { line-height: 1.25; overflow-wrap: anywhere; }
+h1 { font-size: 1.5rem; margin: 1.5rem 0 .25rem; }
+h2 { font-size: 1.25rem; margin: 2.5rem 0 .75rem; padding-bottom: .25rem; border-bottom: 1px solid var(--rule); }
+h3 { font-size: 1.05rem; margin: 0 0 .4rem; }
+header p { margin: .15rem 0; color: var(--faint); }
+code { font: .9em ui-monospace, "DejaVu Sans Mono", monospace; }
+small, .line, .count { color: var(--faint); font-size: .85rem; }
+a { color: var(--link); overflow-wrap: anywhere; }
+:focus-visible { outline: 3px solid var(--focus); outline-offset: 2px; }
+:target { outline: 3px solid var(--focus); outline-offset: 1px; }
+section:target { outline: none; }
+.skip { position: absolute; left: -100vw; }
+.skip:focus { left: 1rem; top: .5rem; z-index: 9; background: var(--sheet); padding: .5rem 1rem; }
+.unseen { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; }
+nav ul { display: flex; flex-wrap: wrap; gap: .25rem 1.25rem; padding: 0; margin: .75rem 0 0; list-style: none; }
+
+.kind { margin: 0 0 .75rem; padding: .6rem .9rem; background: var(--sheet); border: 1px solid var(--rule);
+  border-left: .35rem solid var(--note); border-radius: .3rem; }
+.kind.error { border-left-color: var(--error); }
+.kind.warning { border-left-color: var(--warning); }
+.kind p { margin: .4rem 0; max-width: 60rem; }
+.kind ol { margin: .5rem 0 .25rem; padding-left: 1.75rem; }
+.kind li { margin: .3rem 0; overflow-wrap: anywhere; }
+summary { cursor: pointer; }
+.badge, .chip { display: inline-block; padding: 0 .5em; border-radius: 1em; font-size: .85rem; color: var(--note);
+  background: var(--note-tint); }
+.badge.error, .chip.error { color: var(--error); background: var(--error-tint); }
+.badge.warning, .chip.warning { color: var(--warning); background: var(--warning-tint); }
+.chips { margin: 0 0 .4rem; }
+
+article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); border: 1px solid var(--rule);
+  border-radius: .3rem; }
+.scroll { overflow-x: auto; }
+.row { display: grid; grid-template-columns: 5.6rem 1fr; align-items: stretch; min-width: 66rem; margin-bottom: .35rem; }
+.row h4 { position: sticky; left: 0; z-index: 3; margin: 0; padding: .3rem .4rem 0 0; font-size: .8rem; font-weight: 600;
+  background: var(--sheet); }
+.row h4 span { display: block; white-space: nowrap; font-weight: 400; }
+.hours { margin-bottom: 0; }
+.scale { position: relative; height: 1.3rem; }
+.scale span { position: absolute; padding-left: .2rem; border-left: 1px solid var(--rule); font-size: .75rem;
+  color: var(--faint); }
+.track { position: relative; height: calc(.8rem + 2.3rem * var(--lanes, 1)); margin: 0; padding: 0; list-style: none; overflow: clip; }
+.track li { position: absolute; top: 0; height: 100%; }
+.free { background: repeating-linear-gradient(135deg, transparent 0 5px, var(--hatch) 5px 6px); }
+.cell { overflow: hidden; padding: .15rem 0; border: 1px solid var(--cell-edge); border-radius: .2rem;
+  background: var(--cell); color: var(--cell-text); font-size: .75rem; line-height: 1.35; }
+.cell .time, .cell .title { display: block; padding-left: .3rem; overflow: hidden; white-space: nowrap; }
+.cell .time { font-variant-numeric: tabular-nums; }
+.cell .title { text-overflow: ellipsis; color: inherit; }
+.cell.told { border-top: .25rem solid var(--told); }
+.cell.now { background: var(--now); color: var(--now-text); }
+.cell.continued { border-left-style: dashed; }
+.cell.error, .cell.warning { border-bottom: .25rem solid var(--warning); }
+.cell.error { border-bottom-color: var(--error); }
+.gap { min-width: 2px; border: 1px dashed var(--warning); background: var(--warning-tint); }
+.gap a { display: block; height: 100%; overflow: hidden; color: var(--warning); font-size: .75rem; padding-top: .15rem; }
+.gap .label { padding-left: .3rem; white-space: nowrap; }
+.cell a:focus-visible { outline-offset: -3px; }
+.clock { width: 0; border-left: 2px solid var(--focus); z-index: 2; }
+.legend { display: flex; flex-wrap: wrap; gap: .4rem 1rem; font-size: .85rem; color: var(--faint); }
+.key::before { content: ""; display: inline-block; width: 1.6rem; height: 1rem; margin-right: .4rem; vertical-align: -.15rem;
+  border: 1px solid var(--cell-edge); background: var(--cell); }
+.key.told::before { border-top: .25rem solid var(--told); }
+.key.now::before { background: var(--now); }
+.key.warning::before { border-bottom: .25rem solid var(--warning); }
+.key.hatched::before { background: repeating-linear-gradient(135deg, transparent 0 5px, var(--hatch) 5px 6px); }
+table { border-collapse: collapse; width: 100%; margin-top: .4rem; font-size: .9rem; }
+th, td { padding: .2rem .75rem .2rem 0; text-align: left; vertical-align: top; border-bottom: 1px solid var(--rule);
+  overflow-wrap: anywhere; }
+.scroll table { min-width: 34rem; }
+.number { font-variant-numeric: tabular-nums; }
+
+.figures { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(15rem, 100%), 1fr)); gap: .9rem; }
+figure { margin: 0; padding: .75rem; background: var(--sheet); border: 1px solid var(--rule); border-radius: .3rem; }
+.plate { display: grid; place-items: center; min-height: 9rem; padding: .5rem; background: var(--plate); }
+.plate img { max-width: 100%; max-height: 15rem; }
+.no-image { display: grid; place-items: center; min-height: 9rem; margin: 0; color: var(--faint); border: 1px dashed var(--rule); }
+figcaption { margin-top: .5rem; font-size: .85rem; overflow-wrap: anywhere; }
+
+#timeline h3 { margin: 1rem 0 .5rem; }
+.told-list { margin: 0; padding: 0; list-style: none; }
+.told-list li { display: grid; grid-template-columns: 3.5rem 1fr; gap: 1.4rem; font-size: .9rem; }
+.told-list li > time { padding-top: .35rem; font-variant-numeric: tabular-nums; text-align: right; }
+.told-list li > div { position: relative; padding: .35rem 0 .35rem 1.4rem; border-left: 2px solid var(--rule);
+  overflow-wrap: anywhere; }
+.told-list li > div::before { content: ""; position: absolute; left: -7px; top: .75rem; width: 12px; height: 12px;
+  border-radius: 50%; background: var(--told); }
+.told-list .stored > div::before { background: var(--ground); border: 2px solid var(--faint); }
+.told-list .logo > div::before { border-radius: 2px; background: var(--warning); }
+.told-list b { display: inline-block; min-width: 2.6rem; font-weight: 600; }
+@media (max-width: 40rem) {
+  .told-list li { gap: .7rem; }
+  article, .kind, figure { padding: .6rem; }
+}
+@media print { .skip, nav { display: none; } }
+)";
+
+}  // namespace dabspi::check::html

@@ -1,0 +1,35 @@
+#include "tools/check/html_text.h"
+
+#include "tools/base64.h"
+#include "tools/utf8.h"
+
+namespace dabspi::check::html {
+
+std::string escaped(std::string_view text) {
+    std::string result;
+    for (const char c : printable(text)) {
+        switch (c) {
+            case '&': result += "&amp;"; break;
+            case '<': result += "&lt;"; break;
+            case '>': result += "&gt;"; break;
+            case '"': result += "&quot;"; break;
+            case '\'': result += "&#39;"; break;
+            default: result += c; break;
+        }
+    }
+    return result;
+}
+
+std::string from_broadcast(std::string_view text) {
+    return "<bdi>" + escaped(text) + "</bdi>";
+}
+
+std::string link_to(const std::string& id, const std::string& markup) {
+    return "<a href=\"#" + id + "\">" + markup + "</a>";
+}
+
+std::string data_uri(const char* mime, const bytes& content) {
+    return std::string("data:") + mime + ";base64," + encode_base64(content);
+}
+
+}  // namespace dabspi::check::html

@@ -1,0 +1,47 @@
+// What there is to check: a recording as it is, or a folder of bodies turned into one.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "src/parse/mot_date_time.h"
+#include "src/parse/serv_elem_id.h"
+#include "tools/recording.h"
+
+namespace dabspi::check {
+
+// For a folder, which has neither clock nor ensemble of its own. What is not given is guessed.
+struct folder_options {
+    std::optional<spi::MotDateTime> clock = {};
+    std::optional<spi::ServElemId> service = {};
+    std::optional<std::uint16_t> ensemble = {};
+};
+
+struct checked_input {
+    recording calls;                  // playable; of a folder: clock, service, then its objects
+    bool folder = false;              // no line means anything: the names below do
+    std::vector<std::string> files;   // of a folder: the body's file by line
+    std::vector<std::string> said;    // what was guessed or left out, printable
+    std::vector<std::string> errors;  // printable; with any, nothing can be checked
+
+    // "day.jsonl:12", "dump/si.bin"; the name of the whole for line 0.
+    std::string place(std::size_t line) const;
+};
+
+// `path` is a recording, a folder of bodies, or "-" for a recording on standard input.
+checked_input read_input(const std::string& path, const folder_options& options);
+
+// The same for a recording in memory.
+checked_input input_of(recording from);
+
+// "2026-03-10" (then at noon), "2026-03-10T07:00", also without "-" and ":". Nothing for another text.
+std::optional<spi::MotDateTime> parse_clock(const std::string& text);
+// "E1.C221.0", as a replay prints it; the last part may be missing.
+std::optional<spi::ServElemId> parse_service(const std::string& text);
+std::string service_text(const spi::ServElemId& service);
+// As the library has it.
+spi::ServElemId id_of(const service_id& service);
+
+}  // namespace dabspi::check

@@ -1,0 +1,102 @@
+#include "tools/check/json_report.h"
+
+#include <nlohmann/json.hpp>
+
+#include "tools/check/local_day.h"
+#include "tools/check/logo_text.h"
+
+namespace dabspi::check {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+ordered_json to_json(const check_report& of, const finding& what) {
+    const catalogue_entry& entry = entry_of(what.code);
+    ordered_json json;
+    json["code"] = entry.name;
+    json["severity"] = severity_name(entry.how_bad);
+    json["line"] = what.line == 0 || of.input.folder ? ordered_json(nullptr) : ordered_json(what.line);
+    json["object"] = what.object == kNone ? ordered_json(nullptr)
+                                          : ordered_json(of.past.objects[what.object].content_name);
+    json["byte"] = what.byte ? ordered_json(*what.byte) : ordered_json(nullptr);
+    json["service"] = what.service ? ordered_json(service_text(*what.service)) : ordered_json(nullptr);
+    json["time"] = what.minute ? ordered_json(minute_text(*what.minute)) : ordered_json(nullptr);
+    json["text"] = what.text;
+    json["more"] = what.more;
+    json["why"] = entry.why;
+    json["cure"] = entry.cure;
+    return json;
+}
+
+ordered_json to_json(const check_report& of, const service_schedule& schedule) {
+    ordered_json json;
+    json["service"] = service_text(schedule.service);
+    json["name"] = schedule.name;
+    json["days"] = ordered_json::array();
+    for (const day_summary& each : days_of(of.past, schedule)) {
+        ordered_json day;
+        day["date"] = day_text(each.day);
+        day["programmes"] = each.programmes;
+        day["from"] = minute_text(each.first);
+        day["to"] = minute_text(each.last);
+        day["minutes_covered"] = each.covered;
+        json["days"].push_back(std::move(day));
+    }
+    json["programmes"] = ordered_json::array();
+    for (const std::size_t index : schedule.programmes) {
+        const programme_arrival& each = of.past.programmes[index];
+        ordered_json programme;
+        programme["start"] = minute_text(each.start);
+        programme["minutes"] = each.duration / 60;
+        programme["name"] = each.name;
+        if (!of.input.folder) programme["line"] = each.line;
+        json["programmes"].push_back(std::move(programme));
+    }
+    return json;
+}
+
+ordered_json logos(const check_report& of) {
+    static constexpr const char* uses[] = {"written", "refused", "too-large", "larger-there"};
+    ordered_json all = ordered_json::array();
+    for (const image_arrival& arrival : of.past.images) {
+        for (const image_arrival::use& use : arrival.uses) {
+            const announcement& announced = of.past.announcements[use.announcement];
+            ordered_json json;
+            json["station"] = service_text(announced.station);
+            json["content_name"] = announced.content_name;
+            json["format"] = format_text(announced.format);
+            json["size"] = size_text(announced.size_code);
+            json["bytes"] = of.past.objects[arrival.object].body->size();
+            json["outcome"] = uses[use.how];
+            json["file"] =
+                use.how == image_arrival::written ? ordered_json(announced.file) : ordered_json(nullptr);
+            if (!of.input.folder) json["line"] = arrival.line;
+            all.push_back(std::move(json));
+        }
+    }
+    return all;
+}
+
+}  // namespace
+
+std::string json_report(const check_report& of) {
+    const auto counts = count_by_severity(of.findings);
+    ordered_json json;
+    json["input"] = of.input.calls.name;
+    json["assumed"] = of.input.said;
+    json["errors"] = counts[2];
+    json["warnings"] = counts[1];
+    json["notes"] = counts[0];
+    json["left_out"] = of.left_out;
+    json["findings"] = ordered_json::array();
+    for (const finding& each : of.findings)
+        json["findings"].push_back(to_json(of, each));
+    json["services"] = ordered_json::array();
+    for (const service_schedule& each : of.schedules)
+        json["services"].push_back(to_json(of, each));
+    json["logos"] = logos(of);
+    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace dabspi::check

@@ -1,0 +1,55 @@
+// One checked recording or folder, whole. What the printers print.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/check/finding.h"
+#include "tools/check/heard.h"
+#include "tools/check/history.h"
+#include "tools/check/input.h"
+#include "tools/check/schedules.h"
+
+namespace dabspi::check {
+
+struct check_report {
+    checked_input input;
+    hearing heard;
+    history past;
+    std::vector<service_schedule> schedules;
+    std::vector<finding> findings;           // those that count, sorted
+    std::size_t left_out = 0;                // of lower severity
+    std::vector<std::string> disagreements;  // see receiver_model.h
+};
+
+// Plays the input and looks for findings. The input must have no errors; `storage_path` is an existing
+// directory.
+check_report check_input(checked_input input, severity from, const std::string& storage_path,
+                         const std::function<bool(std::size_t)>& go_on = {});
+
+// What a service has on one day.
+struct day_summary {
+    long day;
+    std::size_t programmes = 0;
+    long first = 0;    // start of the first, local minutes since 1858-11-17
+    long last = 0;     // end of the last
+    long covered = 0;  // minutes of this day with a programme
+};
+std::vector<day_summary> days_of(const history& in, const service_schedule& schedule);
+
+// Notes, warnings, errors.
+std::array<std::size_t, 3> count_by_severity(const std::vector<finding>& findings);
+
+// "2 errors, 1 warning", "nothing found"
+std::string count_text(const std::vector<finding>& findings);
+// "2,378 calls, 2026-03-10 05:00 to 2026-03-11 09:00"
+std::string span_text(const check_report& of);
+// "1,234 things", "1 thing"
+std::string number_of(std::size_t count, const std::string& thing);
+
+// Where a finding is, in one line: "line 12, pi.ehb, byte 31"; parts that mean nothing are left out.
+std::string place_text(const check_report& of, const finding& what);
+
+}  // namespace dabspi::check

@@ -1,0 +1,136 @@
+// Findings in images: those that nothing waits for, and those that are not what was announced.
+
+#include <set>
+#include <string>
+
+#include "tools/check/input.h"
+#include "tools/check/logo_text.h"
+#include "tools/check/png_check.h"
+#include "tools/check/rules.h"
+#include "tools/utf8.h"
+
+namespace dabspi::check {
+
+namespace {
+
+using logo_name = std::pair<spi::ServElemId, std::string>;  // data service and content name
+
+class image_rules {
+ public:
+    image_rules(const history& in, finding_list& found) : in_(in), found_(found) {
+        for (const announcement& each : in.announcements) {
+            const logo_name name{each.data_service, each.content_name};
+            announced_.emplace(name, each.line);
+            if (each.format == spi::LOGO_FORMAT_PNG &&
+                (each.size_code == spi::LOGO_SIZE_128x128 || each.size_code == spi::LOGO_SIZE_320x240))
+                wanted_.insert(name);
+        }
+    }
+
+    void look_at(const image_arrival& arrival) {
+        const sent_object& object = in_.objects[arrival.object];
+        finding what{finding_code::logo_subtype, arrival.line, arrival.object};
+        if (!arrival.subtype_used) {
+            what.text = "ContentSubType " + std::to_string(object.subtype) +
+                        (object.subtype == 0   ? ", GIF"
+                         : object.subtype == 2 ? ", BMP"
+                                               : "");
+            found_.add(what);
+        } else if (arrival.uses.empty()) {
+            unmatched(arrival, object, what);
+        } else {
+            matched(arrival, object, what);
+        }
+    }
+
+ private:
+    void unmatched(const image_arrival& arrival, const sent_object& object, finding what) {
+        const logo_name name{object.data_service, object.content_name};
+        const auto first = announced_.find(name);  // the earliest: emplace keeps it
+        if (first == announced_.end()) {
+            what.code = finding_code::logo_not_announced;
+            what.text = "no service information on data service " + service_text(object.data_service) +
+                        " announces it";
+            found_.add(what);
+        } else if (wanted_.count(name) == 0) {
+            return;  // never written, at whatever time it comes
+        } else if (first->second > arrival.line) {
+            what.code = finding_code::logo_early;
+            what.text = "announced on line " + std::to_string(first->second) + ", " +
+                        std::to_string(object.body->size()) + " bytes lost";
+            found_.add(what);
+        } else {
+            const auto used = used_.find(name);
+            if (used == used_.end() || used->second == arrival.object) return;
+            what.code = finding_code::logo_change_lost;
+            what.text = "differs from the image of line " +
+                        std::to_string(in_.objects[used->second].lines.front()) +
+                        ", which has used the announcement up";
+            found_.add(what);
+        }
+    }
+
+    void matched(const image_arrival& arrival, const sent_object& object, finding what) {
+        used_[{object.data_service, object.content_name}] = arrival.object;
+        std::map<std::string, std::size_t> written;
+        for (const image_arrival::use& use : arrival.uses) {
+            const announcement& of = in_.announcements[use.announcement];
+            what.service = of.station;
+            switch (use.how) {
+                case image_arrival::refused: break;  // told with the announcement
+                case image_arrival::too_large:
+                    add(finding_code::logo_too_large, what, of,
+                        std::to_string(object.body->size()) + " bytes, " +
+                            std::to_string(object.body->size() - kMost) + " too many");
+                    break;
+                case image_arrival::larger_there:
+                    add(finding_code::logo_larger_there, what, of, "not written");
+                    break;
+                case image_arrival::written:
+                    if (++written[of.file] == 2) add(finding_code::logo_twice, what, of, times(arrival, of));
+                    look_inside(of, object, what);
+                    break;
+            }
+        }
+    }
+
+    std::string times(const image_arrival& arrival, const announcement& of) const {
+        std::size_t count = 0;
+        for (const image_arrival::use& use : arrival.uses)
+            if (in_.announcements[use.announcement].file == of.file) ++count;
+        return of.file + " written " + std::to_string(count) + " times";
+    }
+
+    void look_inside(const announcement& of, const sent_object& object, finding what) {
+        const png_verdict verdict = check_png(*object.body);
+        if (!verdict.good) add(finding_code::logo_not_png, what, of, verdict.fault);
+        if (verdict.width == 0) return;
+        const std::string real = std::to_string(verdict.width) + "x" + std::to_string(verdict.height);
+        if (real != size_text(of.size_code))
+            add(finding_code::logo_other_size, what, of, "the image has " + real + " pixels");
+    }
+
+    void add(finding_code code, finding what, const announcement& of, const std::string& text) {
+        what.code = code;
+        what.text = logo_text(of) + ": " + text;
+        found_.add(what, of.file);
+    }
+
+    static constexpr std::size_t kMost = 22528;  // bytes of a logo
+
+    const history& in_;
+    finding_list& found_;
+    std::map<logo_name, std::size_t> announced_;  // the first line
+    std::set<logo_name> wanted_;                  // those that could be written
+    std::map<logo_name, std::size_t> used_;       // the object that used the announcement up
+};
+
+}  // namespace
+
+void look_at_images(const history& in, finding_list& found) {
+    image_rules rules(in, found);
+    for (const image_arrival& each : in.images)
+        rules.look_at(each);
+}
+
+}  // namespace dabspi::check
