@@ -31,6 +31,7 @@ TEST(Base64, EncodesTheVectorsOfTheStandard) {
     EXPECT_EQ(encoded("foob"), "Zm9vYg==");
     EXPECT_EQ(encoded("fooba"), "Zm9vYmE=");
     EXPECT_EQ(encoded("\xFB\xFF"), "+/8=");
+    EXPECT_EQ(dabspi::encode_base64({0x00, 0xFF, 0x80, 0xFB}), "AP+A+w==");
 }
 
 TEST(Base64, DecodesTheVectorsOfTheStandard) {
@@ -80,14 +81,6 @@ TEST(Base64, RefusesMissingPadding) {
 TEST(Base64, RefusesBitsBeyondTheLastByte) {
     EXPECT_EQ(refusal("Zh=="), "its last character holds bits beyond the last byte");
     EXPECT_EQ(refusal("Zm9="), "its last character holds bits beyond the last byte");
-}
-
-TEST(Base64, EncodesWhatItDecodes) {
-    EXPECT_EQ(dabspi::encode_base64({}), "");
-    EXPECT_EQ(dabspi::encode_base64({'f'}), "Zg==");
-    EXPECT_EQ(dabspi::encode_base64({'f', 'o'}), "Zm8=");
-    EXPECT_EQ(dabspi::encode_base64({'f', 'o', 'o'}), "Zm9v");
-    EXPECT_EQ(dabspi::encode_base64({0x00, 0xFF, 0x80, 0xFB}), "AP+A+w==");
 }
 
 }  // namespace
