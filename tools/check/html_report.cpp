@@ -36,9 +36,17 @@ constexpr section_link kSections[] = {{"findings", "Findings"},
                                       {"timeline", "What was told"},
                                       {"objects", "Objects"}};
 
+// A path may be broken behind its slashes.
+std::string path_markup(const std::string& path) {
+    std::string text;
+    for (const char c : html::escaped(path))
+        text += c == '/' ? std::string("/<wbr>") : std::string(1, c);
+    return text;
+}
+
 std::string header(const check_report& of) {
     std::string text =
-        "<header>\n<h1>" + html::escaped(of.input.calls.name) + "</h1>\n<p>" + html::escaped(span_text(of)) +
+        "<header>\n<h1>" + path_markup(of.input.calls.name) + "</h1>\n<p>" + html::escaped(span_text(of)) +
         "; " + html::escaped(count_text(of.findings)) +
         (of.left_out == 0 ? "" : ", " + std::to_string(of.left_out) + " of lower severity left out") +
         "</p>\n";

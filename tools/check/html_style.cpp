@@ -37,6 +37,7 @@ section:target { outline: none; }
 .unseen { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; }
 nav ul { display: flex; flex-wrap: wrap; gap: .25rem 1.25rem; padding: 0; margin: .75rem 0 0; list-style: none; }
 
+.line { white-space: nowrap; }
 .kind { margin: 0 0 .75rem; padding: .6rem .9rem; background: var(--sheet); border: 1px solid var(--rule);
   border-left: .35rem solid var(--note); border-radius: .3rem; }
 .kind.error { border-left-color: var(--error); }
