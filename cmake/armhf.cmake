@@ -1,5 +1,5 @@
 # The receiver's world on the desk: 32-bit ARM, hard float, with Debian's cross compiler; what is built runs under
-# qemu-user. Used by the presets armhf and armhf-signed.
+# qemu-user. Used by the presets armhf and armhf-release.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)

@@ -2,6 +2,10 @@
 # documented, and what is not described in it is an error.
 find_program(DABSPI_DOXYGEN doxygen)
 if(NOT DABSPI_DOXYGEN)
+    add_custom_target(docs
+        COMMAND ${CMAKE_COMMAND} -E echo "The reference needs doxygen, which was not found: install it and configure again"
+        COMMAND ${CMAKE_COMMAND} -E false
+        VERBATIM)
     return()
 endif()
 list(TRANSFORM dabspi_headers PREPEND "${PROJECT_SOURCE_DIR}/" OUTPUT_VARIABLE dabspi_documented)

@@ -22,7 +22,8 @@ HEADING = re.compile(r"^#{1,6} +(.*?) *#*$")
 CODE = re.compile(r"`([^`]+)`")
 TEST_NAME = re.compile(r"\b([A-Z]\w*[a-z]\w*\.(?:[A-Z]\w*[a-z]\w*|\*))")
 TEST = re.compile(r"^(?:TEST|TEST_F|TEST_P|TYPED_TEST)\(\s*(\w+),\s*(\w+)", re.MULTILINE)
-PRESET = re.compile(r"--preset[ =]([\w-]+)")
+PRESET = re.compile(r"(cmake --build|cmake|ctest) --preset[ =]([\w-]+)")
+PRESET_KIND = {"cmake --build": "buildPresets", "cmake": "configurePresets", "ctest": "testPresets"}
 PLACEHOLDER = re.compile(r"@[A-Z_]{3,}@")
 
 
@@ -74,7 +75,10 @@ def main():
         if name.startswith("tests/") and name.endswith(".cpp"):
             tests.update(TEST.findall(read(name)))
     suites = {suite for suite, _ in tests}
-    presets = {p["name"] for kind, all in json.loads(read("CMakePresets.json")).items() if kind.endswith("Presets") for p in all}
+    known_presets = json.loads(read("CMakePresets.json"))
+    presets = {
+        command: {p["name"] for p in known_presets[kind] if not p.get("hidden")} for command, kind in PRESET_KIND.items()
+    }
     texts = {name: read(name) for name in sorted(files) if name.endswith(".md")}
     faults = []
     looked_at = 0
@@ -122,10 +126,10 @@ def main():
                     if "/" in word and (top in tops or top == ".ci") and "..." not in word:
                         looked_at += 1
                         check_path(name, number, word)
-                for preset in PRESET.findall(piece):
+                for command, preset in PRESET.findall(piece):
                     looked_at += 1
-                    if preset not in presets:
-                        fault(name, number, f"there is no preset {preset}")
+                    if preset not in presets[command]:
+                        fault(name, number, f"{command} has no preset {preset}")
                 if fenced:
                     continue
                 for test in TEST_NAME.findall(piece):

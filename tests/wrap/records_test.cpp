@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstring>
 #include <type_traits>
 
 #include "spi_wrap/spi_cb.h"
@@ -11,6 +10,7 @@
 #include "spi_wrap/sys_data_information.h"
 #include "spi_wrap/to_spi_server.h"
 #include "src/server/spi_server.h"
+#include "tests/event/virtual_slot.h"
 
 namespace {
 
@@ -49,6 +49,7 @@ static_assert(sizeof(spi_wrap::MotBody) == 2 * sizeof(void*));
 
 static_assert(is<decltype(spi::MotBody::size), std::uint32_t>);
 static_assert(offsetof(spi::MotBody, size) < offsetof(spi::MotBody, data));
+static_assert(sizeof(spi::MotBody) == 2 * sizeof(void*));
 static_assert(!std::is_copy_constructible_v<spi::MotBody> && !std::is_copy_assignable_v<spi::MotBody>);
 static_assert(std::is_nothrow_move_constructible_v<spi::MotBody>);
 
@@ -60,6 +61,7 @@ static_assert(offsetof(spi_wrap::MotBodyMetadata, reserved) == 0);
 static_assert(offsetof(spi_wrap::MotBodyMetadata, content_type) == 2);
 static_assert(offsetof(spi_wrap::MotBodyMetadata, content_subtype) == 4);
 static_assert(offsetof(spi_wrap::MotBodyMetadata, content_name) == 8);
+static_assert(sizeof(spi_wrap::MotBodyMetadata) == 8 + sizeof(std::string));
 
 static_assert(is<decltype(spi::MotBodyMetadata::user_application_type), std::uint16_t>);
 static_assert(is<decltype(spi::MotBodyMetadata::content_type), std::uint8_t>);
@@ -69,12 +71,14 @@ static_assert(offsetof(spi::MotBodyMetadata, user_application_type) == 0);
 static_assert(offsetof(spi::MotBodyMetadata, content_type) == 2);
 static_assert(offsetof(spi::MotBodyMetadata, content_subtype) == 4);
 static_assert(offsetof(spi::MotBodyMetadata, content_name) == 8);
+static_assert(sizeof(spi::MotBodyMetadata) == 8 + sizeof(std::string));
 
 template <class Info, class Time>
 constexpr bool programme_info_is_laid_out() {
     return is<decltype(Info::start), Time> && is<decltype(Info::duration), std::uint16_t> &&
            is<decltype(Info::name), std::string> && offsetof(Info, start) == 0 &&
-           offsetof(Info, duration) == 6 && offsetof(Info, name) == 8;
+           offsetof(Info, duration) == 6 && offsetof(Info, name) == 8 &&
+           sizeof(Info) == 8 + sizeof(std::string);
 }
 static_assert(programme_info_is_laid_out<spi_wrap::SpiProgramInfo, spi_wrap::MotDateTime>());
 static_assert(programme_info_is_laid_out<spi::SpiProgramInfo, spi::MotDateTime>());
@@ -92,12 +96,15 @@ static_assert(offsetof(spi_wrap::SpiLogoInfo, scids) == 5);
 static_assert(offsetof(spi_wrap::SpiLogoInfo, image_format) == 8);
 static_assert(offsetof(spi_wrap::SpiLogoInfo, size_code) == 12);
 static_assert(offsetof(spi_wrap::SpiLogoInfo, file_name) == 16);
+static_assert(sizeof(spi_wrap::SpiLogoInfo) == 16 + sizeof(std::string));
 static_assert(spi_wrap::IMAGE_UNKNOWN == 0 && spi_wrap::IMAGE_JPEG == 1 && spi_wrap::IMAGE_PNG == 2);
 
 static_assert(is<decltype(spi::SpiLogoInfo::service), spi::ServElemId>);
 static_assert(is<decltype(spi::SpiLogoInfo::image_format), std::uint8_t>);
 static_assert(is<decltype(spi::SpiLogoInfo::size_code), std::uint8_t>);
 static_assert(offsetof(spi::SpiLogoInfo, image_format) == 8 && offsetof(spi::SpiLogoInfo, size_code) == 9);
+static_assert(offsetof(spi::SpiLogoInfo, name) == (sizeof(void*) == 8 ? 16 : 12));
+static_assert(sizeof(spi::SpiLogoInfo) == offsetof(spi::SpiLogoInfo, name) + sizeof(std::string));
 
 static_assert(std::is_polymorphic_v<spi_wrap::toSpiServer>);
 static_assert(std::has_virtual_destructor_v<spi_wrap::toSpiServer>);
@@ -119,50 +126,28 @@ static_assert(std::has_virtual_destructor_v<ZebSharedSyncObject>);
 static_assert(sizeof(spi_wrap::SysDataInfoStruct) == 5136);
 static_assert(offsetof(spi_wrap::SysDataInfoStruct, storage_path) == 0);
 
-// The slot of a virtual function: by the C++ ABI that g++ and clang share, a pointer to a virtual member
-// function begins with its table offset, plus one on most machines. A destructor takes two slots.
-template <class Function>
-std::size_t slot_of(Function function) {
-    std::uintptr_t first = 0;
-    std::memcpy(&first, &function, sizeof first);
-    return (first & ~std::uintptr_t{1}) / sizeof(void*);
-}
+using server = spi_wrap::toSpiServer;
+static_assert(
+    is<decltype(&server::SetCurrentService), int (server::*)(spi_wrap::ServElemId&, unsigned short)>);
+static_assert(is<decltype(&server::SetDateTime), int (server::*)(spi_wrap::MotDateTime&)>);
+static_assert(is<decltype(&server::FeedMotBody),
+                 int (server::*)(spi_wrap::MotBodyMetadata&, spi_wrap::MotBody&, spi_wrap::ServElemId&)>);
+using listener = spi_wrap::ISpiListener;
+static_assert(is<decltype(&listener::ProgramNowNextUpdated),
+                 void (listener::*)(spi_wrap::SpiProgramInfo&, spi_wrap::SpiProgramInfo&)>);
+static_assert(is<decltype(&listener::StationLogoReceived), void (listener::*)(spi_wrap::SpiLogoInfo&)>);
 
+// A destructor takes the first two slots.
 TEST(WrapperInterface, OperationsOfTheServerKeepTheirSlots) {
-    EXPECT_EQ(slot_of(&spi_wrap::toSpiServer::SetCurrentService), 2U);
-    EXPECT_EQ(slot_of(&spi_wrap::toSpiServer::SetDateTime), 3U);
-    EXPECT_EQ(slot_of(&spi_wrap::toSpiServer::FeedMotBody), 4U);
+    EXPECT_EQ(virtual_slot(&server::SetCurrentService), 2);
+    EXPECT_EQ(virtual_slot(&server::SetDateTime), 3);
+    EXPECT_EQ(virtual_slot(&server::FeedMotBody), 4);
 }
 
 TEST(WrapperInterface, OperationsOfTheHostsListenerKeepTheirSlots) {
-    EXPECT_EQ(slot_of(&spi_wrap::ISpiListener::ProgramInfoReceived), 2U);
-    EXPECT_EQ(slot_of(&spi_wrap::ISpiListener::ProgramNowNextUpdated), 3U);
-    EXPECT_EQ(slot_of(&spi_wrap::ISpiListener::StationLogoReceived), 4U);
-}
-
-TEST(WrapperInterface, OperationsOfTheCoresListenerKeepTheirSlots) {
-    EXPECT_EQ(slot_of(&spi::ISpiListener::ProgramInfoReceived), 0U);  // no virtual destructor
-    EXPECT_EQ(slot_of(&spi::ISpiListener::ProgramNowNextUpdated), 1U);
-    EXPECT_EQ(slot_of(&spi::ISpiListener::StationLogoReceived), 2U);
-}
-
-TEST(WrapperInterface, OperationsOfTheNamedLockKeepTheirSlots) {
-    EXPECT_EQ(slot_of(&ZebSharedSyncObject::lock), 2U);
-    EXPECT_EQ(slot_of(&ZebSharedSyncObject::unlock), 3U);
-}
-
-TEST(WrapperInterface, OperationsHaveTheHostsSignatures) {
-    using server = spi_wrap::toSpiServer;
-    static_assert(
-        is<decltype(&server::SetCurrentService), int (server::*)(spi_wrap::ServElemId&, unsigned short)>);
-    static_assert(is<decltype(&server::SetDateTime), int (server::*)(spi_wrap::MotDateTime&)>);
-    static_assert(is<decltype(&server::FeedMotBody),
-                     int (server::*)(spi_wrap::MotBodyMetadata&, spi_wrap::MotBody&, spi_wrap::ServElemId&)>);
-    using listener = spi_wrap::ISpiListener;
-    static_assert(is<decltype(&listener::ProgramNowNextUpdated),
-                     void (listener::*)(spi_wrap::SpiProgramInfo&, spi_wrap::SpiProgramInfo&)>);
-    static_assert(is<decltype(&listener::StationLogoReceived), void (listener::*)(spi_wrap::SpiLogoInfo&)>);
-    SUCCEED();
+    EXPECT_EQ(virtual_slot(&listener::ProgramInfoReceived), 2);
+    EXPECT_EQ(virtual_slot(&listener::ProgramNowNextUpdated), 3);
+    EXPECT_EQ(virtual_slot(&listener::StationLogoReceived), 4);
 }
 
 TEST(CoreBody, AMovedFromBodyIsEmpty) {
