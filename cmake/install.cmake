@@ -45,14 +45,9 @@ install(TARGETS dabspi_wrapper dabspi_core EXPORT dabspi)
 install(EXPORT dabspi FILE dabspi-targets.cmake NAMESPACE dabspi:: DESTINATION ${dabspi_cmake_dir} COMPONENT development)
 configure_package_config_file(cmake/dabspi-config.cmake.in ${PROJECT_BINARY_DIR}/package/dabspi-config.cmake
     INSTALL_DESTINATION ${dabspi_cmake_dir} NO_SET_AND_CHECK_MACRO)
-# Before 1.0 a new minor version may break its hosts.
-if(PROJECT_VERSION_MAJOR EQUAL 0)
-    set(dabspi_compatibility SameMinorVersion)
-else()
-    set(dabspi_compatibility SameMajorVersion)
-endif()
+# The SONAME is the major version, and an incompatible change needs another (scripts/check-abi).
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/dabspi-config-version.cmake
-    COMPATIBILITY ${dabspi_compatibility})
+    COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/package/dabspi-config.cmake ${PROJECT_BINARY_DIR}/package/dabspi-config-version.cmake
     DESTINATION ${dabspi_cmake_dir} COMPONENT development)
 
