@@ -35,11 +35,8 @@ std::vector<command> add_command_line(CLI::App& app) {
     return {
         add_replay_command(app),
 #ifdef DABSPI_WORKBENCH
-        add_inspect_command(app),
-        add_check_command(app),
-        add_explain_command(app),
-        add_encode_command(app),
-        add_record_command(app),
+        add_inspect_command(app), add_check_command(app),  add_explain_command(app),
+        add_encode_command(app),  add_record_command(app),
 #endif
     };
 }
