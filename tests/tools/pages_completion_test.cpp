@@ -122,6 +122,15 @@ TEST_F(Completion, DirectoriesAloneAreOfferedWhereOneIsMeant) {
     EXPECT_THAT(offered({"dabspi", "replay", "--storage", ""}), UnorderedElementsAre("out"));
 }
 
+TEST_F(Completion, WordsAreOfferedForOperandsThatAreSome) {
+    EXPECT_THAT(offered({"dabspi", "explain", "gap", "over"}), UnorderedElementsAre("overlap"));
+}
+
+TEST_F(Completion, NothingIsOfferedForAFormThatIsFilledIn) {
+    EXPECT_THAT(offered({"dabspi", "check", "--date", ""}), IsEmpty());
+    EXPECT_THAT(offered({"dabspi", "check", "--service", ""}), IsEmpty());
+}
+
 TEST_F(Completion, NothingIsOfferedForCommandsThatThereAreNot) {
     EXPECT_THAT(offered({"dabspi", "rewind", ""}), IsEmpty());
 }

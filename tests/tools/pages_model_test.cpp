@@ -68,6 +68,21 @@ TEST_F(CommandLineModel, NumbersAreKnownByTheirTypeAndDirectoriesByTheirName) {
     EXPECT_EQ(only_option().value, "TEXT");
 }
 
+TEST_F(CommandLineModel, NothingIsOfferedForAFormThatIsFilledIn) {
+    app_.add_option("--date", text_, "")->option_text("DATE[Thh:mm]");
+    EXPECT_EQ(only_option().kind, value_kind::nothing);
+    EXPECT_EQ(only_option().value, "DATE[Thh:mm]");
+}
+
+TEST_F(CommandLineModel, AnOperandKeepsItsNameBesideItsWords) {
+    app_.add_option("CODE", texts_, "What to explain")->type_name("{gap,overlap}")->option_text("...");
+    const dabspi::command_model model = dabspi::model_of(app_)[0];
+    ASSERT_EQ(model.operands.size(), 1U);
+    EXPECT_EQ(model.operands[0].value, "CODE");
+    EXPECT_EQ(model.operands[0].kind, value_kind::choice);
+    EXPECT_THAT(model.operands[0].choices, ElementsAre("gap", "overlap"));
+}
+
 TEST_F(CommandLineModel, OperandsAreToldFromOptions) {
     app_.add_option("RECORDING", texts_, "What to read")->required()->option_text(" ");
     const dabspi::command_model model = dabspi::model_of(app_)[0];

@@ -136,10 +136,10 @@ command add_check_command(CLI::App& dabspi) {
     CLI::App* const app =
         dabspi.add_subcommand("check", "Play a broadcast and explain what a receiver makes of it");
     const auto options = std::make_shared<check_options>();
-    app->add_option("INPUT", options->input,
+    app->add_option("RECORDING", options->input,
                     "A recording (JSON Lines; - is standard input), or a folder of MOT bodies")
         ->required()
-        ->option_text("RECORDING|FOLDER");
+        ->option_text("or FOLDER");
     CLI::Option* const json = app->add_flag("--json", options->json, "Print one JSON object instead of text");
     app->add_option("--html", options->html, "Write a page as well, whole in one file; - is standard output")
         ->option_text("FILE");

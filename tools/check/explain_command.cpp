@@ -77,6 +77,14 @@ std::string unknown(const std::string& name) {
                  : "; \"dabspi explain\" lists them all");
 }
 
+// "malformed,gap": the completion offers them.
+std::string all_names() {
+    std::string text;
+    for (const catalogue_entry& each : catalogue())
+        text += (text.empty() ? "" : ",") + std::string(each.name);
+    return text;
+}
+
 int explain(const std::vector<std::string>& names, bool as_page) {
     std::string text;
     bool all_known = true;
@@ -114,6 +122,7 @@ command add_explain_command(CLI::App& dabspi) {
     const auto as_page = std::make_shared<bool>(false);
     CLI::Option* const codes =
         app->add_option("CODE", *names, "Codes of findings, such as gap; without one, all are listed")
+            ->type_name("{" + all_names() + "}")
             ->option_text("...");
     app->add_flag("--markdown", *as_page, "Print the whole catalogue as a table in Markdown")
         ->excludes(codes);

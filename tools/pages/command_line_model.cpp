@@ -39,6 +39,8 @@ std::vector<std::string> choices_of(const std::string& text, const std::string& 
 }
 
 value_kind kind_of(const std::string& value, const std::string& type) {
+    // "ECC.SID.SCIDS", "DATE[Thh:mm]": a form to be filled in, for which nothing can be offered.
+    if (value.find_first_of(".[") != value.npos) return value_kind::nothing;
     if (type.rfind("INT", 0) == 0 || type.rfind("UINT", 0) == 0 || type.rfind("FLOAT", 0) == 0)
         return value_kind::number;
     if (value == "RECORDING") return value_kind::recording;
@@ -69,7 +71,8 @@ argument_model model_of(const CLI::Option& option) {
     }
     result.choices = choices_of(text, type);
     result.kind = result.choices.empty() ? kind_of(result.value, type) : value_kind::choice;
-    if (result.kind == value_kind::choice) {
+    // An operand keeps its name: its words may be many.
+    if (result.kind == value_kind::choice && option.nonpositional()) {
         result.value.clear();
         for (const std::string& choice : result.choices)
             result.value += (result.value.empty() ? "" : "|") + choice;

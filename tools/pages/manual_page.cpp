@@ -41,7 +41,7 @@ std::string synopsis(const command_model& command, bool whole) {
     }
     if (whole) result += "\\fICOMMAND\\fR [\\fIARGUMENT\\fR...]\n";
     for (const argument_model& operand : command.operands) {
-        const std::string usage = value_of(operand) + (operand.repeats ? "..." : "");
+        const std::string usage = italic(operand.value) + (operand.repeats ? "..." : "");
         result += (operand.required ? usage : "[" + usage + "]") + "\n";
     }
     result += ".br\n.B " + roff(command.name) + " \\-\\-help\n";
@@ -66,7 +66,7 @@ std::string addition(const argument_model& argument, const prose& words) {
 std::string arguments(const command_model& command, const prose& words) {
     std::string result;
     for (const argument_model& operand : command.operands)
-        result += ".TP\n" + value_of(operand) + "\n" + sentence(operand.help) + addition(operand, words);
+        result += ".TP\n" + italic(operand.value) + "\n" + sentence(operand.help) + addition(operand, words);
     for (const argument_model& option : command.options) {
         std::string names;
         for (const std::string& name : option.names)
