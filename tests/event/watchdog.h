@@ -12,7 +12,12 @@
 class watchdog {
  public:
     explicit watchdog(std::chrono::seconds limit = std::chrono::seconds(120))
-        : thread_([this, limit] { watch(limit); }) {}
+        : thread_([this, limit] { watch(limit); }) {
+        // It sleeps before the test begins: a sanitizer's first look at an object opens descriptors for a
+        // moment, on whichever thread, and some tests count these.
+        std::unique_lock<std::mutex> lock(mutex_);
+        changed_.wait(lock, [this] { return watching_; });
+    }
     ~watchdog() {
         {
             const std::lock_guard<std::mutex> lock(mutex_);
@@ -27,6 +32,8 @@ class watchdog {
  private:
     void watch(std::chrono::seconds limit) {
         std::unique_lock<std::mutex> lock(mutex_);
+        watching_ = true;
+        changed_.notify_all();
         if (changed_.wait_for(lock, limit, [this] { return done_; })) return;
         std::fprintf(stdout, "watchdog: the test hangs\n");
         std::fflush(stdout);
@@ -35,6 +42,7 @@ class watchdog {
 
     std::mutex mutex_;
     std::condition_variable changed_;
+    bool watching_ = false;
     bool done_ = false;
     std::thread thread_;  // last: it uses the others
 };
