@@ -7,8 +7,8 @@
 // A document with `services` gives one object for each ensemble that their bearers name; every other document
 // gives one object. The order of the document is kept but for two things: attributes stand in the order of
 // their tags, and the bearers of a service before its first mediaDescription, because receivers file a logo
-// under the bearer that they have read by then. Nothing is thrown for a bad document: with `errors`, there are
-// no objects.
+// under the bearer that they have read by then. Nothing is thrown for a bad document: with `errors`, there
+// are no objects.
 #pragma once
 
 #include <map>

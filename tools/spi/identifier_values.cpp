@@ -15,8 +15,8 @@ constexpr std::uint8_t kEnsembleFlag = 0x40;
 constexpr std::uint8_t kXpadFlag = 0x20;
 constexpr std::uint8_t kLongSidFlag = 0x10;
 
-// A URI where the coding belongs: "http://...", "fm:ce1.c221.09580". A coding can happen to be all letters, too
-// (SCIdS 15 and "O" are one byte): what has exactly the length that its flags ask for is none.
+// A URI where the coding belongs: "http://...", "fm:ce1.c221.09580". A coding can happen to be all letters,
+// too (SCIdS 15 and "O" are one byte): what has exactly the length that its flags ask for is none.
 bool looks_like_text(byte_view from) {
     return from.size() > 4 &&
            std::all_of(from.begin(), from.end(), [](std::uint8_t b) { return b >= 0x20 && b < 0x7F; }) &&
