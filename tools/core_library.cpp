@@ -16,13 +16,6 @@ constexpr std::uint16_t kSpiApplication = 7;  // the DAB user application type o
 service_id from(const spi::ServElemId& id) {
     return {id.sid, id.ecc, id.scids};
 }
-spi::ServElemId to_core(const service_id& id) {
-    spi::ServElemId result;
-    result.sid = id.sid;
-    result.ecc = id.ecc;
-    result.scids = id.scids;
-    return result;
-}
 programme from(const spi::SpiProgramInfo& info) {
     return {info.start, info.duration, info.name};
 }
@@ -61,7 +54,7 @@ class core_library final : public fed_library {
         server_->SetDateTime(copy);
     }
     void set_current_service(const service_id& service, std::uint16_t ensemble) override {
-        spi::ServElemId id = to_core(service);
+        auto id = identifier_of<spi::ServElemId>(service);
         server_->SetCurrentService(id, ensemble);
     }
     void feed(const feed_mot_body& object) override {
@@ -74,7 +67,8 @@ class core_library final : public fed_library {
         auto data = std::make_unique<unsigned char[]>(size);
         if (size != 0) std::memcpy(data.get(), object.body->data(), size);
         spi::MotBody body(static_cast<std::uint32_t>(size), std::move(data));
-        server_->FeedMotBody(std::move(metadata), std::move(body), to_core(object.service));
+        server_->FeedMotBody(std::move(metadata), std::move(body),
+                             identifier_of<spi::ServElemId>(object.service));
     }
     void resend_now_next() override { server_->ResendNowNext(); }
 

@@ -24,6 +24,16 @@ struct service_id {
     std::uint8_t scids = 0;
 };
 
+// The same in the words of either interface of the library: their identifiers have parts of the same names.
+template <class Identifier>
+Identifier identifier_of(const service_id& id) {
+    Identifier result;
+    result.sid = id.sid;
+    result.ecc = id.ecc;
+    result.scids = id.scids;
+    return result;
+}
+
 // The host's own texts. A text of 8 (date) or 4 (time) bytes is all digits; one of another length leaves its
 // part of the date and time zero, as it would for a host.
 struct set_date_time {

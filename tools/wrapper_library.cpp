@@ -16,14 +16,6 @@ namespace dabspi {
 
 namespace {
 
-spi_wrap::ServElemId to_wrapper(const service_id& id) {
-    spi_wrap::ServElemId result;
-    result.sid = id.sid;
-    result.ecc = id.ecc;
-    result.scids = id.scids;
-    return result;
-}
-
 programme from(const spi_wrap::SpiProgramInfo& info) {
     programme result;
     result.start.year = info.start.year;
@@ -100,7 +92,7 @@ class wrapper_library final : public fed_library {
         live_->server->SetDateTime(copy);
     }
     void set_current_service(const service_id& service, std::uint16_t ensemble) override {
-        spi_wrap::ServElemId id = to_wrapper(service);
+        auto id = identifier_of<spi_wrap::ServElemId>(service);
         live_->server->SetCurrentService(id, ensemble);
     }
     void feed(const feed_mot_body& object) override {
@@ -111,7 +103,7 @@ class wrapper_library final : public fed_library {
         spi_wrap::MotBody body;
         body.size = static_cast<std::uint32_t>(object.body->size());
         body.data = object.body->data();
-        spi_wrap::ServElemId id = to_wrapper(object.service);
+        auto id = identifier_of<spi_wrap::ServElemId>(object.service);
         live_->server->FeedMotBody(metadata, body, id);
     }
     void resend_now_next() override {

@@ -93,11 +93,7 @@ std::string service_text(const spi::ServElemId& service) {
 }
 
 spi::ServElemId id_of(const service_id& service) {
-    spi::ServElemId id;
-    id.sid = service.sid;
-    id.ecc = service.ecc;
-    id.scids = service.scids;
-    return id;
+    return identifier_of<spi::ServElemId>(service);
 }
 
 }  // namespace dabspi::check
