@@ -30,11 +30,17 @@ inline std::optional<std::uint64_t> stress_setting(const char* variable) {
     return value;
 }
 
+// The same, or the usual number.
+inline unsigned stress_number(const char* variable, unsigned usual) {
+    const std::uint64_t number = stress_setting(variable).value_or(usual);
+    if (number == 0 || number > std::numeric_limits<unsigned>::max())
+        throw std::invalid_argument(std::string(variable) + " is " + std::to_string(number) +
+                                    "; it must be from 1 to 4294967295");
+    return static_cast<unsigned>(number);
+}
+
 inline unsigned stress_rounds(unsigned usual) {
-    const std::uint64_t rounds = stress_setting("DABSPI_STRESS_ROUNDS").value_or(usual);
-    if (rounds == 0 || rounds > std::numeric_limits<unsigned>::max())
-        throw std::invalid_argument(std::to_string(rounds) + " rounds cannot be played");
-    return static_cast<unsigned>(rounds);
+    return stress_number("DABSPI_STRESS_ROUNDS", usual);
 }
 
 inline std::vector<std::uint64_t> stress_seeds() {

@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <set>
 #include <string>
 
+#include "tests/stress/stress_settings.h"
 #include "tests/tools/encode/random_documents.h"
 #include "tools/encode/broadcast_object.h"
 #include "tools/spi/decode.h"
@@ -18,11 +18,6 @@ namespace {
 namespace so = dabspi::spi_object;
 
 constexpr unsigned kFlags = pugi::parse_default | pugi::parse_ws_pcdata_single;
-
-std::uint32_t setting(const char* name, std::uint32_t usual) {
-    const char* const given = std::getenv(name);
-    return given == nullptr ? usual : static_cast<std::uint32_t>(std::strtoul(given, nullptr, 10));
-}
 
 std::string canonical_text(const std::string& document) {
     pugi::xml_document parsed;
@@ -40,8 +35,8 @@ std::string notes(const dabspi::encoded_document& of) {
 }
 
 TEST(RoundTrip, EveryRandomDocumentComesBackAsItWas) {
-    const std::uint32_t documents = setting("DABSPI_ROUND_TRIP_DOCUMENTS", 3000);
-    const std::uint32_t seed = setting("DABSPI_ROUND_TRIP_SEED", 1);
+    const std::uint32_t documents = stress_number("DABSPI_ROUND_TRIP_DOCUMENTS", 3000);
+    const std::uint32_t seed = stress_number("DABSPI_ROUND_TRIP_SEED", 1);
     random_documents random(seed);
     std::set<std::string> seen;  // "time/@duration"
     std::size_t with_tokens = 0;
