@@ -12,6 +12,7 @@ std::atomic<std::int64_t> live_bytes{0};
 std::atomic<std::int64_t> live_blocks{0};
 std::atomic<std::int64_t> highest{0};
 std::atomic<std::uint64_t> taken{0};
+std::atomic<std::uint64_t> blocks_taken{0};
 
 void* take(std::size_t size) {
     void* const memory = std::malloc(size == 0 ? 1 : size);
@@ -19,6 +20,7 @@ void* take(std::size_t size) {
     const auto bytes = static_cast<std::int64_t>(malloc_usable_size(memory));
     taken += static_cast<std::uint64_t>(bytes);
     ++live_blocks;
+    ++blocks_taken;
     const std::int64_t now = live_bytes += bytes;
     std::int64_t before = highest;
     while (now > before && !highest.compare_exchange_weak(before, now)) {
@@ -58,7 +60,7 @@ heap_use live_heap() {
     return {live_bytes, live_blocks};
 }
 
-counted_heap::counted_heap() : live_before_(live_bytes), total_before_(taken) {
+counted_heap::counted_heap() : live_before_(live_bytes), total_before_(taken), blocks_before_(blocks_taken) {
     highest = live_before_;
 }
 std::int64_t counted_heap::live() const {
@@ -69,4 +71,7 @@ std::uint64_t counted_heap::peak() const {
 }
 std::uint64_t counted_heap::total() const {
     return taken - total_before_;
+}
+std::uint64_t counted_heap::blocks() const {
+    return blocks_taken - blocks_before_;
 }

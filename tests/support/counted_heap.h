@@ -19,10 +19,12 @@ class counted_heap {
 
     // Bytes taken and not given back since. Negative when what was there before has been given back.
     std::int64_t live() const;
-    std::uint64_t peak() const;   // the highest that live() has been, from 0
-    std::uint64_t total() const;  // bytes taken in all
+    std::uint64_t peak() const;    // the highest that live() has been, from 0
+    std::uint64_t total() const;   // bytes taken in all
+    std::uint64_t blocks() const;  // how often anything was taken
 
  private:
     std::int64_t live_before_;
     std::uint64_t total_before_;
+    std::uint64_t blocks_before_;
 };

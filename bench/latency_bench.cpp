@@ -1,0 +1,92 @@
+// From a host call into a library at rest until the listener is called: every thread on the way is asleep and
+// has to be woken. The ceiling is a bare chain of the same threads.
+#include <time.h>
+
+#include "bench/bare_pipeline.h"
+#include "bench/live_core.h"
+#include "bench/paired.h"
+
+namespace {
+
+using namespace bench;
+using clock = std::chrono::steady_clock;
+
+// Lets every thread fall asleep.
+void rest() {
+    const timespec length{0, 100'000};
+    nanosleep(&length, nullptr);
+}
+
+double seconds(clock::duration d) {
+    return std::chrono::duration<double>(d).count();
+}
+
+void compare(benchmark::State& state, countdown& heard, const std::function<void()>& prepare,
+             const std::function<void()>& call, int bare_destination) {
+    const auto figure = [&] {
+        prepare();
+        live_core::settle();
+        heard.expect(1);
+        rest();
+        const auto begin = clock::now();
+        call();
+        return seconds(heard.wait() - begin);
+    };
+    countdown bare_heard;
+    bare_pipeline bare(1, [&] { bare_heard.call(); });
+    const auto ceiling = [&] {
+        bare_heard.expect(1);
+        rest();
+        const auto begin = clock::now();
+        bare.post(bare_destination);
+        return seconds(bare_heard.wait() - begin);
+    };
+    measure(state, figure, {{"bare", ceiling}}, {1, 0, true});
+}
+
+// Host, router, database, router, notifier.
+void latency_resend(benchmark::State& state) {
+    live_core core;
+    compare(
+        state, core.listener->updates, [] {}, [&] { core.server.ResendNowNext(); }, bare_pipeline::kDatabase);
+}
+
+// Host, router, parser, router, database, router, notifier: an object with one new programme.
+void latency_object(benchmark::State& state) {
+    live_core core;
+    core.set_clock(600);
+    core.tune(0x3000);
+    live_core::settle();
+    const spi_builder::bytes object = programme_object(0, 1, {});
+    spi::MotBody body;
+    compare(
+        state, core.listener->programmes,
+        [&] {
+            core.forget(0x3000);
+            body = body_of(object);
+        },
+        [&] { core.feed(std::move(body), "object"); }, bare_pipeline::kParser);
+}
+
+// A tick of the clock at which the programme changes: to everybody, and from the database to the notifier.
+void latency_tick(benchmark::State& state) {
+    live_core core;
+    core.set_clock(0);
+    core.tune(0);
+    core.feed(body_of(programme_object(0, 96, {})), "object");
+    live_core::settle();
+    unsigned minute = 0;
+    compare(
+        state, core.listener->updates, [] {},
+        [&] {
+            minute = (minute + 30) % 1440;
+            core.set_clock(minute + 1);
+        },
+        bare_pipeline::kEverybody);
+}
+
+BENCHMARK(latency_resend)->UseManualTime()->Iterations(400);
+BENCHMARK(latency_object)->UseManualTime()->Iterations(400);
+BENCHMARK(latency_tick)->UseManualTime()->Iterations(400);
+
+}  // namespace

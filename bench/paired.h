@@ -1,0 +1,35 @@
+// A figure and its ceilings, measured turn by turn in one loop: whatever else the machine does, it does it to
+// both. Google Benchmark repeats the loop and takes the medians; scripts/bench prints them side by side.
+//
+// Counters of each benchmark: "ns" (the figure, per item), "ns@CEILING" (the ceiling, per item), and
+// "of@CEILING" (the figure's time divided by the ceiling's). Each is the median over the loop's turns, and
+// "p99" and "p99@CEILING" are the 99th percentiles where a figure asks for them.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// One turn: what is timed, with whatever must be made ready for it. Gives the seconds of the timed part.
+struct side {
+    std::string name;
+    std::function<double()> turn;
+};
+
+struct shape {
+    double items = 1;  // of one turn; figures are per item
+    double bytes = 0;  // of one turn; 0: no throughput
+    bool percentiles = false;
+};
+
+void measure(benchmark::State& state, const std::function<double()>& figure,
+             const std::vector<side>& ceilings, const shape& turn);
+
+// Seconds that `work` takes.
+double seconds_of(const std::function<void()>& work);
+
+}  // namespace bench
