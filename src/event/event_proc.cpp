@@ -1,6 +1,6 @@
 #include "src/event/event_proc.h"
 
-#include <list>
+#include <utility>
 
 #include "platform/zeb_thread.h"
 #include "src/event/event_backend.h"
@@ -62,19 +62,44 @@ void event_proc::process_event(event& e) {
 }
 
 int event_proc::post_event(event e) {
-    event* kept_by_the_dead = nullptr;
-    {
-        // As event_queue::post_event, but with a look at dead_ under the same lock: an EC_TERM is answered
-        // either here or by thread_died, never twice.
-        const std::lock_guard<std::mutex> lock(queue_.mutex_);
-        queue_.events_.push_back(std::move(e));
-        if (dead_) kept_by_the_dead = &queue_.events_.back();  // stays where it is: nobody takes it any more
-    }
-    wake_.notify_all();
-    if (kept_by_the_dead != nullptr && kept_by_the_dead->code() == EC_TERM) {
-        answer_term_for_the_dead(*kept_by_the_dead);
-    }
+    std::list<event> one;  // made before the lock is taken
+    one.push_back(std::move(e));
+    append(one);
     return 0;
+}
+
+void event_proc::append(std::list<event>& events) {
+    const auto first = events.begin();
+    const std::size_t count = events.size();
+    bool sleeper = false;
+    bool dead = false;
+    {
+        // With a look at dead_ under the same lock: an EC_TERM is answered either here or by thread_died,
+        // never twice.
+        const std::lock_guard<std::mutex> lock(queue_.mutex_);
+        queue_.events_.splice(queue_.events_.end(), events);
+        sleeper = std::exchange(asleep_, false);
+        dead = dead_;
+    }
+    if (sleeper) wake_.notify_all();
+    if (dead) answer_terms_for_the_dead(first, count);
+}
+
+bool event_proc::take(std::list<event>& events) {
+    std::unique_lock<std::mutex> lock(queue_.mutex_);
+    while (running_ && queue_.events_.empty()) {
+        asleep_ = true;
+        wake_.wait(lock);
+    }
+    asleep_ = false;
+    if (!running_) return false;
+    events.swap(queue_.events_);
+    return true;
+}
+
+void event_proc::give_back(std::list<event>& events) noexcept {
+    const std::lock_guard<std::mutex> lock(queue_.mutex_);
+    queue_.events_.splice(queue_.events_.begin(), events);
 }
 
 int event_proc::post(std::shared_ptr<i_evt_base> payload, _qid destination) {
@@ -125,22 +150,37 @@ void event_proc::run() {
     leave.regular = true;
 }
 
+// What the thread has taken. However serve() is left, the rest goes back to where it came from.
+class event_proc::events_in_hand {
+ public:
+    explicit events_in_hand(event_proc& worker) : worker_(worker) {}
+    ~events_in_hand() {
+        if (!events.empty()) worker_.give_back(events);
+    }
+    events_in_hand(const events_in_hand&) = delete;
+    events_in_hand& operator=(const events_in_hand&) = delete;
+
+    std::list<event> events;
+
+ private:
+    event_proc& worker_;
+};
+
 void event_proc::serve() {
     pre();
-    for (;;) {
-        event e;
-        {
-            std::unique_lock<std::mutex> lock(queue_.mutex_);
-            wake_.wait(lock, [this] { return !running_ || !queue_.events_.empty(); });
-            if (!running_) break;
-            e = std::move(queue_.events_.front());
-            queue_.events_.pop_front();
+    {
+        events_in_hand in_hand(*this);
+        while (take(in_hand.events)) {
+            while (running_ && !in_hand.events.empty()) {
+                event e = std::move(in_hand.events.front());
+                in_hand.events.pop_front();
+                if (e.code() == EC_NONE) continue;  // no payload, or one that says nothing
+                answering_term_ = e.code() == EC_TERM;
+                process_event(e);
+                answering_term_ = false;
+                // The payload is released here, at the end of its turn, before the next one.
+            }
         }
-        if (e.code() == EC_NONE) continue;  // no payload, or one that says nothing
-        answering_term_ = e.code() == EC_TERM;
-        process_event(e);
-        answering_term_ = false;
-        // The payload is released here, at the end of its turn, before the next wait.
     }
     post();
 }
@@ -166,8 +206,12 @@ void event_proc::thread_died() noexcept {
             answer_term_for_the_dead(in_hand);
         }
     }
-    // The nodes seen above stay where they are: nobody takes from this queue any more. The step behind the
-    // last of them is not made: its link belongs to whoever posts next.
+    answer_terms_for_the_dead(first, count);
+}
+
+// `count` events of a dead worker's queue. They stay where they are: nobody takes from it any more. The step
+// behind the last of them is not made: its link belongs to whoever posts next.
+void event_proc::answer_terms_for_the_dead(std::list<event>::iterator first, std::size_t count) noexcept {
     while (count > 0) {
         if (first->code() == EC_TERM) answer_term_for_the_dead(*first);
         if (--count > 0) ++first;

@@ -2,6 +2,10 @@
 // Everything active in the library is one. Workers never call each other; they send events through the
 // router.
 //
+// Taking. The thread takes whatever its queue holds under one lock, and handles it without any. Between two
+// events it looks whether it has been stopped; what it has then taken and not handled goes back to the
+// queue's head, as it does when a handler throws. So nobody can tell from outside that it had left the queue.
+//
 // Deriving. The thread is created by the base constructor, when the derived object does not exist yet. If it
 // went on at once it would call pre() and process_event() of the base, or of whatever class is under
 // construction: a data race, and in the server's case a termination lock that nobody took. So the thread
@@ -22,6 +26,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <list>
 #include <memory>
 
 #include "src/event/event.h"
@@ -93,16 +98,27 @@ class event_proc {
  private:
     friend class event_backend;  // sets backend_
 
+    class events_in_hand;
+
     void run();
     void serve();
+    // Appends all, and leaves `events` empty; no memory is needed. Wakes the worker if it sleeps.
+    void append(std::list<event>& events);
+    // Waits for events and takes all there are; false when the worker was stopped instead.
+    bool take(std::list<event>& events);
+    void give_back(std::list<event>& events) noexcept;
     void thread_died() noexcept;
+    void answer_terms_for_the_dead(std::list<event>::iterator first, std::size_t count) noexcept;
     void answer_term_for_the_dead(event& e) noexcept;
     void note_lost_answer() noexcept;
 
     event_queue queue_;
     event_backend* backend_ = nullptr;  // null until registration; not owned
     std::condition_variable wake_;
-    bool running_ = true;  // guarded by the queue's mutex
+    std::atomic<bool> running_{true};  // changed under the queue's mutex; its own thread reads it without
+    // The thread waits for events, and nobody has woken it yet; guarded by the queue's mutex. Who finds it
+    // awake need not notify it.
+    bool asleep_ = false;
     std::unique_ptr<ZebThread<my_thread<event_proc>>> thread_;
     my_thread<event_proc> binding_;
     bool started_ = false;  // the constructing, later the destroying thread only
