@@ -9,7 +9,7 @@ constexpr std::size_t kBucketHint = 10;
 
 }  // namespace
 
-event_backend::event_backend() : event_backend(deferred{}) {
+event_backend::event_backend() : event_backend(deferred(true)) {
     begin();
 }
 event_backend::event_backend(deferred d) : event_proc(QID_SYS, d), table_(kBucketHint) {}
@@ -37,6 +37,25 @@ void event_backend::process_event(event& e) {
     }
     serr() << ' ' << "Event backend - no queue " << ' ' << queue_name(e.destination) << ' ' << '/' << ' '
            << event_name(e.code());
+}
+
+bool event_backend::forward_run(std::list<event>& events) {
+    const _qid destination = events.front().destination;
+    if (destination == QID_NONE || destination == QID_ALL) return false;
+    auto end = events.begin();
+    while (end != events.end() && end->destination == destination)
+        ++end;
+    const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
+    const auto found = table_.find(destination);
+    if (found == table_.end() || !found->second->takes_runs_) return false;
+    std::list<event> run;
+    if (end == events.end()) {
+        run.swap(events);
+    } else {
+        run.splice(run.begin(), events, events.begin(), end);
+    }
+    found->second->append(run);
+    return true;
 }
 
 int event_backend::register_queue(event_proc* proc) {

@@ -7,6 +7,7 @@
 // the target's queue, so a slow handler never holds the router up.
 #pragma once
 
+#include <list>
 #include <mutex>
 #include <unordered_map>
 
@@ -47,6 +48,13 @@ class event_backend : public event_proc {
     explicit event_backend(deferred);
 
  private:
+    friend class event_proc;  // its loop, on the router's thread
+
+    // Moves the first of `events`, and those behind it that have the same destination, to that worker's
+    // queue: nodes and all, under one lock. False, and nothing is moved, when each must be handled by itself:
+    // a broadcast, no destination, no such worker, or one whose class has a post_event of its own.
+    bool forward_run(std::list<event>& events);
+
     // Recursive: a dead worker's answer to EC_TERM passes a dead router within the delivery that it answers.
     std::recursive_mutex table_mutex_;
     std::unordered_map<_qid, event_proc*> table_;  // guarded by table_mutex_; the workers are not owned

@@ -15,14 +15,68 @@ constexpr int kThreadRegistryValue =
     4000;                            // handed to the framework's thread registry, which knows its meaning
 constexpr int kExitTimeout = 10000;  // milliseconds
 
+// Sent at once, at the latest: enough that the lock and the wake-up do not count, few enough that the others
+// have something to do meanwhile.
+constexpr std::size_t kLongestRun = 64;
+
 }  // namespace
+
+// What a worker's thread holds while it serves: events that it has taken, and what their handlers have sent.
+// However serve() is left, results go to the router, and events that were not handled back to the queue's
+// head.
+class event_proc::work_in_hand {
+ public:
+    explicit work_in_hand(event_proc& worker) : worker_(worker) { of_this_thread = this; }
+    ~work_in_hand() {
+        of_this_thread = nullptr;
+        hand_on();
+        if (!taken.empty()) worker_.give_back(taken);
+    }
+    work_in_hand(const work_in_hand&) = delete;
+    work_in_hand& operator=(const work_in_hand&) = delete;
+
+    // That of `worker`, when the calling thread is its own and its router takes runs; otherwise null.
+    static work_in_hand* of(const event_proc& worker) {
+        work_in_hand* const own = of_this_thread;
+        return own != nullptr && &own->worker_ == &worker && worker.backend_->takes_runs_ ? own : nullptr;
+    }
+
+    void add_result(event&& result) {
+        results_.push_back(std::move(result));
+        if (results_.size() >= kLongestRun) hand_on();
+    }
+    void end_turn(event_code handled) {
+        if (results_.empty()) return;
+        if (worker_.keeps_results_ && !taken.empty() && taken.front().code() == handled) return;
+        hand_on();
+    }
+
+    std::list<event> taken;
+
+ private:
+    void hand_on() {
+        if (!results_.empty()) worker_.backend_->append(results_);
+    }
+
+    static thread_local work_in_hand* of_this_thread;
+
+    event_proc& worker_;
+    std::list<event> results_;
+};
+
+thread_local event_proc::work_in_hand* event_proc::work_in_hand::of_this_thread = nullptr;
 
 event_proc::event_proc(_qid id) : event_proc(id, deferred{}) {
     begin();
 }
 
-event_proc::event_proc(_qid id, deferred, thread_end_hook hook)
-    : queue_(id), binding_{this, &event_proc::run}, gate_open_(false), thread_end_hook_(hook) {
+event_proc::event_proc(_qid id, deferred manner, thread_end_hook hook)
+    : queue_(id),
+      binding_{this, &event_proc::run},
+      gate_open_(false),
+      takes_runs_(manner.takes_runs),
+      keeps_results_(manner.keeps_results),
+      thread_end_hook_(hook) {
     thread_ =
         std::make_unique<ZebThread<my_thread<event_proc>>>(&binding_, kThreadName, kThreadRegistryValue);
     started_ = thread_->Start();
@@ -108,7 +162,12 @@ int event_proc::post(std::shared_ptr<i_evt_base> payload, _qid destination) {
 
 int event_proc::send(std::shared_ptr<i_evt_base> payload, _qid destination) {
     if (backend_ == nullptr) return 1;
-    return backend_->post_event(event(destination, std::move(payload)));
+    event e(destination, std::move(payload));
+    if (work_in_hand* const own = work_in_hand::of(*this)) {
+        own->add_result(std::move(e));
+        return 0;
+    }
+    return backend_->post_event(std::move(e));
 }
 
 void event_proc::destroy_proc() {
@@ -150,34 +209,20 @@ void event_proc::run() {
     leave.regular = true;
 }
 
-// What the thread has taken. However serve() is left, the rest goes back to where it came from.
-class event_proc::events_in_hand {
- public:
-    explicit events_in_hand(event_proc& worker) : worker_(worker) {}
-    ~events_in_hand() {
-        if (!events.empty()) worker_.give_back(events);
-    }
-    events_in_hand(const events_in_hand&) = delete;
-    events_in_hand& operator=(const events_in_hand&) = delete;
-
-    std::list<event> events;
-
- private:
-    event_proc& worker_;
-};
-
 void event_proc::serve() {
     pre();
     {
-        events_in_hand in_hand(*this);
-        while (take(in_hand.events)) {
-            while (running_ && !in_hand.events.empty()) {
-                event e = std::move(in_hand.events.front());
-                in_hand.events.pop_front();
+        work_in_hand work(*this);
+        while (take(work.taken)) {
+            while (running_ && !work.taken.empty()) {
+                if (routes_runs() && static_cast<event_backend*>(this)->forward_run(work.taken)) continue;
+                event e = std::move(work.taken.front());
+                work.taken.pop_front();
                 if (e.code() == EC_NONE) continue;  // no payload, or one that says nothing
                 answering_term_ = e.code() == EC_TERM;
                 process_event(e);
                 answering_term_ = false;
+                work.end_turn(e.code());
                 // The payload is released here, at the end of its turn, before the next one.
             }
         }

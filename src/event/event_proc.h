@@ -6,6 +6,10 @@
 // events it looks whether it has been stopped; what it has then taken and not handled goes back to the
 // queue's head, as it does when a handler throws. So nobody can tell from outside that it had left the queue.
 //
+// Sending. What a handler sends reaches the router when its turn ends, or when a good many events have
+// gathered: one lock and one wake-up for all of them, instead of the router being woken for each and asleep
+// again before the next. Order is kept, and so is what was sent before a handler threw.
+//
 // Deriving. The thread is created by the base constructor, when the derived object does not exist yet. If it
 // went on at once it would call pre() and process_event() of the base, or of whatever class is under
 // construction: a data race, and in the server's case a termination lock that nobody took. So the thread
@@ -82,9 +86,17 @@ class event_proc {
     // not start.
     using thread_end_hook = void (*)(event_proc&) noexcept;
 
-    // Chooses the constructor for derived classes.
-    struct deferred {};
-    // For derived classes: the gate stays closed until begin(). `hook` may be null.
+    // For derived classes: the gate stays closed until begin(). What the library's own classes know of
+    // themselves makes hand-offs cheaper; a class that says nothing gets each event by itself.
+    struct deferred {
+        bool takes_runs;     // post_event is not overridden: several events may be queued at once
+        bool keeps_results;  // handlers are short: what they send may wait while events of the same code
+                             // follow
+
+        explicit deferred(bool runs = false, bool results = false)
+            : takes_runs(runs), keeps_results(results) {}
+    };
+    // The gate stays closed until begin(). `hook` may be null.
     event_proc(_qid id, deferred, thread_end_hook hook = nullptr);
     // Opens the gate: the object is complete.
     void begin();
@@ -96,12 +108,14 @@ class event_proc {
     bool lost_an_answer() const { return lost_answer_; }
 
  private:
-    friend class event_backend;  // sets backend_
+    friend class event_backend;  // sets backend_, appends runs
 
-    class events_in_hand;
+    class work_in_hand;
 
     void run();
     void serve();
+    // The router itself; a class derived from it handles each event in its process_event.
+    bool routes_runs() const { return takes_runs_ && queue_.id() == QID_SYS; }
     // Appends all, and leaves `events` empty; no memory is needed. Wakes the worker if it sleeps.
     void append(std::list<event>& events);
     // Waits for events and takes all there are; false when the worker was stopped instead.
@@ -127,6 +141,8 @@ class event_proc {
     // No thread will take events any more, though not stopped; guarded by the queue's mutex.
     bool dead_ = false;
     bool answering_term_ = false;  // this worker's thread only
+    const bool takes_runs_;
+    const bool keeps_results_;
     const thread_end_hook thread_end_hook_;
     std::atomic<bool> lost_answer_{false};
 };

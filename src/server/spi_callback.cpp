@@ -16,7 +16,7 @@ SpiProgramInfo program_info(const PiScheduleProgramme& programme) {
 
 }  // namespace
 
-SpiCallback::SpiCallback() : event_proc(QID_CBHDL, deferred{}) {
+SpiCallback::SpiCallback() : event_proc(QID_CBHDL, deferred(true)) {
     begin();
 }
 SpiCallback::~SpiCallback() {

@@ -94,19 +94,32 @@ TEST_F(DeadRouter, ThatNeverStartedPassesRequestsAndAnswersOn) {
     EXPECT_EQ(seen.all().size(), 2U);
 }
 
-TEST_F(DeadRouter, ThatDiedOfARequestSaysThatOneIsLost) {
+struct RouterWithoutMemory : DeadRouter {
     const thread_faults threads;
     event_backend router;  // thread 1
-    scripted_worker parser(QID_PARSE, note("parser"));
-    router.register_queue(&parser);
-    router.post(numbered(1), QID_PARSE);
-    seen.wait_for(1);  // the router's thread has made what it needs for itself
-    {
-        const allocation_faults fault(1, 1, allocation_faults::kOnce);  // the place in the parser's queue
-        router.post(std::make_shared<term_event>(), QID_PARSE);
-        teardown_monitor().wait([&] { return router.lost_an_answer(); });
-        EXPECT_TRUE(fault.struck());
+    scripted_worker parser{QID_PARSE, note("parser")};
+
+    void SetUp() override {
+        router.register_queue(&parser);
+        router.post(numbered(1), QID_ALL);
+        seen.wait_for(1);  // the router's thread has made what it needs for itself
     }
+    void TearDown() override { router.unregister_queue(QID_PARSE, false); }
+};
+
+TEST_F(RouterWithoutMemory, ForwardsWhatHasOneDestination) {
+    const allocation_faults fault(1, 1, allocation_faults::kFromThenOn);
+    router.post(numbered(2, EC_RESEND), QID_PARSE);
+    router.post(std::make_shared<term_event>(), QID_PARSE);
+    EXPECT_THAT(seen.wait_for(3), ElementsAre(testing::_, testing::_, "parser EC_TERM"));
+    EXPECT_FALSE(fault.struck());
+}
+
+TEST_F(RouterWithoutMemory, ThatDiesOfARequestToAllSaysThatOneIsLost) {
+    const allocation_faults fault(1, 1, allocation_faults::kOnce);  // the place in the parser's queue
+    router.post(std::make_shared<term_event>(), QID_ALL);
+    teardown_monitor().wait([&] { return router.lost_an_answer(); });
+    EXPECT_TRUE(fault.struck());
     parser.destroy_proc();
     EXPECT_EQ(seen.all().size(), 1U);
 }

@@ -114,7 +114,7 @@ TEST_P(AllocationSweep, EveryPointOfALifeIsSurvived) {
     }
     EXPECT_LT(n, kMostPoints);
     EXPECT_GT(constructions_failed, 30);
-    EXPECT_GT(n, 250);  // or the life was not a whole one
+    EXPECT_GT(n, 180);  // or the life was not a whole one
     report_tried("allocation", interface, mode == failing_new::kOnce ? "once" : "from then on", n - 1);
 }
 

@@ -1,6 +1,7 @@
-// Counts what is posted to each worker's queue, for tests that must know that something waits there.
-// Executables link arrivals.cpp with WRAP _ZN3spi10event_proc10post_eventENS_5eventE, the compiler's name of
-// event_proc::post_event: the workers' tables of virtual functions then name the counting one.
+// Counts what is posted to each worker's queue, one by one or by the router in runs, for tests that must know
+// that something waits there. Executables link arrivals.cpp with WRAP and the compiler's names of
+// event_proc::post_event and event_proc::append, dabspi_arrivals in CMake: the workers' tables of virtual
+// functions, and the router, then name the counting ones.
 #pragma once
 
 #include "src/event/event_names.h"
