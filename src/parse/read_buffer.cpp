@@ -11,8 +11,48 @@
 namespace spi {
 namespace {
 
-constexpr std::uint8_t kTwoByteLength = 0xFE;
 constexpr std::uint32_t kLongestPlainString = 255;
+
+bool is_code(char byte) {
+    return SpiTokenTable::is_code(static_cast<std::uint8_t>(byte));
+}
+
+// Looks at every byte, without stopping at the first: the compiler takes many at a time.
+bool holds_codes(std::string_view coded) {
+    bool found = false;
+    for (const char byte : coded)
+        found |= static_cast<std::uint8_t>(byte) < SpiTokenTable::kBeyondCodes;
+    return found;
+}
+
+// What the bytes stand for, piece by piece: stretches that stand for themselves, and the texts of tokens;
+// nothing where the object does not define one. Until `take` gives false.
+template <class Take>
+void for_each_text(std::string_view coded, const SpiTokenTable& tokens, Take take) {
+    for (std::size_t i = 0; i < coded.size();) {
+        std::string_view text;
+        if (is_code(coded[i])) {
+            const std::string* const defined = tokens.find(static_cast<std::uint8_t>(coded[i++]));
+            if (defined == nullptr) continue;
+            text = *defined;
+        } else {
+            const std::size_t begin = i;
+            while (i < coded.size() && !is_code(coded[i]))
+                ++i;
+            text = coded.substr(begin, i - begin);
+        }
+        if (!take(text)) return;
+    }
+}
+
+std::uint64_t expanded_size(std::string_view coded, const SpiTokenTable& tokens) {
+    std::uint64_t size = 0;
+    for_each_text(coded, tokens, [&](std::string_view text) {
+        size += text.size();
+        return true;
+    });
+    return size;
+}
 
 }  // namespace
 
@@ -23,52 +63,6 @@ ReadBuffer::ReadBuffer(MotBody&& body)
       string_bytes_left_(4 * std::uint64_t{size} + 65536),
       text_bytes_left_(255 * std::uint64_t{size} + 65536) {
     body.size = 0;
-}
-
-std::uint8_t ReadBuffer::ru8() {
-    if (!holds(1)) return 255;
-    return data[pos++];
-}
-
-std::uint16_t ReadBuffer::ru16() {
-    if (!holds(2)) return 65535;
-    const auto value = static_cast<std::uint16_t>(data[pos] << 8 | data[pos + 1]);
-    pos += 2;
-    return value;
-}
-
-// Four bytes must remain although three are read. Deliberate: a 24-bit value in the last three bytes of a
-// body reads as missing, so an element whose three-byte length stands there is taken as an element without
-// content.
-std::uint32_t ReadBuffer::ru24() {
-    if (!holds(4)) return kNoLength;
-    const std::uint32_t value =
-        std::uint32_t{data[pos]} << 16 | std::uint32_t{data[pos + 1]} << 8 | data[pos + 2];
-    pos += 3;
-    return value;
-}
-
-std::uint32_t ReadBuffer::ru32() {
-    if (!holds(4)) return 0xFFFFFFFF;
-    const std::uint32_t value = std::uint32_t{data[pos]} << 24 | std::uint32_t{data[pos + 1]} << 16 |
-                                std::uint32_t{data[pos + 2]} << 8 | data[pos + 3];
-    pos += 4;
-    return value;
-}
-
-std::uint8_t ReadBuffer::read_tag() {
-    if (!holds(1)) return kNoTag;
-    return data[pos++];
-}
-
-std::uint8_t ReadBuffer::eval_tag() const {
-    return holds(1) ? data[pos] : kNoTag;
-}
-
-std::uint32_t ReadBuffer::read_len() {
-    if (!holds(1)) return 255;  // a missing length byte reads as 255, like every missing byte
-    if (data[pos] < kTwoByteLength) return ru8();
-    return ru8() == kTwoByteLength ? ru16() : ru24();
 }
 
 // Deliberate: an element that ends exactly at the end of the body is not skipped.
@@ -97,30 +91,26 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len) {
 
 std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const SpiTokenTable& tokens) {
     const std::uint32_t readable = take_string_bytes(len);
-    // What the byte at `i` stands for: itself, a token's text, or nothing where the object does not define
-    // it.
-    const auto text_of = [&](std::uint32_t i) {
-        const std::uint8_t byte = data[pos + i];
-        if (!SpiTokenTable::is_code(byte)) {
-            return std::string_view(reinterpret_cast<const char*>(&data[pos + i]), 1);
-        }
-        const std::string* const text = tokens.find(byte);
-        return text != nullptr ? std::string_view(*text) : std::string_view();
-    };
+    // Most texts have no token in them: a glance at all bytes, and one copy.
+    const std::string_view coded(reinterpret_cast<const char*>(data.get()) + (readable > 0 ? pos : 0),
+                                 readable);
+    const bool plain = !holds_codes(coded);
     // Measured first, then copied: a string that grew by doubling would hold up to three times its length for
     // a moment, and a crafted name is long.
-    std::uint64_t expanded = 0;
-    for (std::uint32_t i = 0; i < readable; ++i)
-        expanded += text_of(i).size();
+    const std::uint64_t expanded = plain ? readable : expanded_size(coded, tokens);
     const std::uint64_t taken = std::min(expanded, text_bytes_left_);
     text_bytes_left_ -= taken;
     const std::uint64_t wanted = out.size() + taken;
     // With pointers of 32 bits a string ends at 2 GiB: no memory for it, like for any other that is too long.
     if (wanted > out.max_size()) throw std::bad_alloc();
     out.reserve(static_cast<std::size_t>(wanted));
-    for (std::uint32_t i = 0; i < readable && out.size() < wanted; ++i) {
-        const std::string_view text = text_of(i);
-        out.append(text.substr(0, static_cast<std::size_t>(wanted - out.size())));
+    if (plain) {
+        out.append(coded.substr(0, static_cast<std::size_t>(taken)));
+    } else {
+        for_each_text(coded, tokens, [&](std::string_view text) {
+            out.append(text.substr(0, static_cast<std::size_t>(wanted) - out.size()));
+            return out.size() < wanted;
+        });
     }
     if (taken < expanded) size = 0;  // beyond the budget the body counts as ended
     advance(len);
@@ -133,14 +123,6 @@ std::uint32_t ReadBuffer::fill_from(ReadBuffer& source) {
     if (remaining > 0) std::memmove(data.get(), &source.data[source.pos], remaining);
     source.pos = source.size;
     return source.size;
-}
-
-void ReadBuffer::spend_scope() {
-    if (scopes_left_ == 0) {
-        size = 0;
-        return;
-    }
-    --scopes_left_;
 }
 
 std::uint32_t ReadBuffer::take_string_bytes(std::uint32_t len) {

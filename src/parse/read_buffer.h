@@ -77,6 +77,8 @@ class ReadBuffer {
     std::uint64_t text_bytes_left() const { return text_bytes_left_; }
 
  private:
+    static constexpr std::uint8_t kTwoByteLength = 0xFE;
+
     bool holds(std::uint32_t count) const { return pos <= size && count <= size - pos; }
     // How many of `len` bytes at `pos` can be read as a string; spends them.
     std::uint32_t take_string_bytes(std::uint32_t len);
@@ -86,5 +88,63 @@ class ReadBuffer {
     std::uint64_t string_bytes_left_;
     std::uint64_t text_bytes_left_;
 };
+
+// Reads are small and many: inline, so that a handler that opens an element and looks at its tag is one
+// function.
+
+inline std::uint8_t ReadBuffer::ru8() {
+    if (!holds(1)) return 255;
+    return data[pos++];
+}
+
+inline std::uint16_t ReadBuffer::ru16() {
+    if (!holds(2)) return 65535;
+    const auto value = static_cast<std::uint16_t>(data[pos] << 8 | data[pos + 1]);
+    pos += 2;
+    return value;
+}
+
+// Four bytes must remain although three are read. Deliberate: a 24-bit value in the last three bytes of a
+// body reads as missing, so an element whose three-byte length stands there is taken as an element without
+// content.
+inline std::uint32_t ReadBuffer::ru24() {
+    if (!holds(4)) return kNoLength;
+    const std::uint32_t value =
+        std::uint32_t{data[pos]} << 16 | std::uint32_t{data[pos + 1]} << 8 | data[pos + 2];
+    pos += 3;
+    return value;
+}
+
+inline std::uint32_t ReadBuffer::ru32() {
+    if (!holds(4)) return 0xFFFFFFFF;
+    const std::uint32_t value = std::uint32_t{data[pos]} << 24 | std::uint32_t{data[pos + 1]} << 16 |
+                                std::uint32_t{data[pos + 2]} << 8 | data[pos + 3];
+    pos += 4;
+    return value;
+}
+
+inline std::uint8_t ReadBuffer::read_tag() {
+    if (!holds(1)) return kNoTag;
+    return data[pos++];
+}
+
+inline std::uint8_t ReadBuffer::eval_tag() const {
+    return holds(1) ? data[pos] : kNoTag;
+}
+
+inline std::uint32_t ReadBuffer::read_len() {
+    if (!holds(1)) return 255;  // a missing length byte reads as 255, like every missing byte
+    if (data[pos] < kTwoByteLength) return ru8();
+    return ru8() == kTwoByteLength ? ru16() : ru24();
+}
+
+// The budget's end is the body's.
+inline void ReadBuffer::spend_scope() {
+    if (scopes_left_ == 0) {
+        size = 0;
+        return;
+    }
+    --scopes_left_;
+}
 
 }  // namespace spi

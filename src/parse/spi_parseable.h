@@ -11,7 +11,9 @@
 //     }
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 
 #include "src/parse/read_buffer.h"
 
@@ -20,10 +22,10 @@ namespace spi {
 class spi_parseable {
  public:
     // Opens the element at the buffer's position.
-    explicit spi_parseable(ReadBuffer& buffer);
+    explicit spi_parseable(ReadBuffer& buffer) : buf(buffer), end(buffer.pos) { open(); }
     // Opens a child element at the position of the parent's buffer. To the language this is a copy
     // constructor: a scope passed by value would open a child, so scopes are passed by reference.
-    spi_parseable(spi_parseable& parent);
+    spi_parseable(spi_parseable& parent) : buf(parent.buf), end(parent.buf.pos) { open(); }
     ~spi_parseable() { buf.pos = end; }
     spi_parseable(const spi_parseable&) = delete;
     spi_parseable& operator=(const spi_parseable&) = delete;
@@ -42,7 +44,10 @@ class spi_parseable {
     bool holds(std::uint32_t count) const { return end > buf.pos && end - buf.pos >= count; }
 
     // Bytes of content that are left and that the body holds: the length for every read of a string.
-    std::uint32_t content_left() const;
+    std::uint32_t content_left() const {
+        const std::uint32_t reachable = std::min(end, buf.size);
+        return reachable > buf.pos ? reachable - buf.pos : 0;
+    }
 
     // Reads bounded by the scope: what lies at or beyond its end counts as all ones, and the position stays.
     std::uint8_t ru8() { return holds(1) ? buf.ru8() : std::uint8_t{255}; }
@@ -51,6 +56,27 @@ class spi_parseable {
 
  private:
     void open();
+
+    static std::uint32_t add_without_wrapping(std::uint32_t a, std::uint32_t b) {
+        return b > std::numeric_limits<std::uint32_t>::max() - a ? std::numeric_limits<std::uint32_t>::max()
+                                                                 : a + b;
+    }
 };
+
+inline void spi_parseable::open() {
+    const std::uint32_t start = buf.pos;
+    buf.spend_scope();
+    tag = buf.read_tag();
+    if (tag != ReadBuffer::kNoTag) {
+        len = buf.read_len();
+        if (len < ReadBuffer::kNoLength) {
+            end = add_without_wrapping(buf.pos, len);
+            return;
+        }
+    }
+    // No tag, a tag byte 0x7F, or a three-byte length that does not fit: closing moves on by exactly one
+    // byte.
+    end = add_without_wrapping(start, 1);
+}
 
 }  // namespace spi

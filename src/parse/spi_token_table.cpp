@@ -19,18 +19,15 @@ void SpiTokenTable::parse(spi_parseable& scope) {
         if (!token.has_more() || token.len > kLongestTokenText) continue;
         std::string text;
         token.buf.read_string(text, token.content_left());
-        if (!text.empty()) tokens_.emplace(token.tag, std::move(text));  // keeps the first definition
+        if (text.empty()) continue;
+        const auto defined = tokens_.emplace(token.tag, std::move(text)).first;  // keeps the first definition
+        if (is_code(token.tag)) texts_[token.tag] = &defined->second;
     }
 }
 
 std::string SpiTokenTable::get_token(unsigned char code) const {
-    const std::string* const text = find(code);
-    return text == nullptr ? std::string() : *text;
-}
-
-const std::string* SpiTokenTable::find(std::uint8_t code) const {
     const auto found = tokens_.find(code);
-    return found == tokens_.end() ? nullptr : &found->second;
+    return found == tokens_.end() ? std::string() : found->second;
 }
 
 }  // namespace spi

@@ -1,5 +1,5 @@
-// How far into a body anything was read, by whichever handler: a tag, a number or a string. For executables
-// that link reads.cpp and wrap the calls below; those of ReadBuffer among its own are not seen.
+// How far into a body anything was read, by whichever handler: a tag, a length, a number or a string. For
+// executables that link reads.cpp, wrap read_string, and compile the parsers themselves, without inlining.
 #pragma once
 
 #include <cstdint>
