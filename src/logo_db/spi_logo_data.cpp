@@ -1,9 +1,6 @@
 #include "src/logo_db/spi_logo_data.h"
 
-#include <ios>
-#include <locale>
 #include <mutex>
-#include <sstream>
 
 #include "platform/never_destroyed.h"
 #include "src/logo_db/logo_files.h"
@@ -25,6 +22,17 @@ shared_root& logo_root() {
     return *instance;
 }
 
+// Upper case, no prefix, no padding. No stream: a name is made for every announcement, and a stream would ask
+// the host's locale first.
+void append_hex(std::string& text, std::uint32_t value) {
+    constexpr int kHighestDigit = 28;
+    int shift = kHighestDigit;
+    while (shift > 0 && value >> shift == 0)
+        shift -= 4;
+    for (; shift >= 0; shift -= 4)
+        text += "0123456789ABCDEF"[value >> shift & 0xF];
+}
+
 }  // namespace
 
 SpiLogoData::SpiLogoData(const SpiLogoInfo& announced)
@@ -42,18 +50,20 @@ SpiLogoInfo SpiLogoData::get_meta() const {
 }
 
 std::string SpiLogoData::create_filename() const {
-    std::ostringstream name;
-    name.imbue(std::locale::classic());  // a host's locale may group digits: E,1C2,210
-    name << std::hex << std::uppercase;
+    std::string name;
     if (service_.sid < kFirst32BitSid) {
-        name << unsigned{service_.ecc} << service_.sid << unsigned{service_.scids};
+        append_hex(name, service_.ecc);
+        append_hex(name, service_.sid);
+        append_hex(name, service_.scids);
     } else {
-        name << service_.sid;
+        append_hex(name, service_.sid);
     }
-    name << '_' << unsigned{size_code_} << '.';
-    if (image_format_ == LOGO_FORMAT_JPEG) name << "JPG";
-    if (image_format_ == LOGO_FORMAT_PNG) name << "PNG";
-    return name.str();
+    name += '_';
+    append_hex(name, size_code_);
+    name += '.';
+    if (image_format_ == LOGO_FORMAT_JPEG) name += "JPG";
+    if (image_format_ == LOGO_FORMAT_PNG) name += "PNG";
+    return name;
 }
 
 bool SpiLogoData::write_logo(const MotBody& body) const {
