@@ -46,7 +46,8 @@ void SpiEventDb::process_event(event& e) {
         case EC_SERV: cfu_service(static_cast<const set_service_event&>(*e.payload).service); break;
         case EC_EVTINFO: {
             const auto& received = static_cast<const pi_programme_event&>(*e.payload);
-            handle_programme(received.service, received.programme);
+            // What goes on to the listener says the same as what came: it is the same payload.
+            if (file(received.service, received.programme) == kFiled) announce(received.service, e.payload);
             break;
         }
         case EC_RESEND: send_nownext(); break;  // as they stand, set or not
@@ -57,22 +58,33 @@ void SpiEventDb::process_event(event& e) {
 }
 
 int SpiEventDb::handle_programme(const ServElemId& service, const PiScheduleProgramme& programme) {
-    if (programme.time.mjd == 0 || current_time_.year == 0) return 1;
+    switch (file(service, programme)) {
+        case kRefused: return 1;
+        case kTaken: return 0;
+        case kFiled: break;
+    }
+    announce(service, std::make_shared<pi_programme_event>(service, programme));
+    return 0;
+}
+
+SpiEventDb::filing SpiEventDb::file(const ServElemId& service, const PiScheduleProgramme& programme) {
+    if (programme.time.mjd == 0 || current_time_.year == 0) return kRefused;
 
     const std::uint32_t day = local_day(programme);
     const bool today = same_date(date_of_day(day), current_time_);
     const bool tomorrow = !today && same_date(date_of_day(day - 1), current_time_);
-    if (!today && !tomorrow) return 1;
+    if (!today && !tomorrow) return kRefused;
 
     std::shared_ptr<DaySchedule>& schedule = schedules_[service][day];
     if (!schedule) schedule = std::make_shared<DaySchedule>();
     // The first programme for a start minute wins: a repeat, and a changed title too, is neither filed nor
     // reported.
-    if (!schedule->emplace(day_key(programme), programme).second) return 0;
+    return schedule->try_emplace(day_key(programme), programme).second ? kFiled : kTaken;
+}
 
-    send(std::make_shared<pi_programme_event>(service, programme), QID_CBHDL);
+void SpiEventDb::announce(const ServElemId& service, std::shared_ptr<i_evt_base> filed) {
+    send(std::move(filed), QID_CBHDL);
     check_match(service);
-    return 0;
 }
 
 int SpiEventDb::remove_tt_today() {

@@ -65,6 +65,11 @@ class SpiEventDb final : public event_proc {
     int cfu_date_time(const MotDateTime& now);
 
  private:
+    enum filing { kRefused, kTaken, kFiled };
+
+    filing file(const ServElemId& service, const PiScheduleProgramme& programme);
+    // After filing: `filed` goes to the listener notifier, then now and next are looked for.
+    void announce(const ServElemId& service, std::shared_ptr<i_evt_base> filed);
     void send_nownext();
 
     ServElemId current_service_;
