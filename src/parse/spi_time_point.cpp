@@ -5,10 +5,28 @@
 namespace spi {
 namespace {
 
+constexpr std::int64_t kFirstWholeDay = 15079;     // 1900-03-01, the first day that the formula holds for
+constexpr std::int64_t kLastWholeDay = 1'000'000;  // so that nothing below leaves 32 bits
+
+// The same formula in whole numbers: none of its quotients comes near enough to a whole number for double
+// precision to matter. Cheaper on every processor, and much cheaper on one without double precision.
+void put_calendar_date_of_whole_days(std::uint32_t days, MotDateTime& out) {
+    const std::uint32_t y = (days * 100 - 1507820) / 36525;
+    const std::uint32_t days_of_years = y * 1461 / 4;
+    const std::uint32_t m = (days * 10 - 149561 - days_of_years * 10) * 1000 / 306001;
+    const std::uint32_t k = (m == 14 || m == 15) ? 1 : 0;
+    out.day = static_cast<std::uint8_t>(days - 14956 - days_of_years - m * 306001 / 10000);
+    out.year = static_cast<std::uint16_t>(y + 1900 + k);
+    out.month = static_cast<std::uint8_t>(m - 1 - 12 * k);
+}
+
 // The calendar date of a Modified Julian Date by the formula of ETSI EN 300 468, Annex C, in double
 // precision. The formula holds from 1900-03-01 to 2100-02-28; what it gives outside is kept (day 0 is
 // 1859-255-19). 64-bit intermediates: day 0 minus one must not wrap.
 void put_calendar_date(std::int64_t mjd, MotDateTime& out) {
+    if (mjd >= kFirstWholeDay && mjd <= kLastWholeDay) {
+        return put_calendar_date_of_whole_days(static_cast<std::uint32_t>(mjd), out);
+    }
     const auto days = static_cast<double>(mjd);
     const auto y = static_cast<std::int64_t>((days - 15078.2) / 365.25);
     const auto days_of_years = static_cast<std::int64_t>(static_cast<double>(y) * 365.25);
