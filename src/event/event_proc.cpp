@@ -1,5 +1,6 @@
 #include "src/event/event_proc.h"
 
+#include <thread>
 #include <utility>
 
 #include "platform/zeb_thread.h"
@@ -41,8 +42,23 @@ class event_proc::work_in_hand {
         return own != nullptr && &own->worker_ == &worker && worker.backend_->takes_runs_ ? own : nullptr;
     }
 
+    // The first of what was taken. Its list node is kept for what its handler sends.
+    event next() {
+        event e = std::move(taken.front());
+        if (spare_node_.empty()) {
+            spare_node_.splice(spare_node_.begin(), taken, taken.begin());
+        } else {
+            taken.pop_front();
+        }
+        return e;
+    }
     void add_result(event&& result) {
-        results_.push_back(std::move(result));
+        if (spare_node_.empty()) {
+            results_.push_back(std::move(result));
+        } else {
+            spare_node_.front() = std::move(result);
+            results_.splice(results_.end(), spare_node_);
+        }
         if (results_.size() >= kLongestRun) hand_on();
     }
     void end_turn(event_code handled) {
@@ -62,6 +78,7 @@ class event_proc::work_in_hand {
 
     event_proc& worker_;
     std::list<event> results_;
+    std::list<event> spare_node_;  // one at most
 };
 
 thread_local event_proc::work_in_hand* event_proc::work_in_hand::of_this_thread = nullptr;
@@ -141,6 +158,13 @@ void event_proc::append(std::list<event>& events) {
 
 bool event_proc::take(std::list<event>& events) {
     std::unique_lock<std::mutex> lock(queue_.mutex_);
+    // Where several came at once more are likely to follow: their sender gets a chance to post them, instead
+    // of having to wake this thread for each. A single event is no reason, and nothing is waited for.
+    if (busy_ && running_ && queue_.events_.empty()) {
+        lock.unlock();
+        std::this_thread::yield();
+        lock.lock();
+    }
     while (running_ && queue_.events_.empty()) {
         asleep_ = true;
         wake_.wait(lock);
@@ -148,6 +172,7 @@ bool event_proc::take(std::list<event>& events) {
     asleep_ = false;
     if (!running_) return false;
     events.swap(queue_.events_);
+    busy_ = events.size() > 1;
     return true;
 }
 
@@ -216,8 +241,7 @@ void event_proc::serve() {
         while (take(work.taken)) {
             while (running_ && !work.taken.empty()) {
                 if (routes_runs() && static_cast<event_backend*>(this)->forward_run(work.taken)) continue;
-                event e = std::move(work.taken.front());
-                work.taken.pop_front();
+                event e = work.next();
                 if (e.code() == EC_NONE) continue;  // no payload, or one that says nothing
                 answering_term_ = e.code() == EC_TERM;
                 process_event(e);

@@ -141,6 +141,7 @@ class event_proc {
     // No thread will take events any more, though not stopped; guarded by the queue's mutex.
     bool dead_ = false;
     bool answering_term_ = false;  // this worker's thread only
+    bool busy_ = false;            // this worker's thread only: several events were there at the last take
     const bool takes_runs_;
     const bool keeps_results_;
     const thread_end_hook thread_end_hook_;
