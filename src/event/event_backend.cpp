@@ -9,7 +9,7 @@ constexpr std::size_t kBucketHint = 10;
 
 }  // namespace
 
-event_backend::event_backend() : event_backend(deferred(true)) {
+event_backend::event_backend() : event_backend(deferred(kTakesRuns | kRoutesRuns)) {
     begin();
 }
 event_backend::event_backend(deferred d) : event_proc(QID_SYS, d), table_(kBucketHint) {}
@@ -47,7 +47,7 @@ bool event_backend::forward_run(std::list<event>& events) {
         ++end;
     const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
     const auto found = table_.find(destination);
-    if (found == table_.end() || !found->second->takes_runs_) return false;
+    if (found == table_.end() || !found->second->is(kTakesRuns)) return false;
     std::list<event> run;
     if (end == events.end()) {
         run.swap(events);

@@ -7,6 +7,7 @@
 #include "src/event/event_backend.h"
 #include "src/event/teardown.h"
 #include "src/event/term_event.h"
+#include "src/event/work_in_hand.h"
 
 namespace spi {
 namespace {
@@ -16,70 +17,7 @@ constexpr int kThreadRegistryValue =
     4000;                            // handed to the framework's thread registry, which knows its meaning
 constexpr int kExitTimeout = 10000;  // milliseconds
 
-// Sent at once, at the latest: enough that the lock and the wake-up do not count, few enough that the others
-// have something to do meanwhile.
-constexpr std::size_t kLongestRun = 64;
-
 }  // namespace
-
-// What a worker's thread holds while it serves: events that it has taken, and what their handlers have sent.
-// However serve() is left, results go to the router, and events that were not handled back to the queue's
-// head.
-class event_proc::work_in_hand {
- public:
-    explicit work_in_hand(event_proc& worker) : worker_(worker) { of_this_thread = this; }
-    ~work_in_hand() {
-        of_this_thread = nullptr;
-        hand_on();
-        if (!taken.empty()) worker_.give_back(taken);
-    }
-    work_in_hand(const work_in_hand&) = delete;
-    work_in_hand& operator=(const work_in_hand&) = delete;
-
-    // That of `worker`, when the calling thread is its own and its router takes runs; otherwise null.
-    static work_in_hand* of(const event_proc& worker) {
-        work_in_hand* const own = of_this_thread;
-        return own != nullptr && &own->worker_ == &worker && worker.backend_->takes_runs_ ? own : nullptr;
-    }
-
-    // The first of what was taken. Its list node is kept for what its handler sends.
-    event next() {
-        event e = std::move(taken.front());
-        if (spare_node_.empty()) {
-            spare_node_.splice(spare_node_.begin(), taken, taken.begin());
-        } else {
-            taken.pop_front();
-        }
-        return e;
-    }
-    void add_result(event&& result) {
-        if (spare_node_.empty()) {
-            results_.push_back(std::move(result));
-        } else {
-            spare_node_.front() = std::move(result);
-            results_.splice(results_.end(), spare_node_);
-        }
-        if (results_.size() >= kLongestRun) hand_on();
-    }
-    void end_turn(event_code handled) {
-        if (results_.empty()) return;
-        if (worker_.keeps_results_ && !taken.empty() && taken.front().code() == handled) return;
-        hand_on();
-    }
-
-    std::list<event> taken;
-
- private:
-    void hand_on() {
-        if (!results_.empty()) worker_.backend_->append(results_);
-    }
-
-    static thread_local work_in_hand* of_this_thread;
-
-    event_proc& worker_;
-    std::list<event> results_;
-    std::list<event> spare_node_;  // one at most
-};
 
 thread_local event_proc::work_in_hand* event_proc::work_in_hand::of_this_thread = nullptr;
 
@@ -87,12 +25,11 @@ event_proc::event_proc(_qid id) : event_proc(id, deferred{}) {
     begin();
 }
 
-event_proc::event_proc(_qid id, deferred manner, thread_end_hook hook)
+event_proc::event_proc(_qid id, deferred how, thread_end_hook hook)
     : queue_(id),
+      manners_(static_cast<std::uint8_t>(how.manners)),
       binding_{this, &event_proc::run},
       gate_open_(false),
-      takes_runs_(manner.takes_runs),
-      keeps_results_(manner.keeps_results),
       thread_end_hook_(hook) {
     thread_ =
         std::make_unique<ZebThread<my_thread<event_proc>>>(&binding_, kThreadName, kThreadRegistryValue);
@@ -240,7 +177,7 @@ void event_proc::serve() {
         work_in_hand work(*this);
         while (take(work.taken)) {
             while (running_ && !work.taken.empty()) {
-                if (routes_runs() && static_cast<event_backend*>(this)->forward_run(work.taken)) continue;
+                if (is(kRoutesRuns) && static_cast<event_backend*>(this)->forward_run(work.taken)) continue;
                 event e = work.next();
                 if (e.code() == EC_NONE) continue;  // no payload, or one that says nothing
                 answering_term_ = e.code() == EC_TERM;

@@ -30,6 +30,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdint>
 #include <list>
 #include <memory>
 
@@ -86,17 +87,23 @@ class event_proc {
     // not start.
     using thread_end_hook = void (*)(event_proc&) noexcept;
 
-    // For derived classes: the gate stays closed until begin(). What the library's own classes know of
-    // themselves makes hand-offs cheaper; a class that says nothing gets each event by itself.
-    struct deferred {
-        bool takes_runs;     // post_event is not overridden: several events may be queued at once
-        bool keeps_results;  // handlers are short: what they send may wait while events of the same code
-                             // follow
-
-        explicit deferred(bool runs = false, bool results = false)
-            : takes_runs(runs), keeps_results(results) {}
+    // What a class of the library's own knows of itself, to make hand-offs cheaper. One that says nothing
+    // gets each event by itself, and each of its results leaves when its turn ends.
+    enum manner : std::uint8_t {
+        kOneByOne = 0,
+        // post_event is not overridden: several events may be queued at once.
+        kTakesRuns = 1,
+        // Handlers are short: what they send may wait while events of the same code follow.
+        kKeepsResults = 2,
+        // The router itself, process_event not overridden: it forwards several at once.
+        kRoutesRuns = 4,
     };
-    // The gate stays closed until begin(). `hook` may be null.
+    // Chooses the constructor for derived classes.
+    struct deferred {
+        unsigned manners;
+        explicit deferred(unsigned combined = kOneByOne) : manners(combined) {}
+    };
+    // For derived classes: the gate stays closed until begin(). `hook` may be null.
     event_proc(_qid id, deferred, thread_end_hook hook = nullptr);
     // Opens the gate: the object is complete.
     void begin();
@@ -114,8 +121,7 @@ class event_proc {
 
     void run();
     void serve();
-    // The router itself; a class derived from it handles each event in its process_event.
-    bool routes_runs() const { return takes_runs_ && queue_.id() == QID_SYS; }
+    bool is(manner what) const { return (manners_ & what) != 0; }
     // Appends all, and leaves `events` empty; no memory is needed. Wakes the worker if it sleeps.
     void append(std::list<event>& events);
     // Waits for events and takes all there are; false when the worker was stopped instead.
@@ -133,6 +139,8 @@ class event_proc {
     // The thread waits for events, and nobody has woken it yet; guarded by the queue's mutex. Who finds it
     // awake need not notify it.
     bool asleep_ = false;
+    bool busy_ = false;           // this worker's thread only: several events were there at the last take
+    const std::uint8_t manners_;  // of manner
     std::unique_ptr<ZebThread<my_thread<event_proc>>> thread_;
     my_thread<event_proc> binding_;
     bool started_ = false;  // the constructing, later the destroying thread only
@@ -141,9 +149,6 @@ class event_proc {
     // No thread will take events any more, though not stopped; guarded by the queue's mutex.
     bool dead_ = false;
     bool answering_term_ = false;  // this worker's thread only
-    bool busy_ = false;            // this worker's thread only: several events were there at the last take
-    const bool takes_runs_;
-    const bool keeps_results_;
     const thread_end_hook thread_end_hook_;
     std::atomic<bool> lost_answer_{false};
 };

@@ -25,7 +25,8 @@ void term_lock::unlock(std::string&& who) noexcept {
     }
 }
 
-term_event_proc::term_event_proc(_qid id) : event_proc(id, deferred(true), &term_event_proc::thread_ended) {
+term_event_proc::term_event_proc(_qid id)
+    : event_proc(id, deferred(kTakesRuns), &term_event_proc::thread_ended) {
     if (!started()) disarm();  // nobody will take the lock
 }
 

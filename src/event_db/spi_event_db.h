@@ -65,6 +65,7 @@ class SpiEventDb final : public event_proc {
     int cfu_date_time(const MotDateTime& now);
 
  private:
+    // Refused: no day, no clock yet, or a day that is not kept. Taken: the start minute has its programme.
     enum filing { kRefused, kTaken, kFiled };
 
     filing file(const ServElemId& service, const PiScheduleProgramme& programme);

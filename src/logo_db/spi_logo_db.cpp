@@ -15,7 +15,7 @@ constexpr std::uint16_t kPng = 3;
 
 }  // namespace
 
-SpiLogoDb::SpiLogoDb() : event_proc(QID_LOGODB, deferred(true)) {
+SpiLogoDb::SpiLogoDb() : event_proc(QID_LOGODB, deferred(kTakesRuns)) {
     begin();
 }
 SpiLogoDb::~SpiLogoDb() {

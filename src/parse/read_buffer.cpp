@@ -17,8 +17,9 @@ bool is_code(char byte) {
     return SpiTokenTable::is_code(static_cast<std::uint8_t>(byte));
 }
 
-// Looks at every byte, without stopping at the first: the compiler takes many at a time.
-bool holds_codes(std::string_view coded) {
+// False for most texts. Looks at every byte, without stopping at the first: the compiler takes many at a
+// time.
+bool may_hold_codes(std::string_view coded) {
     bool found = false;
     for (const char byte : coded)
         found |= static_cast<std::uint8_t>(byte) < SpiTokenTable::kBeyondCodes;
@@ -94,7 +95,7 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const
     // Most texts have no token in them: a glance at all bytes, and one copy.
     const std::string_view coded(reinterpret_cast<const char*>(data.get()) + (readable > 0 ? pos : 0),
                                  readable);
-    const bool plain = !holds_codes(coded);
+    const bool plain = !may_hold_codes(coded);
     // Measured first, then copied: a string that grew by doubling would hold up to three times its length for
     // a moment, and a crafted name is long.
     const std::uint64_t expanded = plain ? readable : expanded_size(coded, tokens);

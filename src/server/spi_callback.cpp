@@ -16,7 +16,7 @@ SpiProgramInfo program_info(const PiScheduleProgramme& programme) {
 
 }  // namespace
 
-SpiCallback::SpiCallback() : event_proc(QID_CBHDL, deferred(true)) {
+SpiCallback::SpiCallback() : event_proc(QID_CBHDL, deferred(kTakesRuns)) {
     begin();
 }
 SpiCallback::~SpiCallback() {
@@ -24,19 +24,20 @@ SpiCallback::~SpiCallback() {
 }
 
 void SpiCallback::process_event(event& e) {
+    const std::shared_ptr<i_evt_base> payload = e.payload;  // kept for the length of the call
     switch (e.code()) {
         case EC_EVTINFO: {
-            const auto& stored = static_cast<const pi_programme_event&>(*e.payload);
+            const auto& stored = static_cast<const pi_programme_event&>(*payload);
             send_evtinfo(stored.service, stored.programme);
             break;
         }
-        case EC_EVTCB: listener_ = static_cast<const cb_register_event&>(*e.payload).listener; break;
+        case EC_EVTCB: listener_ = static_cast<const cb_register_event&>(*payload).listener; break;
         case EC_NOWNEXT: {
-            const auto& update = static_cast<const nownext_update_event&>(*e.payload);
+            const auto& update = static_cast<const nownext_update_event&>(*payload);
             send_nownext(update.now, update.next);
             break;
         }
-        case EC_LOGOCB: send_logoinfo(static_cast<si_logo_event&>(*e.payload).logo); break;
+        case EC_LOGOCB: send_logoinfo(static_cast<si_logo_event&>(*payload).logo); break;
         case EC_TERM: event_proc::process_event(e); break;
         default: break;
     }

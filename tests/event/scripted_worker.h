@@ -24,8 +24,11 @@ class scripted_worker final : public spi::event_proc {
     using handler = std::function<void(spi::event&)>;
     using hook = std::function<void()>;
 
-    scripted_worker(spi::_qid id, handler on_event, hook on_pre = {}, hook on_post = {})
-        : event_proc(id, deferred{}),
+    // Events may come in runs, as to the library's own workers; results may wait for the next turn if
+    // `keeps_results`.
+    scripted_worker(spi::_qid id, handler on_event, hook on_pre = {}, hook on_post = {},
+                    bool keeps_results = false)
+        : event_proc(id, deferred(keeps_results ? kTakesRuns | kKeepsResults : kTakesRuns)),
           on_event_(std::move(on_event)),
           on_pre_(std::move(on_pre)),
           on_post_(std::move(on_post)) {

@@ -112,4 +112,21 @@ TEST(SpiLocalDate, LargestCodedDay) {
     EXPECT_EQ(point_of(131071, 0, 0).local_time(0), date_time_of(2217, 9, 25));
 }
 
+// ETSI EN 300 468, Annex C, as it is printed there, in double precision.
+MotDateTime by_the_formula(double mjd) {
+    const int y = static_cast<int>((mjd - 15078.2) / 365.25);
+    const int days_of_years = static_cast<int>(y * 365.25);
+    const int m = static_cast<int>((mjd - 14956.1 - days_of_years) / 30.6001);
+    const int k = m == 14 || m == 15 ? 1 : 0;
+    return date_time_of(static_cast<std::uint16_t>(y + 1900 + k), static_cast<std::uint8_t>(m - 1 - k * 12),
+                        static_cast<std::uint8_t>(static_cast<int>(mjd) - 14956 - days_of_years -
+                                                  static_cast<int>(m * 30.6001)),
+                        0, 0);
+}
+
+TEST(SpiLocalDate, IsWhatTheFormulaGivesForEveryDayThatCanBeCodedAndFarBeyond) {
+    for (std::uint32_t day = 0; day < 1'100'000; ++day)
+        ASSERT_EQ(point_of(day, 0, 0).local_time(0), by_the_formula(day)) << day;
+}
+
 }  // namespace

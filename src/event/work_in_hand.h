@@ -1,0 +1,75 @@
+// Part of event_proc.cpp: what a worker holds between taking events and handing on what came of them.
+#pragma once
+
+#include <list>
+#include <utility>
+
+#include "src/event/event_backend.h"
+#include "src/event/event_proc.h"
+
+namespace spi {
+
+// Events that the worker's thread has taken, and what their handlers have sent. On the stack of serve(), and
+// used by that thread only. However serve() is left, results go to the router, and events that were not
+// handled back to the queue's head; neither needs memory.
+class event_proc::work_in_hand {
+ public:
+    explicit work_in_hand(event_proc& worker) : worker_(worker) { of_this_thread = this; }
+    ~work_in_hand() {
+        of_this_thread = nullptr;
+        hand_on();
+        if (!taken.empty()) worker_.give_back(taken);
+    }
+    work_in_hand(const work_in_hand&) = delete;
+    work_in_hand& operator=(const work_in_hand&) = delete;
+
+    // That of `worker`, when the calling thread is its own and its router takes runs; otherwise null.
+    static work_in_hand* of(const event_proc& worker) {
+        work_in_hand* const own = of_this_thread;
+        return own != nullptr && &own->worker_ == &worker && worker.backend_->is(kTakesRuns) ? own : nullptr;
+    }
+
+    // The first of what was taken. Its list node is kept for what its handler sends.
+    event next() {
+        event e = std::move(taken.front());
+        if (spare_node_.empty()) {
+            spare_node_.splice(spare_node_.begin(), taken, taken.begin());
+        } else {
+            taken.pop_front();
+        }
+        return e;
+    }
+    void add_result(event&& result) {
+        if (spare_node_.empty()) {
+            results_.push_back(std::move(result));
+        } else {
+            spare_node_.front() = std::move(result);
+            results_.splice(results_.end(), spare_node_);
+        }
+        if (results_.size() >= kLongestRun) hand_on();
+    }
+    void end_turn(event_code handled) {
+        if (results_.empty()) return;
+        if (worker_.is(kKeepsResults) && !taken.empty() && taken.front().code() == handled) return;
+        hand_on();
+    }
+
+    std::list<event> taken;
+
+ private:
+    void hand_on() {
+        if (!results_.empty()) worker_.backend_->append(results_);
+    }
+
+    // Enough that the lock and the wake-up do not count, few enough that the others have something to do
+    // meanwhile.
+    static constexpr std::size_t kLongestRun = 64;
+
+    static thread_local work_in_hand* of_this_thread;
+
+    event_proc& worker_;
+    std::list<event> results_;
+    std::list<event> spare_node_;  // one at most
+};
+
+}  // namespace spi
