@@ -31,6 +31,7 @@ build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpugixml
 # Tests run the completion and format the manual; without bash and man they would be skipped.
 test_packages="libgtest-dev libgmock-dev bash man-db"
 bench_packages="libbenchmark-dev"
+count_packages="valgrind"
 install_packages="make pkg-config binutils"
 # 32-bit ARM: the cross compiler, the emulator, GoogleTest's sources.
 armhf_packages="g++-arm-linux-gnueabihf qemu-user googletest"
