@@ -100,7 +100,8 @@ class event_proc {
     };
     // Chooses the constructor for derived classes.
     struct deferred {
-        unsigned manners;
+        unsigned manners;  // of manner, combined
+        // For a class with these manners.
         explicit deferred(unsigned combined = kOneByOne) : manners(combined) {}
     };
     // For derived classes: the gate stays closed until begin(). `hook` may be null.
