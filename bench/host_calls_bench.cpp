@@ -1,9 +1,10 @@
 // How long a call holds the host up. "burst": one call after the other, the library at work; "rest": a call
-// into a library at rest, whose router has to be woken by a call of the kernel.
+// into a library at rest, whose router has to be woken by a call of the kernel: where the scheduler puts the
+// threads, on one processor where the router may run before the call returns, and where it may not.
 //
 // Ceilings of a body: a copy of its bytes into memory that is there ("memcpy"), and into an array that is
-// made for it ("copy"), which no host call can do without since the host keeps its own. Of the other calls: a
-// bare hand-off to one thread.
+// made for it ("copy"), which no host call can do without since the host keeps its own. Of a call into a
+// library at rest, and of the other calls: a bare hand-off to one thread ("bare").
 #include <time.h>
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include "bench/ceilings.h"
 #include "bench/material.h"
 #include "bench/paired.h"
+#include "bench/placement.h"
 #include "spi_wrap/to_spi_server.h"
 #include "src/event/quiet.h"
 #include "tests/wrap/sandbox.h"
@@ -65,7 +67,28 @@ void host_call(benchmark::State& state, unsigned calls, const std::function<void
     measure(state, figure, ceilings, {static_cast<double>(calls), 0, true});
 }
 
-void feed(benchmark::State& state, std::size_t size, bool burst) {
+// Hand-offs to one thread that does nothing with them.
+class bare_hand_off {
+ public:
+    double operator()(unsigned calls) {
+        if (calls == 1) rest();
+        const double seconds = seconds_of([&] {
+            for (unsigned i = 0; i < calls; ++i)
+                stage_.post({0, std::make_shared<bare_payload>()});
+        });
+        while (handled_ != calls)
+            std::this_thread::yield();
+        handled_ = 0;
+        return seconds;
+    }
+
+ private:
+    std::atomic<unsigned> handled_{0};
+    bare_stage stage_{[this](bare_item&) { ++handled_; }};
+};
+
+void feed(benchmark::State& state, std::size_t size, bool burst, room where) {
+    const placement here(where);
     const unsigned calls =
         burst ? static_cast<unsigned>(std::clamp<std::size_t>(4'000'000 / (size + 1), 4, 200)) : 1;
     live_host host;
@@ -92,27 +115,20 @@ void feed(benchmark::State& state, std::size_t size, bool burst) {
             }
         });
     };
-    host_call(state, calls, [&] { host.server->FeedMotBody(metadata, body, service); },
-              {{"memcpy", memory}, {"copy", copy}});
+    bare_hand_off bare;
+    std::vector<side> ceilings{{"memcpy", memory}, {"copy", copy}};
+    if (!burst) ceilings.push_back({"bare", [&] { return bare(calls); }});
+    host_call(
+        state, calls, [&] { host.server->FeedMotBody(metadata, body, service); }, ceilings);
 }
 
-void small_call(benchmark::State& state, bool burst, const std::function<void(live_host&)>& call) {
+void small_call(benchmark::State& state, bool burst, room where,
+                const std::function<void(live_host&)>& call) {
+    const placement here(where);
     const unsigned calls = burst ? 200 : 1;
     live_host host;
-    std::atomic<unsigned> handled{0};
-    bare_stage stage([&](bare_item&) { ++handled; });
-    const auto post = [&] {
-        if (calls == 1) rest();
-        const double seconds = seconds_of([&] {
-            for (unsigned i = 0; i < calls; ++i)
-                stage.post({0, std::make_shared<bare_payload>()});
-        });
-        while (handled != calls)
-            std::this_thread::yield();
-        handled = 0;
-        return seconds;
-    };
-    host_call(state, calls, [&] { call(host); }, {{"bare", post}});
+    bare_hand_off bare;
+    host_call(state, calls, [&] { call(host); }, {{"bare", [&] { return bare(calls); }}});
 }
 
 void set_date_time(live_host& host) {
@@ -124,27 +140,34 @@ void set_current_service(live_host& host) {
     host.server->SetCurrentService(service, kEnsemble);
 }
 
-[[maybe_unused]] const bool registered = [] {
-    for (const bool burst : {true, false}) {
-        const std::string when = burst ? "/burst" : "/rest";
-        for (const auto& [name, size] :
-             {std::pair("0B", 0), {"1kB", 1 << 10}, {"64kB", 64 << 10}, {"1MB", 1 << 20}}) {
-            benchmark::RegisterBenchmark(("host/feed/" + std::string(name) + when).c_str(),
-                                         [size = size, burst](benchmark::State& state) {
-                                             feed(state, static_cast<std::size_t>(size), burst);
-                                         })
-                ->UseManualTime()
-                ->Iterations(burst ? 40 : 200);
-        }
-        for (const auto& [name, call] :
-             {std::pair("set_date_time", &set_date_time), {"set_current_service", &set_current_service}}) {
-            benchmark::RegisterBenchmark(
-                ("host/" + std::string(name) + when).c_str(),
-                [call = call, burst](benchmark::State& state) { small_call(state, burst, call); })
-                ->UseManualTime()
-                ->Iterations(burst ? 40 : 200);
-        }
+void add(const std::string& name, bool burst, room where,
+         const std::function<void(benchmark::State&, bool, room)>& call) {
+    benchmark::RegisterBenchmark(("host/" + name + (burst ? "/burst" : "/rest") + name_of(where)).c_str(),
+                                 [=](benchmark::State& state) { call(state, burst, where); })
+        ->UseManualTime()
+        ->Iterations(burst ? 40 : 200);
+}
+
+void add_all(bool burst, room where) {
+    for (const auto& [name, size] :
+         {std::pair("0B", 0), {"1kB", 1 << 10}, {"64kB", 64 << 10}, {"1MB", 1 << 20}}) {
+        add("feed/" + std::string(name), burst, where,
+            [size = static_cast<std::size_t>(size)](benchmark::State& state, bool in_burst, room there) {
+                feed(state, size, in_burst, there);
+            });
     }
+    for (const auto& [name, call] :
+         {std::pair("set_date_time", &set_date_time), {"set_current_service", &set_current_service}}) {
+        add(name, burst, where, [call = call](benchmark::State& state, bool in_burst, room there) {
+            small_call(state, in_burst, there, call);
+        });
+    }
+}
+
+[[maybe_unused]] const bool registered = [] {
+    add_all(true, room::kAnywhere);
+    for (const room where : {room::kAnywhere, room::kOneProcessor, room::kOneProcessorBatch})
+        add_all(false, where);
     return true;
 }();
 

@@ -1,10 +1,12 @@
 // From a host call into a library at rest until the listener is called: every thread on the way is asleep and
-// has to be woken. The ceiling is a bare chain of the same threads.
+// has to be woken. The ceiling is a bare chain of the same threads. Each is measured where the scheduler puts
+// the threads, and on one processor.
 #include <time.h>
 
 #include "bench/bare_pipeline.h"
 #include "bench/live_core.h"
 #include "bench/paired.h"
+#include "bench/placement.h"
 
 namespace {
 
@@ -45,14 +47,16 @@ void compare(benchmark::State& state, countdown& heard, const std::function<void
 }
 
 // Host, router, database, router, notifier.
-void latency_resend(benchmark::State& state) {
+void latency_resend(benchmark::State& state, room where) {
+    const placement here(where);
     live_core core;
     compare(
         state, core.listener->updates, [] {}, [&] { core.server.ResendNowNext(); }, bare_pipeline::kDatabase);
 }
 
 // Host, router, parser, router, database, router, notifier: an object with one new programme.
-void latency_object(benchmark::State& state) {
+void latency_object(benchmark::State& state, room where) {
+    const placement here(where);
     live_core core;
     core.set_clock(600);
     core.tune(0x3000);
@@ -69,7 +73,8 @@ void latency_object(benchmark::State& state) {
 }
 
 // A tick of the clock at which the programme changes: to everybody, and from the database to the notifier.
-void latency_tick(benchmark::State& state) {
+void latency_tick(benchmark::State& state, room where) {
+    const placement here(where);
     live_core core;
     core.set_clock(0);
     core.tune(0);
@@ -85,8 +90,18 @@ void latency_tick(benchmark::State& state) {
         bare_pipeline::kEverybody);
 }
 
-BENCHMARK(latency_resend)->UseManualTime()->Iterations(400);
-BENCHMARK(latency_object)->UseManualTime()->Iterations(400);
-BENCHMARK(latency_tick)->UseManualTime()->Iterations(400);
+[[maybe_unused]] const bool registered = [] {
+    for (const room where : {room::kAnywhere, room::kOneProcessor, room::kOneProcessorBatch}) {
+        for (const auto& [name, latency] :
+             {std::pair("resend", &latency_resend), {"object", &latency_object}, {"tick", &latency_tick}}) {
+            benchmark::RegisterBenchmark(
+                ("latency_" + std::string(name) + name_of(where)).c_str(),
+                [latency = latency, where](benchmark::State& state) { latency(state, where); })
+                ->UseManualTime()
+                ->Iterations(400);
+        }
+    }
+    return true;
+}();
 
 }  // namespace
