@@ -104,6 +104,27 @@ TEST(TokenString, ExactlySixteenByteValuesAreTokens) {
     EXPECT_EQ(out, literal);
 }
 
+// Bytes are looked at several at a time, so where one stands must make no difference, nor what stands beside.
+TEST(TokenString, EveryByteIsRecognisedAtEveryPlace) {
+    const spi::SpiTokenTable none;
+    for (std::size_t length = 1; length <= 20; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            for (unsigned byte = 0; byte <= 0xFF; ++byte) {
+                for (const std::uint8_t beside : bytes{0x00, 0x14, 0x7F, 0x80, 0xFF}) {
+                    bytes coded(length, beside);
+                    coded[place] = static_cast<std::uint8_t>(byte);
+                    std::string expected(coded.begin(), coded.end());
+                    if (spi::SpiTokenTable::is_code(coded[place])) expected.erase(place, 1);
+                    ReadBuffer buffer = buffer_of(coded);
+                    std::string out;
+                    buffer.read_string(out, static_cast<std::uint32_t>(length), none);
+                    ASSERT_EQ(out, expected) << byte << " at " << place << " of " << length;
+                }
+            }
+        }
+    }
+}
+
 TEST(TokenString, TabLineFeedAndCarriageReturnStayLiteralEvenWhenTheTableDefinesThem) {
     const spi::SpiTokenTable table =
         table_of(token_table({{0x09, "tab"}, {0x0A, "feed"}, {0x0D, "return"}, {0x14, "no"}}));
