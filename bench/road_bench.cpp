@@ -1,16 +1,19 @@
 // The whole road: objects are fed, until the listener has heard every programme. The ceiling passes as many
-// payloads over the same threads and queues, and does nothing with them.
+// payloads over the same threads and queues, and does nothing with them. Measured where the scheduler puts
+// the threads, and on one processor.
 #include <vector>
 
 #include "bench/bare_pipeline.h"
 #include "bench/live_core.h"
 #include "bench/paired.h"
+#include "bench/placement.h"
 
 namespace {
 
 using namespace bench;
 
-void road(benchmark::State& state, unsigned objects, unsigned programmes) {
+void road(benchmark::State& state, room where, unsigned objects, unsigned programmes) {
+    const placement here(where);
     std::vector<spi_builder::bytes> coded;
     for (unsigned i = 0; i < objects; ++i)
         coded.push_back(programme_object(i, programmes, {}));
@@ -45,8 +48,18 @@ void road(benchmark::State& state, unsigned objects, unsigned programmes) {
     measure(state, figure, {{"bare", ceiling}}, {static_cast<double>(all)});
 }
 
-BENCHMARK_CAPTURE(road, objects_1000_programmes_10, 1000, 10)->UseManualTime();
-BENCHMARK_CAPTURE(road, objects_100_programmes_100, 100, 100)->UseManualTime();
-BENCHMARK_CAPTURE(road, objects_10_programmes_1000, 10, 1000)->UseManualTime();
+[[maybe_unused]] const bool registered = [] {
+    for (const room where : {room::kAnywhere, room::kOneProcessor}) {
+        for (const auto& [objects, programmes] : {std::pair(1000U, 10U), {100U, 100U}, {10U, 1000U}}) {
+            const std::string name = "road/objects_" + std::to_string(objects) + "_programmes_" +
+                                     std::to_string(programmes) + name_of(where);
+            benchmark::RegisterBenchmark(name.c_str(), [=, objects = objects,
+                                                        programmes = programmes](benchmark::State& state) {
+                road(state, where, objects, programmes);
+            })->UseManualTime();
+        }
+    }
+    return true;
+}();
 
 }  // namespace

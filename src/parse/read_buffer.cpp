@@ -18,8 +18,8 @@ bool is_code(char byte) {
 }
 
 // False for most texts. Looks at a word of bytes at a time: a byte below the bound borrows from its highest
-// bit when the bound is taken from it, and had not set it before. (A byte beside one that is found may seem to
-// be another: only whether there is one at all can be told.)
+// bit when the bound is taken from it, and had not set it before. (A byte beside one that is found may seem
+// to be another: only whether there is one at all can be told.)
 bool may_hold_codes(std::string_view coded) {
     using word = std::size_t;
     constexpr word kOneInEach = ~word{0} / 0xFF;
