@@ -7,6 +7,7 @@
 #include "bench/event_sink.h"
 #include "bench/live_core.h"
 #include "bench/paired.h"
+#include "bench/placement.h"
 #include "src/event_db/spi_event_db.h"
 
 namespace {
@@ -90,12 +91,13 @@ void midnight(benchmark::State& state) {
 }
 
 // One tick through the whole server until it is at rest, at which nothing changes; the bare broadcast
-// likewise.
-void tick_server(benchmark::State& state) {
+// likewise; where the scheduler puts the threads, and on one processor.
+void tick_server(benchmark::State& state, room where, unsigned services) {
+    const placement here(where);
     live_core core;
     core.set_clock(0);
     core.tune(0);
-    for (unsigned i = 0; i < static_cast<unsigned>(state.range(0)); ++i)
+    for (unsigned i = 0; i < services; ++i)
         core.feed(body_of(programme_object(i, 96, {})), "object " + std::to_string(i));
     unsigned tick = 0;
     const auto figure = [&] {
@@ -122,6 +124,17 @@ void tick_server(benchmark::State& state) {
 BENCHMARK(tick_database)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime();
 BENCHMARK(change_of_service)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime();
 BENCHMARK(midnight)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime()->Iterations(5);
-BENCHMARK(tick_server)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime();
+
+[[maybe_unused]] const bool registered = [] {
+    for (const room where : {room::kAnywhere, room::kOneProcessor}) {
+        for (const unsigned services : {10, 100, 1000}) {
+            const std::string name = "tick_server/" + std::to_string(services) + name_of(where);
+            benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+                tick_server(state, where, services);
+            })->UseManualTime();
+        }
+    }
+    return true;
+}();
 
 }  // namespace
