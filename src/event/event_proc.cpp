@@ -1,6 +1,5 @@
 #include "src/event/event_proc.h"
 
-#include <thread>
 #include <utility>
 
 #include "platform/zeb_thread.h"
@@ -95,13 +94,6 @@ void event_proc::append(std::list<event>& events) {
 
 bool event_proc::take(std::list<event>& events) {
     std::unique_lock<std::mutex> lock(queue_.mutex_);
-    // Where several came at once more are likely to follow: their sender gets a chance to post them, instead
-    // of having to wake this thread for each. A single event is no reason, and nothing is waited for.
-    if (busy_ && running_ && queue_.events_.empty()) {
-        lock.unlock();
-        std::this_thread::yield();
-        lock.lock();
-    }
     while (running_ && queue_.events_.empty()) {
         asleep_ = true;
         wake_.wait(lock);
@@ -109,7 +101,6 @@ bool event_proc::take(std::list<event>& events) {
     asleep_ = false;
     if (!running_) return false;
     events.swap(queue_.events_);
-    busy_ = events.size() > 1;
     return true;
 }
 

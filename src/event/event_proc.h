@@ -140,7 +140,6 @@ class event_proc {
     // The thread waits for events, and nobody has woken it yet; guarded by the queue's mutex. Who finds it
     // awake need not notify it.
     bool asleep_ = false;
-    bool busy_ = false;           // this worker's thread only: several events were there at the last take
     const std::uint8_t manners_;  // of manner
     std::unique_ptr<ZebThread<my_thread<event_proc>>> thread_;
     my_thread<event_proc> binding_;
