@@ -9,7 +9,8 @@ constexpr std::size_t kBucketHint = 10;
 
 }  // namespace
 
-event_backend::event_backend() : event_backend(deferred(kTakesRuns | kRoutesRuns)) {
+event_backend::event_backend(forwarding how)
+    : event_backend(deferred(how == kInRuns ? kTakesRuns | kRoutesRuns : unsigned{kOneByOne})) {
     begin();
 }
 event_backend::event_backend(deferred d) : event_proc(QID_SYS, d), table_(kBucketHint) {}
@@ -42,12 +43,12 @@ void event_backend::process_event(event& e) {
 bool event_backend::forward_run(std::list<event>& events) {
     const _qid destination = events.front().destination;
     if (destination == QID_NONE || destination == QID_ALL) return false;
-    auto end = events.begin();
-    while (end != events.end() && end->destination == destination)
-        ++end;
     const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
     const auto found = table_.find(destination);
     if (found == table_.end() || !found->second->is(kTakesRuns)) return false;
+    auto end = events.begin();
+    while (end != events.end() && end->destination == destination)
+        ++end;
     std::list<event> run;
     if (end == events.end()) {
         run.swap(events);

@@ -22,8 +22,13 @@ class event_backend : public event_proc {
     // What unregister_queue returns: done; there is no such worker.
     enum unregister_result : int { kUnregistered = 0, kNotRegistered = 3 };
 
+    // How events that stand together and have the same destination are handed on. In runs: in one piece, and
+    // process_event is not asked. For an object of this very class only, and for destinations whose classes
+    // take runs; a derived class would miss what it overrides.
+    enum forwarding { kOneAtATime, kInRuns };
+
     // Starts the thread.
-    event_backend();
+    explicit event_backend(forwarding how = kOneAtATime);
     // Stops the thread and empties the table; the workers in it are not deleted.
     ~event_backend() override;
 
@@ -52,7 +57,7 @@ class event_backend : public event_proc {
 
     // Moves the first of `events`, and those behind it that have the same destination, to that worker's
     // queue: nodes and all, under one lock. False, and nothing is moved, when each must be handled by itself:
-    // a broadcast, no destination, no such worker, or one whose class has a post_event of its own.
+    // a broadcast, no destination, no such worker, or one whose class does not take runs.
     bool forward_run(std::list<event>& events);
 
     // Recursive: a dead worker's answer to EC_TERM passes a dead router within the delivery that it answers.

@@ -18,8 +18,6 @@ constexpr int kExitTimeout = 10000;  // milliseconds
 
 }  // namespace
 
-thread_local event_proc::work_in_hand* event_proc::work_in_hand::of_this_thread = nullptr;
-
 event_proc::event_proc(_qid id) : event_proc(id, deferred{}) {
     begin();
 }
@@ -167,7 +165,7 @@ void event_proc::serve() {
     {
         work_in_hand work(*this);
         while (take(work.taken)) {
-            while (running_ && !work.taken.empty()) {
+            while (running_.load(std::memory_order_relaxed) && !work.taken.empty()) {
                 if (is(kRoutesRuns) && static_cast<event_backend*>(this)->forward_run(work.taken)) continue;
                 event e = work.next();
                 if (e.code() == EC_NONE) continue;  // no payload, or one that says nothing

@@ -6,9 +6,11 @@
 // events it looks whether it has been stopped; what it has then taken and not handled goes back to the
 // queue's head, as it does when a handler throws. So nobody can tell from outside that it had left the queue.
 //
-// Sending. What a handler sends reaches the router when its turn ends, or when a good many events have
-// gathered: one lock and one wake-up for all of them, instead of the router being woken for each and asleep
-// again before the next. Order is kept, and so is what was sent before a handler threw.
+// Sending. What a handler sends is in the router's queue when send() returns. Two classes whose handlers do
+// nothing but send, the parser and the database, collect it instead: it reaches the router when the turn
+// ends, or when a good many events have gathered: one lock and one wake-up for all of them, instead of the
+// router being woken for each and asleep again before the next. Order is kept, and so is what was sent before
+// a handler threw.
 //
 // Deriving. The thread is created by the base constructor, when the derived object does not exist yet. If it
 // went on at once it would call pre() and process_event() of the base, or of whatever class is under
@@ -33,6 +35,7 @@
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <thread>
 
 #include "src/event/event.h"
 #include "src/event/event_queue.h"
@@ -72,7 +75,8 @@ class event_proc {
     int post(std::shared_ptr<i_evt_base> payload, _qid destination);
 
     // Sends an event through the router; never waits for its receiver. 1, and the payload is dropped, before
-    // this worker is registered with a router; otherwise 0.
+    // this worker is registered with a router; otherwise 0. On the own thread of a worker that collects, the
+    // event leaves with the others of its turn.
     int send(std::shared_ptr<i_evt_base> payload, _qid destination);
 
     // Stops the thread and waits until it has ended (a wait of more than 10 s is reported, and goes on).
@@ -87,16 +91,17 @@ class event_proc {
     // not start.
     using thread_end_hook = void (*)(event_proc&) noexcept;
 
-    // What a class of the library's own knows of itself, to make hand-offs cheaper. One that says nothing
-    // gets each event by itself, and each of its results leaves when its turn ends.
+    // What a class says of itself, to make hand-offs cheaper. One that says nothing gets each event by
+    // itself, and each of its results leaves as it is sent.
     enum manner : std::uint8_t {
         kOneByOne = 0,
         // post_event is not overridden: several events may be queued at once.
         kTakesRuns = 1,
-        // Handlers are short: what they send may wait while events of the same code follow.
-        kKeepsResults = 2,
-        // The router itself, process_event not overridden: it forwards several at once.
-        kRoutesRuns = 4,
+        // Handlers wait for nothing, and do nothing that others see but send: what they send may wait until
+        // the turn ends.
+        kCollects = 2,
+        // As well, they are short: what they send may wait while events of the same code follow.
+        kKeepsResults = 4,
     };
     // Chooses the constructor for derived classes.
     struct deferred {
@@ -120,9 +125,12 @@ class event_proc {
 
     class work_in_hand;
 
+    // event_backend only, with none of its operations overridden: it forwards several at once.
+    static constexpr std::uint8_t kRoutesRuns = 8;
+
     void run();
     void serve();
-    bool is(manner what) const { return (manners_ & what) != 0; }
+    bool is(unsigned what) const { return (manners_ & what) != 0; }
     // Appends all, and leaves `events` empty; no memory is needed. Wakes the worker if it sleeps.
     void append(std::list<event>& events);
     // Waits for events and takes all there are; false when the worker was stopped instead.
@@ -151,6 +159,11 @@ class event_proc {
     bool answering_term_ = false;  // this worker's thread only
     const thread_end_hook thread_end_hook_;
     std::atomic<bool> lost_answer_{false};
+    // Of a class that collects, while it serves: its thread, and what that has in hand. Not thread-local
+    // storage: a library that is loaded late gets that from the heap, at each thread's first use, and the
+    // process ends where there is no memory.
+    std::atomic<std::thread::id> collecting_{};
+    work_in_hand* in_hand_ = nullptr;  // that thread only
 };
 
 }  // namespace spi

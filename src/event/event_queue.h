@@ -8,7 +8,7 @@
 
 namespace spi {
 
-// Any thread may post. The mutex is held only while one event is linked or unlinked, never while a handler
+// Any thread may post. The mutex is held only while events are linked or unlinked, never while a handler
 // runs.
 class event_queue {
  public:

@@ -33,7 +33,7 @@ std::uint16_t day_key(const PiScheduleProgramme& programme) {
 
 }  // namespace
 
-SpiEventDb::SpiEventDb() : event_proc(QID_EVTDB, deferred(kTakesRuns | kKeepsResults)) {
+SpiEventDb::SpiEventDb() : event_proc(QID_EVTDB, deferred(kTakesRuns | kCollects | kKeepsResults)) {
     begin();
 }
 SpiEventDb::~SpiEventDb() {

@@ -15,7 +15,7 @@ constexpr std::uint16_t kProgrammeInformation = 1;
 
 }  // namespace
 
-SpiParser::SpiParser() : event_proc(QID_PARSE, deferred(kTakesRuns)) {
+SpiParser::SpiParser() : event_proc(QID_PARSE, deferred(kTakesRuns | kCollects)) {
     begin();
 }
 SpiParser::~SpiParser() {

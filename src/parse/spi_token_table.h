@@ -34,8 +34,8 @@ class SpiTokenTable {
 
     // The text of a token; empty when the object did not define it.
     std::string get_token(unsigned char code) const;
-    // The same for one of the 16 codes, without a copy; null when the object did not define it.
-    const std::string* find(std::uint8_t code) const { return texts_[code]; }
+    // The same without a copy, for the 16 codes; null for others, and when the object did not define it.
+    const std::string* find(std::uint8_t code) const { return code < kBeyondCodes ? texts_[code] : nullptr; }
 
  private:
     static constexpr std::uint32_t kCodes = 0x000FD9FE;  // a bit for each code

@@ -74,7 +74,7 @@ class SpiServer final : public term_event_proc {
     void unregister_workers() noexcept;
     void send_to(_qid destination, std::shared_ptr<i_evt_base> payload);
 
-    event_backend backend_;
+    event_backend backend_{event_backend::kInRuns};
     std::uint16_t ensemble_ = 0;   // the current ensemble; 0: none. The host's thread only
     std::uint8_t terminated_ = 0;  // EC_TERM answers so far. The server's thread only
 };

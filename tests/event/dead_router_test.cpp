@@ -77,7 +77,7 @@ TEST_F(DeadRouter, PassesOnTheRequestsThatWereQueuedWhenItDied) {
 TEST_F(DeadRouter, ThatNeverStartedPassesRequestsAndAnswersOn) {
     const thread_faults threads([](unsigned n) { return n == 1; });
     scripted_worker* answering = nullptr;
-    event_backend router;
+    event_backend router{event_backend::kInRuns};
     scripted_worker server(QID_SERV, note("server"));
     scripted_worker parser(QID_PARSE, [&](event& e) {
         seen.add(std::string("parser ") + event_name(e.code()));
@@ -96,7 +96,7 @@ TEST_F(DeadRouter, ThatNeverStartedPassesRequestsAndAnswersOn) {
 
 struct RouterWithoutMemory : DeadRouter {
     const thread_faults threads;
-    event_backend router;  // thread 1
+    event_backend router{event_backend::kInRuns};  // thread 1
     scripted_worker parser{QID_PARSE, note("parser")};
 
     void SetUp() override {

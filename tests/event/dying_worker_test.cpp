@@ -44,8 +44,8 @@ struct DyingWorker : testing::Test {
     const watchdog guard;
     thread_faults threads;
     captured_debug debug;
-    journal<int> answers;  // 0 for an EC_TERM, else a marker's number
-    event_backend router;  // thread 1
+    journal<int> answers;                          // 0 for an EC_TERM, else a marker's number
+    event_backend router{event_backend::kInRuns};  // thread 1
     scripted_worker server{
         QID_SERV, [this](event& e) { answers.add(e.code() == EC_TERM ? 0 : number_of(e)); }};  // thread 2
 

@@ -34,7 +34,7 @@ struct Router : testing::Test {
 
     const watchdog guard;
     journal<seen> handled;
-    event_backend router;
+    event_backend router{event_backend::kInRuns};
     scripted_worker server{QID_SERV, record(handled, QID_SERV)};
     scripted_worker parser{QID_PARSE, record(handled, QID_PARSE)};
     scripted_worker database{QID_EVTDB, record(handled, QID_EVTDB)};

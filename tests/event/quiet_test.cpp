@@ -50,7 +50,7 @@ TEST(Quiet, TheLongestLimitDoesNotOverflow) {
 
 TEST(Quiet, ComesOnlyWhenWhatAHandlerCausedIsHandledToo) {
     const watchdog guard;
-    event_backend router;
+    event_backend router{event_backend::kInRuns};
     journal<int> handled;
     scripted_worker* first = nullptr;
     scripted_worker second(QID_EVTDB, [&](event& e) {

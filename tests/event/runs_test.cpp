@@ -31,7 +31,7 @@ std::vector<int> numbers(int count) {
 
 struct Runs : testing::Test {
     const watchdog guard;
-    event_backend router;
+    event_backend router{event_backend::kInRuns};
     journal<int> at_database;
     journal<int> at_notifier;
     scripted_worker database{QID_EVTDB, [this](event& e) { at_database.add(number_of(e)); }};
@@ -50,9 +50,9 @@ struct Runs : testing::Test {
         if (sender) router.unregister_queue(QID_PARSE, false);
         router.destroy_proc();
     }
-    void make_sender(scripted_worker::handler on_event, bool keeps_results = false) {
-        sender = std::make_unique<scripted_worker>(QID_PARSE, std::move(on_event), nullptr, nullptr,
-                                                   keeps_results);
+    void make_sender(scripted_worker::handler on_event,
+                     scripted_worker::sending how = scripted_worker::kCollected) {
+        sender = std::make_unique<scripted_worker>(QID_PARSE, std::move(on_event), nullptr, nullptr, how);
         router.register_queue(sender.get());
     }
     void send(int number, _qid destination) { sender->send(numbered(number), destination); }
@@ -82,6 +82,34 @@ TEST_F(Runs, LeaveBroadcastsAndUnknownDestinationsInTheirPlace) {
     sender->post(numbered(0), QID_PARSE);
     EXPECT_THAT(at_database.wait_for(3), ElementsAre(1, 2, 4));
     EXPECT_THAT(at_notifier.wait_for(2), ElementsAre(2, 5));
+}
+
+// So it may wait for what comes of it.
+TEST_F(Runs, AreNotCollectedFromAWorkerThatDoesNotSaySo) {
+    gate handled;
+    make_sender(
+        [&](event&) {
+            send(1, QID_EVTDB);
+            at_database.wait_for(1);
+            handled.open();
+        },
+        scripted_worker::kAtOnce);
+    sender->post(numbered(0), QID_PARSE);
+    handled.wait();
+    EXPECT_THAT(at_database.all(), ElementsAre(1));
+}
+
+TEST_F(Runs, SentInTheNameOfAnotherWorkerDoNotWaitForTheTurn) {
+    gate handled;
+    make_sender([&](event&) {
+        send(2, QID_EVTDB);
+        notifier.send(numbered(1), QID_EVTDB);
+        at_database.wait_for(1);
+        handled.open();
+    });
+    sender->post(numbered(0), QID_PARSE);
+    handled.wait();
+    EXPECT_THAT(at_database.wait_for(2), ElementsAre(1, 2));
 }
 
 TEST_F(Runs, OfATurnAreThereWhenTheNextTurnBegins) {
@@ -115,7 +143,7 @@ TEST_F(Runs, OfAWorkerThatKeepsItsResultsAreThereBeforeAnEventOfAnotherCode) {
             if (e.code() == EC_RESEND) return may_return.wait();
             send(number_of(e), QID_EVTDB);
         },
-        true);
+        scripted_worker::kKept);
     sender->post(numbered(0), QID_PARSE);
     for (int i = 1; i <= 3; ++i)
         sender->post(numbered(i), QID_PARSE);
@@ -144,7 +172,7 @@ TEST_F(Runs, AreInFlightUntilTheyAreHandled) {
             for (int i = 0; i < 10; ++i)
                 send(number_of(e) * 10 + i, QID_EVTDB);
         },
-        true);
+        scripted_worker::kKept);
     for (int i = 0; i < 100; ++i)
         sender->post(numbered(i), QID_PARSE);
     EXPECT_TRUE(wait_until_quiet(std::chrono::minutes(1)));
@@ -165,14 +193,17 @@ class counting_worker final : public event_proc {
     counting_worker() : event_proc(QID_LOGODB, deferred{}) { begin(); }
     ~counting_worker() override { destroy_proc(); }
     int post_event(event e) override {
+        if (number_of(e) == 0) may_pass.wait();  // and so does the router
         posted.add(number_of(e));
         return event_proc::post_event(std::move(e));
     }
+    gate may_pass;
     journal<int> posted;
 };
 
 TEST_F(Runs, AreTakenApartForAClassWithItsOwnPostEvent) {
     counting_worker counting;
+    counting.may_pass.open();
     router.register_queue(&counting);
     make_sender([this](event&) {
         for (int i = 0; i < 100; ++i)
@@ -183,8 +214,20 @@ TEST_F(Runs, AreTakenApartForAClassWithItsOwnPostEvent) {
     router.unregister_queue(QID_LOGODB, false);
 }
 
-// A router whose class has a process_event of its own, which sees every event.
-class watching_router final : public event_backend {
+// What stands together is looked through once, not once for each event.
+TEST_F(Runs, OfAnyLengthAreTakenApartInTimeThatGrowsWithThem) {
+    constexpr int kMany = 200'000;
+    counting_worker counting;
+    router.register_queue(&counting);
+    for (int i = 0; i < kMany; ++i)
+        router.post(numbered(i), QID_LOGODB);
+    counting.may_pass.open();
+    EXPECT_EQ(counting.posted.wait_for(kMany).size(), std::size_t{kMany});
+    router.unregister_queue(QID_LOGODB, false);
+}
+
+// Routers whose classes have operations of their own, which see every event.
+class watching_router : public event_backend {
  public:
     watching_router() : event_backend(deferred{}) { begin(); }
     ~watching_router() override { destroy_proc(); }
@@ -195,17 +238,35 @@ class watching_router final : public event_backend {
     journal<int> routed;
 };
 
-TEST(RunsThroughARouterOfAnotherClass, AreTakenApartForIt) {
+class counting_router : public event_backend {
+ public:
+    ~counting_router() override { destroy_proc(); }
+    int post_event(event e) override {
+        routed.add(number_of(e));
+        return event_backend::post_event(std::move(e));
+    }
+    journal<int> routed;
+};
+
+template <class Router>
+struct RunsThroughARouterOfAnotherClass : testing::Test {};
+using routers = testing::Types<watching_router, counting_router>;
+TYPED_TEST_SUITE(RunsThroughARouterOfAnotherClass, routers);
+
+TYPED_TEST(RunsThroughARouterOfAnotherClass, AreTakenApartForIt) {
     const watchdog guard;
-    watching_router router;
+    TypeParam router;
     journal<int> handled;
     scripted_worker database(QID_EVTDB, [&](event& e) { handled.add(number_of(e)); });
     router.register_queue(&database);
     scripted_worker* self = nullptr;
-    scripted_worker sender(QID_PARSE, [&](event&) {
-        for (int i = 0; i < 100; ++i)
-            self->send(numbered(i), QID_EVTDB);
-    });
+    scripted_worker sender(
+        QID_PARSE,
+        [&](event&) {
+            for (int i = 0; i < 100; ++i)
+                self->send(numbered(i), QID_EVTDB);
+        },
+        nullptr, nullptr, scripted_worker::kCollected);
     self = &sender;
     router.register_queue(&sender);
     sender.post(numbered(0), QID_PARSE);
@@ -248,7 +309,7 @@ TEST(EventsInHand, OfAStoppedWorkerAreNotHandledAndReleasedWithIt) {
 TEST(EventsInHand, OfADyingWorkerStayInItsQueueAndTheRequestsAmongThemAreAnswered) {
     const watchdog guard;
     const captured_debug debug;
-    event_backend router;
+    event_backend router{event_backend::kInRuns};
     journal<int> answers;
     scripted_worker server(QID_SERV, [&](event& e) { answers.add(e.code()); });
     router.register_queue(&server);

@@ -24,11 +24,17 @@ class scripted_worker final : public spi::event_proc {
     using handler = std::function<void(spi::event&)>;
     using hook = std::function<void()>;
 
-    // Events may come in runs, as to the library's own workers; results may wait for the next turn if
-    // `keeps_results`.
+    // When what the handler sends leaves: at once as from most workers, with the turn's end as from the
+    // parser, or later as from the database.
+    enum sending : unsigned {
+        kAtOnce = kTakesRuns,
+        kCollected = kTakesRuns | kCollects,
+        kKept = kTakesRuns | kCollects | kKeepsResults,
+    };
+
     scripted_worker(spi::_qid id, handler on_event, hook on_pre = {}, hook on_post = {},
-                    bool keeps_results = false)
-        : event_proc(id, deferred(keeps_results ? kTakesRuns | kKeepsResults : kTakesRuns)),
+                    sending how = kAtOnce)
+        : event_proc(id, deferred(how)),
           on_event_(std::move(on_event)),
           on_pre_(std::move(on_pre)),
           on_post_(std::move(on_post)) {
