@@ -90,35 +90,48 @@ void midnight(benchmark::State& state) {
     measure(state, figure, {{"bare", ceiling}}, {dropped});
 }
 
-// One tick through the whole server until it is at rest, at which nothing changes; the bare broadcast
-// likewise; where the scheduler puts the threads, and on one processor.
-void tick_server(benchmark::State& state, room where, unsigned services) {
-    const placement here(where);
+// A server with programmes of some services, of which one is listened to.
+struct full_server {
     live_core core;
-    core.set_clock(0);
-    core.tune(0);
-    for (unsigned i = 0; i < services; ++i)
-        core.feed(body_of(programme_object(i, 96, {})), "object " + std::to_string(i));
     unsigned tick = 0;
-    const auto figure = [&] {
-        core.settle();
+
+    explicit full_server(unsigned services) {
+        core.set_clock(0);
+        core.tune(0);
+        for (unsigned i = 0; i < services; ++i)
+            core.feed(body_of(programme_object(i, 96, {})), "object " + std::to_string(i));
+    }
+    // Ticks at which nothing changes, until all is at rest.
+    double ticks(unsigned count) {
+        live_core::settle();
         return seconds_of([&] {
-            for (unsigned i = 0; i < 50; ++i)
+            for (unsigned i = 0; i < count; ++i)
                 core.set_clock(1 + ++tick % 25);
-            core.settle();
+            live_core::settle();
         });
-    };
+    }
+};
+
+// Ticks through the whole server; ceilings are the same with ten services, and the bare broadcast. Where the
+// scheduler puts the threads, and on one processor.
+void tick_server(benchmark::State& state, room where, unsigned services) {
+    constexpr unsigned kCount = 50;
+    constexpr unsigned kStages = 5;
+    const placement here(where);
+    full_server many(services);
+    full_server few(10);
     countdown passed;
-    bare_pipeline bare(1, [&] { passed.call(); });
+    bare_pipeline bare(0, [&] { passed.call(); });
     const auto ceiling = [&] {
-        passed.expect(50);
+        passed.expect(std::size_t{kCount} * kStages);
         return seconds_of([&] {
-            for (unsigned i = 0; i < 50; ++i)
-                bare.post(bare_pipeline::kEverybody);
+            for (unsigned i = 0; i < kCount; ++i)
+                bare.post(bare_pipeline::kTick);
             passed.wait();
         });
     };
-    measure(state, figure, {{"bare", ceiling}}, {50});
+    measure(state, [&] { return many.ticks(kCount); },
+            {{"bare", ceiling}, {"10_services", [&] { return few.ticks(kCount); }}}, {kCount});
 }
 
 BENCHMARK(tick_database)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime();

@@ -1,6 +1,7 @@
 // Fixed workloads, to be counted and not timed: dabspi_cost NAME ROUNDS plays one of them ROUNDS times, and
-// prints how often it took memory. The instructions of a round are the difference between two numbers of
-// rounds (scripts/check-cost): what comes before and after is the same in both.
+// prints how often it took memory, and how often it took a mutex or notified a thread. The instructions of a
+// round are the difference between two numbers of rounds (scripts/check-cost): what comes before and after is
+// the same in both.
 //
 // Each makes its objects beforehand and runs on this thread as far as it can; where threads take part, each
 // round waits until all is at rest.
@@ -12,7 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "bench/counted_locks.h"
 #include "bench/event_sink.h"
+#include "bench/hand_offs.h"
 #include "bench/live_core.h"
 #include "bench/material.h"
 #include "src/event/payloads.h"
@@ -146,6 +149,11 @@ round_of broadcasts() {
     };
 }
 
+// 10,000 events from a worker through the router to another.
+round_of hand_off_events() {
+    return [] { hand_offs(10'000).play(); };
+}
+
 const std::map<std::string, std::function<round_of()>>& workloads() {
     static const std::map<std::string, std::function<round_of()>> all = {
         {"parse-programmes", [] { return parse_programmes(false, false); }},
@@ -155,6 +163,7 @@ const std::map<std::string, std::function<round_of()>>& workloads() {
         {"file-programmes", file_programmes},
         {"ticks", ticks},
         {"logos", logos},
+        {"hand-offs", hand_off_events},
         {"road", road},
         {"broadcasts", broadcasts},
     };
@@ -173,7 +182,9 @@ int main(int count, char** words) {
     const round_of round = workloads().at(words[1])();
     round();  // what is made once is there
     const counted_heap heap;
+    const std::uint64_t before = locks_and_notifications();
     for (int left = std::atoi(words[2]); left > 0; --left)
         round();
-    std::printf("%llu\n", static_cast<unsigned long long>(heap.blocks()));
+    std::printf("%llu %llu\n", static_cast<unsigned long long>(heap.blocks()),
+                static_cast<unsigned long long>(locks_and_notifications() - before));
 }

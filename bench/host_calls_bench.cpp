@@ -128,7 +128,14 @@ void small_call(benchmark::State& state, bool burst, room where,
     const unsigned calls = burst ? 200 : 1;
     live_host host;
     bare_hand_off bare;
-    host_call(state, calls, [&] { call(host); }, {{"bare", [&] { return bare(calls); }}});
+    warm_copy warm(0);
+    const auto memory = [&] {
+        return seconds_of([&] {
+            for (unsigned i = 0; i < calls; ++i)
+                warm(nullptr, 0);
+        });
+    };
+    host_call(state, calls, [&] { call(host); }, {{"bare", [&] { return bare(calls); }}, {"memcpy", memory}});
 }
 
 void set_date_time(live_host& host) {

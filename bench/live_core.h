@@ -2,6 +2,7 @@
 // pipeline.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -16,12 +17,13 @@
 
 namespace bench {
 
-// Counts calls on one thread; another one waits for the last of them. The time of the last one is kept.
+// Counts calls, of one thread or of several; another one waits for the last of them. The time of the last one
+// is kept.
 class countdown {
  public:
     void expect(std::size_t calls) { left_ = calls; }
     void call() {
-        if (left_ == 0 || --left_ != 0) return;
+        if (left_ == 0 || --left_ != 0) return;  // beyond what is expected one thread calls, if any
         const auto now = std::chrono::steady_clock::now();
         const std::lock_guard<std::mutex> lock(mutex_);
         done_at_ = now;
@@ -37,7 +39,7 @@ class countdown {
     }
 
  private:
-    std::size_t left_ = 0;  // set while nobody calls
+    std::atomic<std::size_t> left_{0};  // set while nobody calls
     std::mutex mutex_;
     std::condition_variable changed_;
     bool done_ = false;  // guarded by mutex_
