@@ -2,9 +2,9 @@
 // events are there, so what it does with locks and notifications is the same in every run.
 #pragma once
 
-#include "tests/event/journal.h"
 #include "src/event/event_backend.h"
 #include "src/event/event_proc.h"
+#include "tests/event/journal.h"
 
 namespace bench {
 
