@@ -2,6 +2,9 @@
 // events are there, so what it does with locks and notifications is the same in every run.
 #pragma once
 
+#include <memory>
+
+#include "bench/counted_locks.h"
 #include "src/event/event_backend.h"
 #include "src/event/event_proc.h"
 #include "tests/event/journal.h"
@@ -29,8 +32,10 @@ class hand_offs {
     void play() {
         router_.post(said(spi::EC_SERV), spi::QID_LOGODB);  // the router is held from here
         holder_.reached.wait();
+        const std::uint64_t before = locks_and_notifications();
         for (unsigned i = 0; i < events_; ++i)
             sender_.post(said(spi::EC_EVTINFO), spi::QID_EVTDB);
+        forget_locks(locks_and_notifications() - before);  // one for each, whatever becomes of it
         sender_.post(said(spi::EC_RESEND), spi::QID_EVTDB);
         sender_.open();
         sender_.all_sent.wait();

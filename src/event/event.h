@@ -3,7 +3,8 @@
 // A payload is made once with std::make_shared and travels as std::shared_ptr<i_evt_base>; copies of an event
 // share it. It is never changed once it is posted, since several workers may hold it at the same time. (One
 // exception: a MOT body has a single receiver, which moves the bytes out.) It carries its own code; receivers
-// downcast by it. No worker keeps a payload beyond its handler: `wait_until_quiet` counts on that.
+// downcast by it. No worker keeps a payload beyond its handler, but to send it on: `wait_until_quiet`
+// counts on that.
 #pragma once
 
 #include <memory>

@@ -27,7 +27,7 @@ class event_backend : public event_proc {
     // take runs; a derived class would miss what it overrides.
     enum forwarding { kOneAtATime, kInRuns };
 
-    // Starts the thread.
+    // Starts the thread, and opens its gate: derived classes take the other constructor.
     explicit event_backend(forwarding how = kOneAtATime);
     // Stops the thread and empties the table; the workers in it are not deleted.
     ~event_backend() override;

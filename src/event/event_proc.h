@@ -7,10 +7,10 @@
 // queue's head, as it does when a handler throws. So nobody can tell from outside that it had left the queue.
 //
 // Sending. What a handler sends is in the router's queue when send() returns. Two classes whose handlers do
-// nothing but send, the parser and the database, collect it instead: it reaches the router when the turn
-// ends, or when a good many events have gathered: one lock and one wake-up for all of them, instead of the
-// router being woken for each and asleep again before the next. Order is kept, and so is what was sent before
-// a handler threw.
+// nothing that others see but send, the parser and the database, collect it instead: it reaches the router
+// when the turn ends, or when a good many events have gathered: one lock and one wake-up for all of them,
+// instead of the router being woken for each and asleep again before the next. Order is kept, and so is what
+// was sent before a handler threw.
 //
 // Deriving. The thread is created by the base constructor, when the derived object does not exist yet. If it
 // went on at once it would call pre() and process_event() of the base, or of whatever class is under
