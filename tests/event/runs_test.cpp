@@ -13,6 +13,7 @@
 #include "src/event/quiet.h"
 #include "src/event/term_event.h"
 #include "tests/event/journal.h"
+#include "tests/event/log_lines.h"
 #include "tests/event/scripted_worker.h"
 #include "tests/event/thread_faults.h"
 #include "tests/event/watchdog.h"
@@ -74,17 +75,22 @@ TEST_F(Runs, KeepTheOrderOfEachDestination) {
 }
 
 TEST_F(Runs, LeaveBroadcastsAndUnknownDestinationsInTheirPlace) {
+    const captured_stderr log;
     make_sender([this](event& e) {
         if (number_of(e) != 0) return;  // the broadcast
         send(1, QID_EVTDB);
         send(2, QID_ALL);
         send(3, QID_NONE);
-        send(4, QID_EVTDB);
-        send(5, QID_CBHDL);
+        send(4, QID_LOGODB);
+        send(5, QID_LOGODB);
+        send(6, QID_EVTDB);
+        send(7, QID_CBHDL);
     });
     sender->post(numbered(0), QID_PARSE);
-    EXPECT_THAT(at_database.wait_for(3), ElementsAre(1, 2, 4));
-    EXPECT_THAT(at_notifier.wait_for(2), ElementsAre(2, 5));
+    EXPECT_THAT(at_database.wait_for(3), ElementsAre(1, 2, 6));
+    EXPECT_THAT(at_notifier.wait_for(2), ElementsAre(2, 7));
+    const std::string dropped = " Event backend - no queue  QID_LOGODB / EC_SERVINFO";
+    EXPECT_THAT(messages_of(log.text()), ElementsAre(dropped, dropped));
 }
 
 // So it may wait for what comes of it.
@@ -119,11 +125,13 @@ TEST_F(Runs, SentInTheNameOfAnotherWorkerDoNotWaitForTheTurn) {
 
 TEST_F(Runs, OfATurnAreThereWhenTheNextTurnBegins) {
     make_sender([&](event& e) {
+        if (number_of(e) == 0) return all_there.wait();
         if (number_of(e) == 2) may_return.wait();
         send(number_of(e), QID_EVTDB);
     });
-    for (int i = 1; i <= 3; ++i)
+    for (int i = 0; i <= 3; ++i)
         sender->post(numbered(i), QID_PARSE);
+    all_there.open();
     EXPECT_THAT(at_database.wait_for(1), ElementsAre(1));  // while the second turn does not end
     may_return.open();
     EXPECT_THAT(at_database.wait_for(3), ElementsAre(1, 2, 3));
