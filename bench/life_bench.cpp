@@ -1,12 +1,11 @@
 // Construction and destruction of a server, beside as many bare threads: six that wait on a condition
 // variable and end when they are told to, and six watchdogs that last as long as each one's join.
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 #include "bench/live_core.h"
 #include "bench/paired.h"
+#include "tests/event/journal.h"
 
 namespace {
 
@@ -14,24 +13,12 @@ using namespace bench;
 
 class waiting_thread {
  public:
-    void tell() {
-        {
-            const std::lock_guard<std::mutex> lock(mutex_);
-            told_ = true;
-        }
-        changed_.notify_one();
-    }
+    void tell() { told_.open(); }
     void join() { thread_.join(); }
 
  private:
-    void run() {
-        std::unique_lock<std::mutex> lock(mutex_);
-        changed_.wait(lock, [this] { return told_; });
-    }
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    bool told_ = false;  // guarded by mutex_
-    std::thread thread_{[this] { run(); }};
+    gate told_;
+    std::thread thread_{[this] { told_.wait(); }};
 };
 
 void construct_and_destroy(benchmark::State& state) {
