@@ -77,7 +77,6 @@ double added_in_a_period(const long_life_result& result) {
 // A receiver that stays with its ensemble keeps what nothing uses up: announcements of logos that never come
 // (twelve sensible ones and 220 hostile ones a day here).
 TEST(LongLife, InOneEnsembleOnlyAnnouncementsAddUp) {
-    if (kSanitized) GTEST_SKIP() << "takes more days than a sanitizer has time for";
     temporary_directory logos;
     const auto make = [&] { return std::make_unique<core_receiver>(logos.path().string()); };
     const long_life_result result =
@@ -91,7 +90,6 @@ TEST(LongLife, InOneEnsembleOnlyAnnouncementsAddUp) {
 // A date that jumps by two days leaves a day behind; in a car that is not unplugged this happens in every
 // garage. It ends with the ensemble.
 TEST(LongLife, InOneEnsembleEachJumpOfTheDateLeavesADayBehind) {
-    if (kSanitized) GTEST_SKIP() << "takes more days than a sanitizer has time for";
     temporary_directory logos;
     const auto make = [&] { return std::make_unique<core_receiver>(logos.path().string()); };
     const long_life_result result =
