@@ -1,8 +1,11 @@
 // What every subcommand of dabspi looks like to main.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
+
+namespace CLI {
+class App;
+}
 
 namespace dabspi {
 

@@ -1,5 +1,6 @@
 #include "tools/command_line.h"
 
+#include <CLI/CLI.hpp>
 #include <string>
 
 #include "tools/replay_command.h"

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
 
@@ -66,7 +67,7 @@ std::string json_text(const json& value) {
     return value.dump();
 }
 
-std::string json_error_text(const json::exception& error, bool with_line) {
+std::string json_error_text(const std::exception& error, bool with_line) {
     std::string what = error.what();
     auto start = what.find(with_line ? "line " : "column ");
     if (start == std::string::npos) start = what.find("] ") + 2;

@@ -2,7 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
+#include <exception>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace dabspi {
@@ -20,6 +21,6 @@ std::string json_text(const nlohmann::json& value);
 
 // What is wrong with a text that is no JSON, in the JSON library's words: "this is not JSON: column 3: ...".
 // With several lines, "line 2, column 3: ...".
-std::string json_error_text(const nlohmann::json::exception& error, bool with_line);
+std::string json_error_text(const std::exception& error, bool with_line);
 
 }  // namespace dabspi

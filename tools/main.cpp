@@ -1,5 +1,6 @@
 // dabspi: the library on a desk. Every subcommand has a file of its own; tools/command_line.cpp lists them.
 
+#include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
 #include <iostream>

@@ -1,4 +1,4 @@
-# What the fuzzing scripts share. Sourced after packages.sh; expects to stand at the top of the tree.
+# What the fuzzing scripts share. Sourced after packages.sh and builds.sh; expects to stand at the top of the tree.
 
 # fuzz_targets: the names of all targets.
 fuzz_targets() {
@@ -14,12 +14,7 @@ check_fuzz_target() {
 
 # build_fuzz_targets PRESET: the targets in build/PRESET/bin, their seeds in build/PRESET/seeds/TARGET.
 build_fuzz_targets() {
-    cmake --preset "$1" -DDABSPI_WERROR="${DABSPI_WERROR:-OFF}" >/dev/null
-    cmake --build --preset "$1" --target fuzz_targets --parallel "$(nproc)" >"build/$1/build.log" 2>&1 || {
-        tail -n 60 "build/$1/build.log"
-        echo "$0: the targets cannot be built; the whole output is in build/$1/build.log" >&2
-        exit 2
-    }
+    build "$1" fuzz_targets
     LLVM_PROFILE_FILE=/dev/null "build/$1/bin/make_seeds" "build/$1/seeds"
     for name in $(fuzz_targets); do mkdir -p "build/$1/seeds/$name" "build/fuzz/corpus/$name"; done
 }

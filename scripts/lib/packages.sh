@@ -33,6 +33,8 @@ test_packages="libgtest-dev libgmock-dev bash man-db"
 bench_packages="libbenchmark-dev"
 count_packages="valgrind"
 install_packages="make pkg-config binutils"
+# The second compiler, with its sanitizers.
+clang_packages="clang libclang-rt-14-dev"
 # 32-bit ARM: the cross compiler, the emulator, GoogleTest's sources.
 armhf_packages="g++-arm-linux-gnueabihf qemu-user googletest"
 package_packages="build-essential debhelper dpkg-dev git lintian"

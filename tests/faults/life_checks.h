@@ -13,6 +13,9 @@
 #include "tests/event/log_lines.h"
 #include "tests/faults/whole_life.h"
 
+// What the shared block is locked by, as the library names it.
+inline const char* const kLockFile = "/dev/shm/dabspi-SysDataInfo.lock";
+
 inline const char* const kNoMemoryReport =
     "431 catch exception. thread name [dabspi], what [std::bad_alloc]\n";
 

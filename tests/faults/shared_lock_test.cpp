@@ -10,8 +10,6 @@
 
 namespace {
 
-const char* const kLockFile = "/dev/shm/dabspi-SysDataInfo.lock";
-
 struct SharedLock : testing::Test {
     const watchdog guard;
 

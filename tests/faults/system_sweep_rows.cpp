@@ -6,7 +6,6 @@
 
 namespace {
 
-const char* const kLockFile = "/dev/shm/dabspi-SysDataInfo.lock";
 using texts = std::vector<std::string>;
 
 // ---- what a life may come to ----

@@ -136,7 +136,7 @@ TEST(SpiTimePoint, FieldsThatAreNotCodedKeepTheirValues) {
 }
 
 TEST(SpiTimePoint, EmptyAttributeReadsAsAllOnes) {
-    const SpiTimePoint point = read({});
+    const SpiTimePoint point = read(bytes{});
     EXPECT_EQ(point.mjd, 131071U);
     EXPECT_EQ(point.hour, 31);
     EXPECT_EQ(point.minute, 63);

@@ -7,7 +7,6 @@ namespace soak {
 namespace {
 
 constexpr std::uint8_t kJpegFormat = 1;
-constexpr std::uint8_t kPngFormat = 2;
 
 struct logo_kind {
     const char* name;  // behind the station's number

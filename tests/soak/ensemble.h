@@ -14,6 +14,7 @@
 namespace soak {
 
 constexpr int kPeriod = 10;  // days
+constexpr std::uint8_t kPngFormat = 2;
 
 struct station {
     spi::ServElemId id;

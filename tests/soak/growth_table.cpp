@@ -33,7 +33,7 @@ class printed_at_the_end final : public ::testing::Environment {
         std::printf("\n");
     }
 };
-const ::testing::Environment* const table = ::testing::AddGlobalTestEnvironment(new printed_at_the_end);
+const ::testing::Environment* const printer = ::testing::AddGlobalTestEnvironment(new printed_at_the_end);
 
 }  // namespace
 

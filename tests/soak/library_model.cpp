@@ -7,7 +7,6 @@ namespace soak {
 namespace {
 
 constexpr std::size_t kLargestLogo = 22528;
-constexpr std::uint8_t kPngFormat = 2;
 constexpr std::uint8_t kSmall = 3;
 constexpr std::uint8_t kLarge = 4;
 

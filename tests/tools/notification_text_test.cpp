@@ -23,7 +23,7 @@ spi::MotDateTime at(const std::string& date, const std::string& time) {
     return result;
 }
 
-const programme kBreakfast{at("20260302", "1000"), 60, "Breakfast"};
+const programme kAtTen{at("20260302", "1000"), 60, "Breakfast"};
 const programme kUnset{spi::SpiTimePoint().local_time(0), 0, ""};
 const moment kMorning{at("20260302", "1030"), service_id{0xC221, 0xE1, 0}};
 
@@ -33,13 +33,13 @@ std::string text(const dabspi::notification& what, const moment& when = kMorning
 
 TEST(NotificationText, NowAndNextStandInColumns) {
     const programme elevenses{at("20260302", "1100"), 5, "Elevenses"};
-    EXPECT_EQ(text(now_next{kBreakfast, elevenses}),
+    EXPECT_EQ(text(now_next{kAtTen, elevenses}),
               "2026-03-02 10:30  E1.C221.0  now   2026-03-02 10:00    60 min  Breakfast\n"
               "                             next  2026-03-02 11:00     5 min  Elevenses\n");
 }
 
 TEST(NotificationText, AnUnsetProgrammeIsADash) {
-    EXPECT_EQ(text(now_next{kBreakfast, kUnset}),
+    EXPECT_EQ(text(now_next{kAtTen, kUnset}),
               "2026-03-02 10:30  E1.C221.0  now   2026-03-02 10:00    60 min  Breakfast\n"
               "                             next  -\n");
 }
@@ -85,7 +85,7 @@ TEST(NotificationText, WhatIsNotKnownIsADash) {
 
 TEST(NotificationText, ALongIdentifierMovesBothLinesOfAPair) {
     EXPECT_EQ(
-        text(now_next{kBreakfast, kUnset}, moment{at("20260302", "1030"), service_id{0xE1C00098, 0xE1, 15}}),
+        text(now_next{kAtTen, kUnset}, moment{at("20260302", "1030"), service_id{0xE1C00098, 0xE1, 15}}),
         "2026-03-02 10:30  E1.E1C00098.15  now   2026-03-02 10:00    60 min  Breakfast\n"
         "                                  next  -\n");
 }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <CLI/CLI.hpp>
 #include <cstdlib>
 
 #include "tests/tools/files.h"
@@ -20,8 +21,8 @@ using testing::UnorderedElementsAre;
 class Completion : public testing::Test {
  protected:
     void SetUp() override {
-        ASSERT_EQ(std::system("bash -c 'type compgen' >/dev/null 2>&1"), 0)
-            << "the completion is run by bash: apt-get install bash";
+        if (std::system("bash -c 'type compgen' >/dev/null 2>&1") != 0)
+            GTEST_SKIP() << "the completion is run by bash, which is not there: apt-get install bash";
         write_file(folder, "files/day.jsonl", "");
         write_file(folder, "files/day.json", "");
         write_file(folder, "files/notes.txt", "");

@@ -10,12 +10,12 @@ namespace dabspi {
 namespace {
 
 using spi_object::content_id;
+using spi_object::kMinutesOfDay;
 using spi_object::node;
 using spi_object::object_kind;
 using spi_object::time_value;
 namespace tag = spi_object::tag;
 
-constexpr std::int64_t kMinutesOfDay = 1440;
 constexpr std::int64_t kLongestDay = 2 * kMinutesOfDay;
 
 template <class Value>

@@ -19,11 +19,11 @@ constexpr std::string_view kElements[] = {"CA",
                                           "serviceGroups",
                                           "serviceProvider"};
 
-struct attribute_of {
+struct uncoded_attribute {
     std::string_view element;
     std::string_view name;
 };
-constexpr attribute_of kAttributes[] = {
+constexpr uncoded_attribute kAttributes[] = {
     {"bearer", "bitrate"},
     {"bearer", "cost"},
     {"bearer", "mimeValue"},
@@ -42,7 +42,7 @@ bool is_uncoded_element(std::string_view name) {
 }
 
 bool is_uncoded_attribute(std::string_view element, std::string_view name) {
-    return std::any_of(std::begin(kAttributes), std::end(kAttributes), [&](const attribute_of& each) {
+    return std::any_of(std::begin(kAttributes), std::end(kAttributes), [&](const uncoded_attribute& each) {
         return each.element == element && each.name == name;
     });
 }

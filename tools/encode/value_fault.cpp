@@ -15,9 +15,9 @@ namespace {
 
 using spi_object::attribute_entry;
 using spi_object::bytes;
+using spi_object::kMinutesOfDay;
 using spi_object::value_type;
 
-constexpr std::int64_t kMinutesOfDay = 1440;
 constexpr std::int64_t kLastDay = 0x1FFFF;  // of 17 bits
 
 std::string trimmed(const std::string& text) {

@@ -1,5 +1,6 @@
 #include "tools/pages/command_line_model.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
 

@@ -1,6 +1,7 @@
 // dabspi_pages SHARE PROSE...: writes the manual pages of dabspi to SHARE/man/man1 and its bash completion to
 // SHARE/bash-completion/completions. Run by the build. Pages of commands that are gone are removed.
 
+#include <CLI/CLI.hpp>
 #include <exception>
 #include <filesystem>
 #include <fstream>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <utility>
 
@@ -15,10 +16,9 @@ namespace dabspi {
 namespace {
 
 using nlohmann::json;
+using spi_object::kMinutesOfDay;
 
-constexpr std::int64_t kMinutesOfDay = 1440;
 constexpr unsigned kLongestTick = kMinutesOfDay;
-constexpr std::int64_t kMostDays = 366;       // that objects are sent ahead
 constexpr std::int64_t kMostTicks = 1000000;  // nearly two years of minutes; more is a mistaken year
 
 spi_object::time_value time_of(const plan_minute& minute) {

@@ -1,6 +1,7 @@
 #include "tools/record/plan_keys.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "tools/json_values.h"

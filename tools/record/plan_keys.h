@@ -4,7 +4,7 @@
 
 #include <cstdint>
 #include <limits>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 

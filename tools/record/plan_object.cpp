@@ -1,6 +1,7 @@
 #include "tools/record/plan_object.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "tools/json_values.h"
@@ -12,8 +13,6 @@ namespace dabspi {
 using nlohmann::json;
 
 namespace {
-
-constexpr int kMostDays = 366;
 
 // true, or the tokens themselves: {"0x01": "News"}.
 token_choice take_tokens(plan_keys& keys) {

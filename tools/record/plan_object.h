@@ -9,6 +9,8 @@
 
 namespace dabspi {
 
+constexpr int kMostDays = 366;  // that objects are sent ahead, or afterwards
+
 // A number, whose top byte is the ECC if it has 32 bits, or sid, ecc and scids by themselves. Nothing when
 // the key is not there.
 std::optional<service_id> take_data_service(plan_keys& keys, const char* key);

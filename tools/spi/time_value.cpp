@@ -11,7 +11,6 @@ namespace dabspi::spi_object {
 
 namespace {
 
-constexpr std::int64_t kMinutesOfDay = 1440;
 constexpr std::int64_t kLastDay = 0x1FFFF;
 
 // Days since 1858-11-17 in the Gregorian calendar, and back. Years are counted from March, so that the leap

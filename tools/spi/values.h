@@ -20,6 +20,8 @@
 
 namespace dabspi::spi_object {
 
+constexpr std::int64_t kMinutesOfDay = 1440;
+
 // A time. In XML "2026-03-10T07:00:00+01:00": local time, with the offset.
 struct time_value {
     std::uint32_t mjd = 0;  // day of the UTC date; 1858-11-17 is day 0; 17 bits

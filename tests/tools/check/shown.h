@@ -10,6 +10,8 @@
 
 namespace check_test {
 
+constexpr std::size_t kPiLine = 6;  // of today's schedule in a broadcast of with_today()
+
 struct shown {
     dabspi::check::finding_code code;
     std::function<broadcast()> make;

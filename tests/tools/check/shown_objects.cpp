@@ -7,8 +7,6 @@ using dabspi::check::finding_code;
 
 namespace {
 
-constexpr std::size_t kPiLine = 6;  // of today's schedule in a broadcast of with_today()
-
 // A schedule object with other bytes for its scope and its programmes.
 bytes object_of(const bytes& scope, const std::vector<bytes>& programmes) {
     std::vector<bytes> parts = {scope};

@@ -7,8 +7,6 @@ using dabspi::check::finding_code;
 
 namespace {
 
-constexpr std::size_t kPiLine = 6;
-
 // Programmes without a scope, each with this bearer.
 bytes scopeless(std::vector<programme_data> programmes, const std::vector<spi_builder::service_id>& bearers) {
     for (programme_data& each : programmes)

@@ -1,0 +1,16 @@
+# Builds of the presets in CMakePresets.json, which alone say how the tree is configured. Sourced after packages.sh.
+
+# build PRESET [TARGET...]: up to date in build/PRESET when this returns. What is printed is kept in build/PRESET/build.log, and shown
+# only when it fails.
+build() {
+    preset=$1
+    shift
+    mkdir -p "build/$preset"
+    {
+        cmake --preset "$preset" && cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"}
+    } >"build/$preset/build.log" 2>&1 || {
+        tail -n 60 "build/$preset/build.log" >&2
+        echo "$0: the preset $preset cannot be built; the whole output is in build/$preset/build.log" >&2
+        exit 1
+    }
+}
