@@ -2,6 +2,7 @@
 // there. It replays recordings, with the command line of `dabspi replay`, so that the same expectations hold
 // for it.
 
+#include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
 
