@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <atomic>
+#include <condition_variable>
 
 namespace {
 
@@ -17,25 +18,23 @@ void bench::forget_locks(std::uint64_t count) {
     counted -= count;
 }
 
-// std::condition_variable::notify_all() and notify_one(), by their names in the object files.
 extern "C" {
 int __real_pthread_mutex_lock(pthread_mutex_t* mutex);
 int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex);
-void __real__ZNSt18condition_variable10notify_allEv(void* condition);
-void __wrap__ZNSt18condition_variable10notify_allEv(void* condition);
-void __real__ZNSt18condition_variable10notify_oneEv(void* condition);
-void __wrap__ZNSt18condition_variable10notify_oneEv(void* condition);
 
 int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex) {
     ++counted;
     return __real_pthread_mutex_lock(mutex);
 }
-void __wrap__ZNSt18condition_variable10notify_allEv(void* condition) {
-    ++counted;
-    __real__ZNSt18condition_variable10notify_allEv(condition);
 }
-void __wrap__ZNSt18condition_variable10notify_oneEv(void* condition) {
+
+// The standard library's shared object has these two. Defined here as well they are the ones that everybody
+// in the process calls.
+void std::condition_variable::notify_all() noexcept {
     ++counted;
-    __real__ZNSt18condition_variable10notify_oneEv(condition);
+    pthread_cond_broadcast(native_handle());
 }
+void std::condition_variable::notify_one() noexcept {
+    ++counted;
+    pthread_cond_signal(native_handle());
 }

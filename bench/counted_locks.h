@@ -1,5 +1,5 @@
-// How often the library takes a mutex, and how often it notifies a condition variable: counted by the
-// linker's wrappers (-Wl,--wrap), for programs that are linked with counted_locks.cpp.
+// How often the library takes a mutex, and how often it notifies a condition variable. For programs that are
+// linked with counted_locks.cpp and -Wl,--wrap=pthread_mutex_lock.
 #pragma once
 
 #include <cstdint>

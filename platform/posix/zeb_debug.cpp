@@ -1,6 +1,5 @@
 #include "platform/zeb_debug.h"
 
-#include <execinfo.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,7 +27,7 @@ void write_all(const char* text, std::size_t size) {
 __attribute__((format(printf, 6, 0))) void print(ZebDebugMessage::channel_t channel, const char* source,
                                                  const char* function, int line, int tag, const char* format,
                                                  std::va_list arguments) {
-    if (const ZebDebugSink sink = debug_sink.load()) {
+    if (const ZebDebugSink sink = zeb_debug_sink()) {
         char text[kMaxMessage];
         std::vsnprintf(text, sizeof text, format, arguments);
         try {
@@ -49,6 +48,9 @@ __attribute__((format(printf, 6, 0))) void print(ZebDebugMessage::channel_t chan
 ZebDebugSink zeb_set_debug_sink(ZebDebugSink sink) {
     return debug_sink.exchange(sink);
 }
+ZebDebugSink zeb_debug_sink() {
+    return debug_sink.load();
+}
 
 void ZebDbgOutput::DbgPrint(const char* source, const char* function, int line, int tag, const char* format,
                             ...) {
@@ -64,12 +66,4 @@ void ZebDbgOutput::DbgPrintStdErr(const char* source, const char* function, int 
     va_start(arguments, format);
     print(ZebDebugMessage::kStdErr, source, function, line, 0, format, arguments);
     va_end(arguments);
-}
-
-void ZebCallStack::dumpDirectly(int depth) {
-    void* frames[64];
-    int count = backtrace(frames, 64);
-    if (depth >= 0 && depth < count) count = depth;
-    if (debug_sink.load() != nullptr) return;  // a sink collects messages; addresses say nothing to it
-    backtrace_symbols_fd(frames, count, STDERR_FILENO);
 }

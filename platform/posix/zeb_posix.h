@@ -19,3 +19,5 @@ using ZebDebugSink = void (*)(const ZebDebugMessage&);
 // thread may be printing, so the sink must be callable from several at once. Returns the sink before. For
 // tests and tools.
 ZebDebugSink zeb_set_debug_sink(ZebDebugSink sink);
+// The one in use.
+ZebDebugSink zeb_debug_sink();

@@ -105,7 +105,7 @@ std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len) {
 std::uint32_t ReadBuffer::read_string(std::string& out, std::uint32_t len, const SpiTokenTable& tokens) {
     const std::uint32_t readable = take_string_bytes(len);
     // Most texts have no token in them: a glance at all bytes, and one copy.
-    const std::string_view coded(reinterpret_cast<const char*>(data.get()) + (readable > 0 ? pos : 0),
+    const std::string_view coded(reinterpret_cast<const char*>(readable > 0 ? &data[pos] : data.get()),
                                  readable);
     const bool plain = !may_hold_codes(coded);
     // Measured first, then copied: a string that grew by doubling would hold up to three times its length for

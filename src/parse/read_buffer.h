@@ -7,7 +7,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "src/parse/mot_body.h"
@@ -28,7 +27,7 @@ class ReadBuffer {
     ReadBuffer(const ReadBuffer&) = delete;
     ReadBuffer& operator=(const ReadBuffer&) = delete;
 
-    std::unique_ptr<unsigned char[]> data;
+    decltype(MotBody::data) data;
     std::uint32_t size;  // bytes
     // May lie past `size`: closing an element moves it to the end that the element claimed. Every read then
     // fails.

@@ -25,10 +25,6 @@ content_id read_content_id(spi_parseable& attr) {
 
 }  // namespace
 
-bool operator<(const ServElemId& a, const ServElemId& b) {
-    return a.val() < b.val();
-}
-
 int ServElemId::parse(spi_parseable& attr) {
     *this = read_content_id(attr).service;
     return 0;

@@ -34,7 +34,7 @@ inline bool operator==(const ServElemId& a, const ServElemId& b) {
 inline bool operator!=(const ServElemId& a, const ServElemId& b) {
     return !(a == b);
 }
-// By val(): the order of the tables. Not inline, so that tests can count how often the tables compare.
+// By val(): the order of the tables. In a source of its own, in whose place tests count the comparisons.
 bool operator<(const ServElemId& a, const ServElemId& b);
 
 // The low 32 bits of val(): the ECC and the top byte of a 32-bit sid take part in equality only. For

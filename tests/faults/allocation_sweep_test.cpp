@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr long kMostPoints = 5000;
+constexpr long kMostAllocations = 5000;
 
 struct AllocationSweep : testing::TestWithParam<std::tuple<surface, failing_new::mode_t>> {
     const watchdog guard{std::chrono::minutes(14)};
@@ -89,7 +89,7 @@ struct AllocationSweep : testing::TestWithParam<std::tuple<surface, failing_new:
 TEST_P(AllocationSweep, EveryPointOfALifeIsSurvived) {
     long n = 1;
     long constructions_failed = 0;
-    for (; n < kMostPoints; ++n) {
+    for (; n < kMostAllocations; ++n) {
         about_to_try("allocation " + std::to_string(n));
         SCOPED_TRACE("allocation " + std::to_string(n));
         const life_result life = live_with(n);
@@ -112,7 +112,7 @@ TEST_P(AllocationSweep, EveryPointOfALifeIsSurvived) {
         if (n % kFollowEvery == 0) expect_a_faultless_life(interface);
         if (HasFailure()) break;
     }
-    EXPECT_LT(n, kMostPoints);
+    EXPECT_LT(n, kMostAllocations);
     EXPECT_GT(constructions_failed, 30);
     EXPECT_GT(n, 180);  // or the life was not a whole one
     report_tried("allocation", interface, mode == failing_new::kOnce ? "once" : "from then on", n - 1);

@@ -4,10 +4,11 @@
 #include <thread>
 
 #include "src/event/quiet.h"
+#include "tests/event/counted_payloads.h"
 #include "tests/event/journal.h"
 #include "tests/event/watchdog.h"
-#include "tests/faults/arrivals.h"
 #include "tests/faults/life_checks.h"
+#include "tests/server/ending_server.h"
 #include "tests/support/captured_debug.h"
 
 namespace {
@@ -26,7 +27,6 @@ struct BlockedListener : testing::TestWithParam<surface> {
 
     void SetUp() override {
         here.notes_calls = false;
-        arrivals::forget();
         const std::string root = here.at("/HdStationLogo");
         if (GetParam() == surface::kCore) std::filesystem::create_directories(root);
         subject = make_host(GetParam(), notes, root);
@@ -44,9 +44,17 @@ struct BlockedListener : testing::TestWithParam<surface> {
         ASSERT_FALSE(expected.empty());
     }
 
+    // Nothing but these notifications is left, and the listener is in the first of them.
+    static bool become_all_that_is_left(long updates, long logos) {
+        return counted_payloads::wait_until([=] {
+            return counted_payloads::alive(spi::EC_NOWNEXT) == updates &&
+                   counted_payloads::alive(spi::EC_LOGOCB) == logos &&
+                   counted_payloads::alive() == updates + logos;
+        });
+    }
+
     // The listener stays in its next call, and all of this waits behind it.
     void block_and_go_on() {
-        arrivals::forget();
         notes.during_a_call = [this](const char*) {
             entered.open();
             may_return.wait();
@@ -56,13 +64,13 @@ struct BlockedListener : testing::TestWithParam<surface> {
             subject->tune(other ? on_air::kBlockedStation : on_air::kStation, on_air::kEnsemble);
             expected.push_back(other ? "now Other next " : "now Morning next Noon");
         }
-        ASSERT_TRUE(arrivals::wait_for(spi::QID_CBHDL, spi::EC_NOWNEXT, kTurns));
+        ASSERT_TRUE(become_all_that_is_left(kTurns, 0));
         entered.wait();
         subject->feed(2, 3, "small.png", on_air::png());
         subject->feed(2, 3, "large.png", on_air::png());
         expected.push_back("logo E1C2210_3.PNG size 3");
         expected.push_back("logo E1C2210_4.PNG size 4");
-        ASSERT_TRUE(arrivals::wait_for(spi::QID_CBHDL, spi::EC_LOGOCB, 2));
+        ASSERT_TRUE(become_all_that_is_left(kTurns, 2));
         EXPECT_EQ(notes.count(), expected.size() - kTurns - 1);  // it is in the first of these calls
         EXPECT_FALSE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
     }
@@ -79,13 +87,13 @@ TEST_P(BlockedListener, HearsEverythingInOrderOnceItReturns) {
 
 TEST_P(BlockedListener, IsWaitedForByTheEndAndHearsWhatWasQueuedBefore) {
     block_and_go_on();
+    counted_payloads::forget();
     std::atomic<bool> ended{false};
     std::thread destroyer([&] {
         subject->destroy();
         ended = true;
     });
-    EXPECT_TRUE(arrivals::wait_for(spi::QID_CBHDL, spi::EC_TERM, 1));
-    EXPECT_TRUE(arrivals::wait_for(spi::QID_SERV, spi::EC_TERM, 3));  // the other three have answered
+    EXPECT_TRUE(counted_payloads::wait_until(&one_worker_alone_has_not_answered));
     EXPECT_FALSE(ended);
     EXPECT_EQ(notes.count(), expected.size() - kTurns - 1);
     may_return.open();

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr long kMostPoints = 500;
+constexpr long kMostCalls = 500;
 
 struct SystemSweep : testing::TestWithParam<fault_row> {
     const watchdog guard{std::chrono::minutes(14)};
@@ -22,7 +22,7 @@ struct SystemSweep : testing::TestWithParam<fault_row> {
     // nothing armed, tell everything: no fault has left anything behind.
     long sweep(strike at) const {
         const fault_row& row = GetParam();
-        for (at.n = 1; at.n < kMostPoints; ++at.n) {
+        for (at.n = 1; at.n < kMostCalls; ++at.n) {
             const std::string point = std::string(row.function) + " " + std::to_string(at.n) + ", " +
                                       strerrorname_np(at.error) + (at.once() ? " once" : " from then on") +
                                       ", " + name_of(at.interface) +

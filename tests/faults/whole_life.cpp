@@ -3,16 +3,17 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <mutex>
 #include <new>
 #include <stdexcept>
 
+#include "platform/zeb_debug.h"
 #include "src/event/quiet.h"
+#include "tests/event/counted_payloads.h"
 #include "tests/event/log_lines.h"
 #include "tests/faults/system_faults.h"
 #include "tests/support/captured_stderr.h"
@@ -23,26 +24,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The library's own wait_until_quiet knows of payloads only. Here a worker's death ends the wait as well, so
-// payloads are counted once more, where the library counts them.
-std::mutex rest_mutex;
-std::condition_variable rest_changed;
-long payloads = 0;  // alive; guarded by rest_mutex
-int deaths = 0;     // threads that an exception ended, in this life; guarded by rest_mutex
-
-template <class Change>
-void change_rest(Change change) {
-    const std::lock_guard<std::mutex> lock(rest_mutex);
-    change();
-    rest_changed.notify_all();
-}
+std::atomic<int> deaths{0};  // threads that an exception ended, in this life
 
 // A worker that died, or never lived, keeps its events for good: nothing comes to rest any more. (Threads are
 // refused in the construction only, before anything waits.)
 void come_to_rest() {
-    std::unique_lock<std::mutex> lock(rest_mutex);
-    const bool rests = rest_changed.wait_for(lock, std::chrono::minutes(1), [] {
-        return payloads == 0 || deaths != 0 || system_faults::threads_refused() != 0;
+    const bool rests = counted_payloads::wait_until([] {
+        return counted_payloads::alive() == 0 || deaths != 0 || system_faults::threads_refused() != 0;
     });
     if (rests) return;
     ++deaths;  // one wait is enough
@@ -113,22 +101,10 @@ void take_apart(const std::string& output, life_result& result) {
 
 }  // namespace
 
-// The report of a thread's end, and the library's count of payloads (src/event/quiet.h).
-extern "C" {
-void __real__ZN3spi13count_payloadEv();
-void __real__ZN3spi15uncount_payloadEv();
-
-void __wrap__ZN12ZebCallStack12dumpDirectlyEi(int) {
-    change_rest([] { ++deaths; });
-}
-void __wrap__ZN3spi13count_payloadEv() {
-    __real__ZN3spi13count_payloadEv();
-    change_rest([] { ++payloads; });
-}
-void __wrap__ZN3spi15uncount_payloadEv() {
-    __real__ZN3spi15uncount_payloadEv();
-    change_rest([] { --payloads; });
-}
+// In the place of the platform's: the report of a thread's end.
+void ZebCallStack::dumpDirectly(int) {
+    ++deaths;
+    counted_payloads::announce();
 }
 
 whole_life::whole_life(surface interface, block_t block)
@@ -146,7 +122,7 @@ whole_life::whole_life(surface interface, block_t block)
 life_result whole_life::run(const life_fault& fault) {
     life_result result;
     const std::unique_ptr<host> subject = make_host(interface_, notes, root_);
-    change_rest([] { deaths = 0; });
+    deaths = 0;
     std::string output;
     {
         const captured_stderr log;

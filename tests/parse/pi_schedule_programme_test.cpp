@@ -26,9 +26,6 @@ PiScheduleProgramme read(const std::vector<bytes>& children, const bytes& table 
     return read_element(join({elem(tag::programme, children), bytes(8, 0x11)}), table);
 }
 
-bytes name_of(std::uint8_t tag, const char* value) {
-    return elem(tag, {text(value)});
-}
 bytes located(const std::vector<bytes>& children) {
     return elem(tag::location, children);
 }

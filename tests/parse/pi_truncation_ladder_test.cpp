@@ -5,8 +5,6 @@ namespace {
 
 using namespace truncation;
 
-const std::string kLongTitle = std::string(300, 'n') + " at Ten";
-
 struct expected_programme {
     std::uint32_t crid;
     std::string medium_name;  // as it would be without the long name

@@ -26,6 +26,11 @@ class element_of {
     spi::spi_parseable scope;
 };
 
+// A name of a programme or a service: an element with one text.
+inline spi_builder::bytes name_of(std::uint8_t tag, const char* value) {
+    return spi_builder::elem(tag, {spi_builder::text(value)});
+}
+
 // A token table as an object would define it.
 inline spi::SpiTokenTable table_of(const spi_builder::bytes& element) {
     spi::SpiTokenTable table;

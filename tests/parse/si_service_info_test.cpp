@@ -12,7 +12,7 @@ using namespace spi_builder;
 using spi::SiServiceInfo;
 namespace media_attribute = attribute::multimedia;
 
-SiServiceInfo read(const std::vector<bytes>& children, const bytes& table = token_table({})) {
+SiServiceInfo read_service(const std::vector<bytes>& children, const bytes& table = token_table({})) {
     spi::SpiTokenTable tokens = table_of(table);
     element_of service(elem(tag::service, children));
     SiServiceInfo info;
@@ -20,17 +20,14 @@ SiServiceInfo read(const std::vector<bytes>& children, const bytes& table = toke
     return info;
 }
 
-bytes name_of(std::uint8_t tag, const char* value) {
-    return elem(tag, {text(value)});
-}
-bytes bearer_of(std::uint32_t sid, std::uint16_t eid = 0xC185) {
+bytes service_bearer_of(std::uint32_t sid, std::uint16_t eid = 0xC185) {
     return elem(tag::service_bearer, {attr(attribute::service_bearer::id, content_id(0xE1, eid, sid))});
 }
 bytes media_of(const std::vector<bytes>& attributes) {
     return elem(tag::media_description, {elem(tag::multimedia, attributes)});
 }
 spi::SpiLogoInfo logo_of(const std::vector<bytes>& attributes) {
-    const SiServiceInfo info = read({media_of(attributes)});
+    const SiServiceInfo info = read_service({media_of(attributes)});
     EXPECT_EQ(info.logos.size(), 1U);
     return info.logos.empty() ? spi::SpiLogoInfo() : info.logos.front();
 }
@@ -48,91 +45,101 @@ bytes url_of(const char* url) {
 }
 
 TEST(SiServiceInfo, EmptyElementGivesAnEmptyService) {
-    const SiServiceInfo info = read({});
+    const SiServiceInfo info = read_service({});
     EXPECT_EQ(info.id, service_of(0, 0));
     EXPECT_EQ(info.name, "");
     EXPECT_TRUE(info.logos.empty());
 }
 
 TEST(SiServiceName, MediumNameWinsInEitherOrder) {
-    EXPECT_EQ(read({name_of(tag::short_name, "R4"), name_of(tag::medium_name, "Radio 4")}).name, "Radio 4");
-    EXPECT_EQ(read({name_of(tag::medium_name, "Radio 4"), name_of(tag::short_name, "R4")}).name, "Radio 4");
+    EXPECT_EQ(read_service({name_of(tag::short_name, "R4"), name_of(tag::medium_name, "Radio 4")}).name,
+              "Radio 4");
+    EXPECT_EQ(read_service({name_of(tag::medium_name, "Radio 4"), name_of(tag::short_name, "R4")}).name,
+              "Radio 4");
 }
 
 TEST(SiServiceName, ShortNameIsTakenWhereThereIsNoOther) {
-    EXPECT_EQ(read({name_of(tag::short_name, "R4")}).name, "R4");
-    EXPECT_EQ(read({name_of(tag::short_name, "R4"), name_of(tag::short_name, "R5")}).name, "R4");
+    EXPECT_EQ(read_service({name_of(tag::short_name, "R4")}).name, "R4");
+    EXPECT_EQ(read_service({name_of(tag::short_name, "R4"), name_of(tag::short_name, "R5")}).name, "R4");
 }
 
 TEST(SiServiceName, LastMediumNameWins) {
-    EXPECT_EQ(read({name_of(tag::medium_name, "one"), name_of(tag::medium_name, "two")}).name, "two");
+    EXPECT_EQ(read_service({name_of(tag::medium_name, "one"), name_of(tag::medium_name, "two")}).name, "two");
 }
 
 TEST(SiServiceName, EmptyMediumNameClearsAndLeavesRoomForAShortName) {
-    EXPECT_EQ(read({name_of(tag::short_name, "R4"), name_of(tag::medium_name, "")}).name, "");
-    EXPECT_EQ(read({name_of(tag::medium_name, ""), name_of(tag::short_name, "R4")}).name, "R4");
+    EXPECT_EQ(read_service({name_of(tag::short_name, "R4"), name_of(tag::medium_name, "")}).name, "");
+    EXPECT_EQ(read_service({name_of(tag::medium_name, ""), name_of(tag::short_name, "R4")}).name, "R4");
 }
 
 TEST(SiServiceName, LongNameIsNotReadForServices) {
-    EXPECT_EQ(read({name_of(tag::long_name, "Radio Four")}).name, "");
+    EXPECT_EQ(read_service({name_of(tag::long_name, "Radio Four")}).name, "");
 }
 
 TEST(SiServiceName, LastTextOfANameWins) {
-    EXPECT_EQ(read({elem(tag::medium_name, {text("one"), text("two")})}).name, "two");
-    EXPECT_EQ(read({elem(tag::medium_name, {text("one"), text("")})}).name, "");
+    EXPECT_EQ(read_service({elem(tag::medium_name, {text("one"), text("two")})}).name, "two");
+    EXPECT_EQ(read_service({elem(tag::medium_name, {text("one"), text("")})}).name, "");
 }
 
 TEST(SiServiceName, WithoutATextLeavesWhatIsThere) {
-    EXPECT_EQ(read({name_of(tag::short_name, "R4"), elem(tag::medium_name, bytes{})}).name, "R4");
-    EXPECT_EQ(read({name_of(tag::short_name, "R4"), elem(tag::medium_name, {attr(0x80, str("en"))})}).name,
-              "R4");
+    EXPECT_EQ(read_service({name_of(tag::short_name, "R4"), elem(tag::medium_name, bytes{})}).name, "R4");
+    EXPECT_EQ(
+        read_service({name_of(tag::short_name, "R4"), elem(tag::medium_name, {attr(0x80, str("en"))})}).name,
+        "R4");
 }
 
 TEST(SiServiceName, AttributesOfANameArePassedOver) {
-    EXPECT_EQ(read({elem(tag::medium_name, {attr(0x80, str("\x01\x02")), text("Radio 4")})}).name, "Radio 4");
+    EXPECT_EQ(read_service({elem(tag::medium_name, {attr(0x80, str("\x01\x02")), text("Radio 4")})}).name,
+              "Radio 4");
 }
 
 TEST(SiServiceName, TokensAreExpanded) {
-    EXPECT_EQ(read({name_of(tag::medium_name, "\x01 4")}, token_table({{0x01, "Radio"}})).name, "Radio 4");
+    EXPECT_EQ(read_service({name_of(tag::medium_name, "\x01 4")}, token_table({{0x01, "Radio"}})).name,
+              "Radio 4");
 }
 
 TEST(SiServiceName, WhoseLengthCannotBeReadIsCleared) {
     // The text's three-byte length stands in the last three bytes of the body.
-    const SiServiceInfo info =
-        read({name_of(tag::short_name, "R4"), elem(tag::medium_name, bytes{0x01, 0xFF, 0x00, 0x00, 0x02})});
+    const SiServiceInfo info = read_service(
+        {name_of(tag::short_name, "R4"), elem(tag::medium_name, bytes{0x01, 0xFF, 0x00, 0x00, 0x02})});
     EXPECT_EQ(info.name, "");
 }
 
 TEST(SiServiceBearer, GivesTheIdentifierOfAnyEnsemble) {
-    EXPECT_EQ(read({bearer_of(0xC221)}).id, service_of(0xE1, 0xC221));
-    EXPECT_EQ(read({bearer_of(0xC221, 0x1234)}).id, service_of(0xE1, 0xC221));
+    EXPECT_EQ(read_service({service_bearer_of(0xC221)}).id, service_of(0xE1, 0xC221));
+    EXPECT_EQ(read_service({service_bearer_of(0xC221, 0x1234)}).id, service_of(0xE1, 0xC221));
 }
 
 TEST(SiServiceBearer, LastOneWins) {
-    EXPECT_EQ(read({bearer_of(0xC221), bearer_of(0xE1234567, 0x1234)}).id, service_of(0xE1, 0xE1234567));
+    EXPECT_EQ(read_service({service_bearer_of(0xC221), service_bearer_of(0xE1234567, 0x1234)}).id,
+              service_of(0xE1, 0xE1234567));
     const bytes two_in_one = elem(tag::service_bearer, {attr(0x80, content_id(0xE1, 1, 0xC221)),
                                                         attr(0x80, content_id(0xE2, 2, 0xC222, 3))});
-    EXPECT_EQ(read({two_in_one}).id, service_of(0xE2, 0xC222, 3));
+    EXPECT_EQ(read_service({two_in_one}).id, service_of(0xE2, 0xC222, 3));
 }
 
 TEST(SiServiceBearer, OtherAttributesArePassedOver) {
-    EXPECT_EQ(read({elem(tag::service_bearer, {attr(attribute::service_bearer::url, str("dab:e1c185"))})}).id,
-              service_of(0, 0));
+    EXPECT_EQ(
+        read_service({elem(tag::service_bearer, {attr(attribute::service_bearer::url, str("dab:e1c185"))})})
+            .id,
+        service_of(0, 0));
 }
 
 TEST(SiServiceBearer, EmptyAttributeGivesAllOnes) {
-    EXPECT_EQ(read({elem(tag::service_bearer, {attr(0x80, {})})}).id, service_of(255, 0xFFFFFFFF, 15));
+    EXPECT_EQ(read_service({elem(tag::service_bearer, {attr(0x80, {})})}).id,
+              service_of(255, 0xFFFFFFFF, 15));
 }
 
 TEST(SiServiceBearer, OfAProgrammesLocationIsNotOneOfAService) {
-    EXPECT_EQ(read({elem(tag::bearer, {attr(0x80, content_id(0xE1, 1, 0xC221))})}).id, service_of(0, 0));
+    EXPECT_EQ(read_service({elem(tag::bearer, {attr(0x80, content_id(0xE1, 1, 0xC221))})}).id,
+              service_of(0, 0));
 }
 
 TEST(SiServiceLogo, OneForEachMultimediaElementInOrder) {
-    const SiServiceInfo info =
-        read({media_of({url_of("a.png")}),
-              elem(tag::media_description, {elem(tag::multimedia, {url_of("b.jpg")}), elem(0x1A, {text("x")}),
-                                            elem(tag::multimedia, bytes{})})});
+    const SiServiceInfo info = read_service(
+        {media_of({url_of("a.png")}),
+         elem(tag::media_description, {elem(tag::multimedia, {url_of("b.jpg")}), elem(0x1A, {text("x")}),
+                                       elem(tag::multimedia, bytes{})})});
     ASSERT_EQ(info.logos.size(), 3U);
     auto logo = info.logos.begin();
     EXPECT_EQ(logo->name, "a.png");
@@ -143,13 +150,14 @@ TEST(SiServiceLogo, OneForEachMultimediaElementInOrder) {
 }
 
 TEST(SiServiceLogo, MediaDescriptionWithoutMultimediaAnnouncesNone) {
-    EXPECT_TRUE(read({elem(tag::media_description, {elem(0x1A, {text("words")})})}).logos.empty());
-    EXPECT_TRUE(read({elem(tag::multimedia, {url_of("a.png")})}).logos.empty());
+    EXPECT_TRUE(read_service({elem(tag::media_description, {elem(0x1A, {text("words")})})}).logos.empty());
+    EXPECT_TRUE(read_service({elem(tag::multimedia, {url_of("a.png")})}).logos.empty());
 }
 
 TEST(SiServiceLogo, BelongsToTheServiceAsKnownWhenItIsReached) {
-    const SiServiceInfo info = read({media_of({url_of("a")}), bearer_of(0xC221), media_of({url_of("b")}),
-                                     bearer_of(0xC222), media_of({url_of("c")})});
+    const SiServiceInfo info =
+        read_service({media_of({url_of("a")}), service_bearer_of(0xC221), media_of({url_of("b")}),
+                      service_bearer_of(0xC222), media_of({url_of("c")})});
     ASSERT_EQ(info.logos.size(), 3U);
     auto logo = info.logos.begin();
     EXPECT_EQ(logo->service, service_of(0, 0));
@@ -217,9 +225,9 @@ TEST(SiServiceLogo, OtherAttributesArePassedOver) {
 
 TEST(SiServiceInfo, OtherChildrenArePassedOver) {
     const SiServiceInfo info =
-        read({attr(attribute::service::version, u16(7)), elem(tag::genre, {attr(0x80, u8(1))}),
-              elem(tag::keywords, {text("not the name")}), elem(tag::link, {text("not the name")}),
-              name_of(tag::short_name, "R4"), elem(tag::radiodns, bytes(300, 0x11))});
+        read_service({attr(attribute::service::version, u16(7)), elem(tag::genre, {attr(0x80, u8(1))}),
+                      elem(tag::keywords, {text("not the name")}), elem(tag::link, {text("not the name")}),
+                      name_of(tag::short_name, "R4"), elem(tag::radiodns, bytes(300, 0x11))});
     EXPECT_EQ(info.name, "R4");
     EXPECT_TRUE(info.logos.empty());
 }

@@ -5,8 +5,6 @@ namespace {
 
 using namespace truncation;
 
-const std::string kLongTitle = std::string(300, 'n') + " at Ten";
-
 struct expected_logo {
     spi::ServElemId service;
     int image_format;

@@ -14,6 +14,9 @@ namespace truncation {
 
 using namespace spi_builder;
 
+// So long that its length takes three bytes.
+inline const std::string kLongTitle = std::string(300, 'n') + " at Ten";
+
 // Where the elements stand in an object: the position of the tag and the position behind the content.
 struct place {
     std::size_t begin;

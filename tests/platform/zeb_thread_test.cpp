@@ -36,28 +36,27 @@ std::function<void()> instead_of_the_join;  // set before a test's first thread
 
 }  // namespace
 
-// The host's side of the framework, watched.
-extern "C" {
-void __real__ZN12ZebThreadMng18registerThreadInfoEmPKcii(pthread_t, const char*, int, int);
-void __wrap__ZN12ZebThreadMng18registerThreadInfoEmPKcii(pthread_t handle, const char* name, int priority,
-                                                         int value) {
-    registered.add({handle, name, priority, value});
-    __real__ZN12ZebThreadMng18registerThreadInfoEmPKcii(handle, name, priority, value);
-}
-void __real__ZN12ZebThreadMng20unregisterThreadInfoEm(pthread_t);
-void __wrap__ZN12ZebThreadMng20unregisterThreadInfoEm(pthread_t handle) {
-    unregistered.add(handle);
-    __real__ZN12ZebThreadMng20unregisterThreadInfoEm(handle);
-}
-int __wrap__ZN12ZebThreadMng11GetPriorityEl(long system_id) {
+// The host's side of the framework. Each of these classes is defined here whole, so that the archive's is
+// left out.
+int ZebThreadMng::GetPriority(long system_id) {
     priorities_asked.add(system_id);
     return 7;
 }
-void __wrap__ZN12ZebCallStack12dumpDirectlyEi(int depth) {
+void ZebThreadMng::SetPriority(long, int) {
+    ADD_FAILURE() << "a thread asks for a priority";
+}
+void ZebThreadMng::registerThreadInfo(pthread_t handle, const char* name, int priority, int value) {
+    registered.add({handle, name, priority, value});
+}
+void ZebThreadMng::unregisterThreadInfo(pthread_t handle) {
+    unregistered.add(handle);
+}
+void ZebCallStack::dumpDirectly(int depth) {
     EXPECT_EQ(depth, -1);
     ++stacks_dumped;
 }
-int __wrap_pthread_join(pthread_t thread, void** result) {
+
+extern "C" int __wrap_pthread_join(pthread_t thread, void** result) {
     if (instead_of_the_join) {  // the thread was detached by somebody else, and runs on
         pthread_detach(thread);
         const auto instead = instead_of_the_join;  // which may end it
@@ -67,7 +66,6 @@ int __wrap_pthread_join(pthread_t thread, void** result) {
     const int real = __real_pthread_join(thread, result);
     const int error = join_error.exchange(0);
     return error != 0 ? error : real;
-}
 }
 
 namespace {

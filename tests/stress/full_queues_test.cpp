@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "src/event/payloads.h"
-#include "tests/faults/arrivals.h"
 #include "tests/integration/noting_listener.h"
+#include "tests/server/ending_server.h"
 #include "tests/server/queue_marker.h"
 #include "tests/stress/shuffled_fixture.h"
 #include "tests/support/counted_heap.h"
@@ -86,16 +86,12 @@ struct FullQueues : testing::Test {
                 held.wait_until_stopped(kRouter);
             }
             full = heap.live();
-            arrivals::forget();
+            counted_payloads::forget();
+            spi::SpiServer& ending = *server;
             std::thread destroyer([&] { server.reset(); });
-            // The destructor has asked all four, and nobody has come to it yet.
-            EXPECT_TRUE(arrivals::wait_for(spi::QID_SYS, spi::EC_TERM, 4));
-            if (!router_too) {
-                for (const spi::_qid asked :
-                     {spi::QID_CBHDL, spi::QID_PARSE, spi::QID_LOGODB, spi::QID_EVTDB})
-                    EXPECT_TRUE(arrivals::wait_for(asked, spi::EC_TERM, 1));
-            }
-            EXPECT_EQ(arrivals::count(spi::QID_SERV, spi::EC_TERM), 0);
+            EXPECT_TRUE(counted_payloads::wait_until(&all_are_asked_and_none_answers));
+            if (!router_too) wait_until_passed(ending, spi::QID_NONE);  // the destructor waits meanwhile
+            EXPECT_TRUE(all_are_asked_and_none_answers());
             held.hold(0);
             destroyer.join();
         }
@@ -132,20 +128,19 @@ TEST_F(FullQueues, BehindAListenerThatDoesNotReturnAreReleasedAfterIt) {
     std::size_t notifications = 0;
     {
         auto server = std::make_unique<spi::SpiServer>(listener, "/temp/dab", logos.path().string());
-        arrivals::forget();
         sent.feed_all(*server);
         called.wait();
         flood(*server);
         wait_until_only_the_notifier_is_busy(*server);
         for (const spi::event_code code : {spi::EC_EVTINFO, spi::EC_NOWNEXT, spi::EC_LOGOCB})
-            notifications += static_cast<std::size_t>(arrivals::count(spi::QID_CBHDL, code));
+            notifications += static_cast<std::size_t>(counted_payloads::alive(code));
+        counted_payloads::forget();
         std::atomic<bool> ended{false};
         std::thread destroyer([&] {
             server.reset();
             ended = true;
         });
-        EXPECT_TRUE(arrivals::wait_for(spi::QID_CBHDL, spi::EC_TERM, 1));
-        EXPECT_TRUE(arrivals::wait_for(spi::QID_SERV, spi::EC_TERM, 3));  // the other three have answered
+        EXPECT_TRUE(counted_payloads::wait_until(&one_worker_alone_has_not_answered));
         EXPECT_FALSE(ended);
         EXPECT_EQ(listener->calls.all().size(), 1U);
         may_return.open();

@@ -16,10 +16,6 @@ int __real_pthread_mutex_lock(pthread_mutex_t* mutex);
 int __real_pthread_mutex_unlock(pthread_mutex_t* mutex);
 int __real_pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
                                   const timespec* until);
-// std::condition_variable's wait(std::unique_lock<std::mutex>&) and notify_all().
-void __real__ZNSt18condition_variable4waitERSt11unique_lockISt5mutexE(std::condition_variable* condition,
-                                                                      std::unique_lock<std::mutex>& lock);
-void __real__ZNSt18condition_variable10notify_allEv(std::condition_variable* condition);
 }
 
 namespace {
@@ -30,6 +26,7 @@ enum temper { kSwift, kYielding, kSlow };
 
 struct own_stream {
     std::uint64_t epoch = 0;  // of the shuffled_timing that it was drawn for
+    std::uint64_t passed = 0;
     std::uint64_t state = 0;
     temper mood = kSwift;
 };
@@ -59,6 +56,7 @@ void begin_stream(std::uint64_t epoch) {
     const std::uint64_t number =
         thread_faults::current() != 0 ? thread_faults::current() : 1000 + streams_drawn++;
     stream.epoch = epoch;
+    stream.passed = 0;
     stream.state = mixed(seed_in_use ^ mixed(number)) | 1;
     const std::uint64_t drawn = draw() % 4;
     stream.mood = drawn < 2 ? kSwift : drawn == 2 ? kYielding : kSlow;
@@ -79,6 +77,7 @@ void point() {
     if (epoch % 2 == 0) return;
     if (stream.epoch != epoch) begin_stream(epoch);
     points_passed.fetch_add(1, std::memory_order_relaxed);
+    ++stream.passed;
     const std::uint64_t choice = draw() % 64;
     switch (stream.mood) {
         case kSwift:
@@ -140,17 +139,20 @@ int __wrap_pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mu
     point();
     return result;
 }
-void __wrap__ZNSt18condition_variable4waitERSt11unique_lockISt5mutexE(std::condition_variable* condition,
-                                                                      std::unique_lock<std::mutex>& lock) {
+}
+
+// The standard library's shared object has these two. Defined here as well they are the ones that everybody
+// in the process calls; with another standard library, which has them inline or declares them otherwise, this
+// does not compile.
+void std::condition_variable::wait(std::unique_lock<std::mutex>& lock) {
     point();
-    __real__ZNSt18condition_variable4waitERSt11unique_lockISt5mutexE(condition, lock);
+    pthread_cond_wait(native_handle(), lock.mutex()->native_handle());
     point();
 }
-void __wrap__ZNSt18condition_variable10notify_allEv(std::condition_variable* condition) {
+void std::condition_variable::notify_all() noexcept {
     point();
-    __real__ZNSt18condition_variable10notify_allEv(condition);
+    pthread_cond_broadcast(native_handle());
     point();
-}
 }
 
 shuffled_timing::shuffled_timing(std::uint64_t seed) {
@@ -164,6 +166,9 @@ shuffled_timing::~shuffled_timing() {
 }
 std::uint64_t shuffled_timing::points() const {
     return points_passed;
+}
+std::uint64_t shuffled_timing::own_points() const {
+    return stream.epoch == current_epoch ? stream.passed : 0;
 }
 
 held_threads::held_threads(std::uint32_t numbers) {

@@ -1,9 +1,9 @@
 // Shuffles the timing of threads at the places where it matters, and holds threads back there.
 //
-// For executables that link sync_points.cpp and wrap the calls below (CMakeLists.txt does): every lock,
-// unlock, wait and notification in the library and in the test then passes a point. A race that needs a
-// thread to be interrupted in one exact place shows once in thousands of rounds, or never, on an idle
-// machine; with delays at the points it shows in a few.
+// For executables that link sync_points.cpp, with WRAP for the C functions among the calls (CMakeLists.txt
+// does): every lock, unlock, wait and notification in the library and in the test then passes a point. A race
+// that needs a thread to be interrupted in one exact place shows once in thousands of rounds, or never, on an
+// idle machine; with delays at the points it shows in a few.
 //
 // Measured with the faulty workers of shuffled_doubles_test.cpp on two cores: a wake-up lost between test and
 // sleep shows in round 5 to 68 with delays, and in none of 20,000 without; a base class's hook in round 1 to
@@ -29,6 +29,8 @@ class shuffled_timing {
 
     // Points passed since the construction, by all threads.
     std::uint64_t points() const;
+    // Those passed by the calling thread.
+    std::uint64_t own_points() const;
 };
 
 // While it lives, threads stop at the next lock that they want to take: those whose bits are set, by

@@ -2,7 +2,7 @@
 // and those that exist are walked once. That the innermost element was really come to is told by the reads
 // inside it: a walk that ended before, for whatever reason, would cost as little.
 #include "tests/worst_cases/costed.h"
-#include "tests/worst_cases/reads.h"
+#include "tests/worst_cases/noted_bytes.h"
 
 namespace {
 
@@ -94,7 +94,7 @@ class FarLengths : public Costed {
             append(body, join({u8(tag), far}));
         const auto inside = static_cast<std::int64_t>(body.size());
         body.resize(body.size() + rest, value);
-        reads::forget();
+        noted_bytes::forget();
         const work done = of(what, body);
         ASSERT_LE(done.scopes, body.size());
         ASSERT_LE(done.string_bytes, body.size());
@@ -102,9 +102,9 @@ class FarLengths : public Costed {
         ASSERT_LE(done.text, body.size());
         ASSERT_FALSE(done.exhausted);
         if (to.content == kNothing) {
-            ASSERT_LT(reads::furthest(), inside);
+            ASSERT_LT(noted_bytes::furthest(), inside);
         } else {
-            ASSERT_GE(reads::furthest(), inside);
+            ASSERT_GE(noted_bytes::furthest(), inside);
         }
         if (!walked(to)) {
             ASSERT_EQ(done.scopes, to.tags.size());

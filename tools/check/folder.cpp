@@ -17,8 +17,6 @@ namespace dabspi::check {
 
 namespace {
 
-constexpr std::uint8_t kImage = 2;  // MOT ContentType
-constexpr std::uint8_t kSpi = 7;
 // The data service does not stand in the bodies; any will do, as long as all come with the same one.
 constexpr std::uint32_t kSomeDataService = 0x00000FFE;
 
@@ -168,9 +166,9 @@ class folder_reader {
         for (std::uint16_t subtype = 0; subtype <= 2; ++subtype)
             for (const object& each : objects_)
                 if (spi_object::natural_subtype(each.tree) == subtype)
-                    add(call_of(each.body, kSpi, subtype), each.body.source);
+                    add(call_of(each.body, kSpiContent, subtype), each.body.source);
         for (const inspected_body& each : images_)
-            add(call_of(each, kImage, image_subtype(*each.body)), each.source);
+            add(call_of(each, kImageContent, image_subtype(*each.body)), each.source);
     }
 
     feed_mot_body call_of(const inspected_body& body, std::uint8_t type, std::uint16_t subtype) const {

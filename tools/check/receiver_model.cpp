@@ -18,8 +18,6 @@ namespace dabspi::check {
 
 namespace {
 
-constexpr std::uint8_t kImage = 2;  // MOT ContentType
-constexpr std::uint8_t kSpi = 7;
 constexpr std::uint16_t kLastReadSubtype = 1;  // of SPI objects
 constexpr std::uint16_t kJfif = 1;             // ContentSubType of images
 constexpr std::uint16_t kPng = 3;
@@ -88,8 +86,8 @@ class receiver {
     void take(const feed_mot_body& call) {
         const std::size_t object = object_of(call);
         switch (call.content_type) {
-            case kSpi: take_spi(object); break;
-            case kImage:
+            case kSpiContent: take_spi(object); break;
+            case kImageContent:
                 arrive(object, object_arrival::image);
                 take_image(object);
                 break;
@@ -115,7 +113,8 @@ class receiver {
         }
         sent_object object{
             call.content_name, call.content_type, call.content_subtype, service, call.body, {line_}, {}};
-        if (call.content_type == kSpi) object.tree = spi_object::decode(*call.body, {call.content_subtype});
+        if (call.content_type == kSpiContent)
+            object.tree = spi_object::decode(*call.body, {call.content_subtype});
         out_.objects.push_back(std::move(object));
         known_.emplace(key, out_.objects.size() - 1);
         return out_.objects.size() - 1;

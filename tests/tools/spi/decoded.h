@@ -13,6 +13,12 @@
 namespace so = dabspi::spi_object;
 namespace sb = spi_builder;
 
+// The only one; fails the test where there is none, or another.
+inline so::problem the_only(const std::vector<so::problem>& problems) {
+    EXPECT_EQ(problems.size(), 1U);
+    return problems.empty() ? so::problem{so::problem_code::empty_object, 0, "none", ""} : problems.front();
+}
+
 // The node at a path like "epg/schedule/programme/@shortId"; the first of several. Fails the test, and gives
 // an empty node, when there is none.
 inline const so::node& node_at(const so::object& in, const std::string& path) {

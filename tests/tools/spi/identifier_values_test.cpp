@@ -2,18 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/spi_builder.h"
+#include "tests/tools/spi/decoded.h"
 #include "tools/spi/values.h"
-
-namespace so = dabspi::spi_object;
-namespace sb = spi_builder;
 
 namespace {
 
-so::problem only_problem(const sb::bytes& from) {
+so::problem only_problem_of_identifier(const sb::bytes& from) {
     std::vector<so::problem> problems;
     so::decode_content_id(from, problems);
-    EXPECT_EQ(problems.size(), 1U);
-    return problems.empty() ? so::problem{so::problem_code::empty_object, 0, "none", ""} : problems.front();
+    return the_only(problems);
 }
 
 TEST(ContentIdValue, IsADabUri) {
@@ -58,14 +55,14 @@ TEST(ContentIdValue, CountryOfTheUriIsThatOfTheService) {
 }
 
 TEST(ContentIdValue, AUriInItsPlaceMakesAServiceOfItsLetters) {
-    const so::problem found = only_problem(sb::str("http://a/b"));
+    const so::problem found = only_problem_of_identifier(sb::str("http://a/b"));
     EXPECT_EQ(found.code, so::problem_code::content_id_as_text);
     EXPECT_EQ(found.text, "the text \"http://a/b\" stands where a content ID belongs");
     EXPECT_EQ(found.receiver, "reads service 74.3A2F.8 on ensemble 7470");
 }
 
 TEST(ContentIdValue, WithoutTheEnsembleItIsMisread) {
-    const so::problem found = only_problem({0x00, 0xC2, 0x21});
+    const so::problem found = only_problem_of_identifier({0x00, 0xC2, 0x21});
     EXPECT_EQ(found.code, so::problem_code::content_id_without_ensemble);
     EXPECT_EQ(found.receiver, "expects them all the same, and reads service C2.FFFF.0 on ensemble FFFF");
     std::vector<so::problem> ignored;
@@ -74,11 +71,12 @@ TEST(ContentIdValue, WithoutTheEnsembleItIsMisread) {
 
 TEST(ContentIdValue, TooFewAndTooManyBytesAreToldOf) {
     const sb::bytes whole = sb::content_id(0xE1, 0xC185, 0xC221);
-    EXPECT_EQ(only_problem(sb::cut(whole, 5)).code, so::problem_code::value_too_short);
-    EXPECT_EQ(only_problem(sb::cut(whole, 5)).receiver,
+    EXPECT_EQ(only_problem_of_identifier(sb::cut(whole, 5)).code, so::problem_code::value_too_short);
+    EXPECT_EQ(only_problem_of_identifier(sb::cut(whole, 5)).receiver,
               "takes missing bytes as 255, and reads service E1.FFFF.0 on ensemble C185");
-    EXPECT_EQ(only_problem(sb::join({whole, {0}})).code, so::problem_code::value_too_long);
-    EXPECT_EQ(only_problem({0xC0, 0xE1, 0xC1, 0x85, 0xC2, 0x21}).code, so::problem_code::reserved_bits);
+    EXPECT_EQ(only_problem_of_identifier(sb::join({whole, {0}})).code, so::problem_code::value_too_long);
+    EXPECT_EQ(only_problem_of_identifier({0xC0, 0xE1, 0xC1, 0x85, 0xC2, 0x21}).code,
+              so::problem_code::reserved_bits);
 }
 
 TEST(EnsembleIdValue, IsEccAndEid) {

@@ -2,10 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/spi_builder.h"
+#include "tests/tools/spi/decoded.h"
 #include "tools/spi/values.h"
-
-namespace so = dabspi::spi_object;
-namespace sb = spi_builder;
 
 namespace {
 
@@ -20,11 +18,10 @@ so::time_value decoded(const sb::bytes& from, std::vector<so::problem>* problems
     return value;
 }
 
-so::problem only_problem(const sb::bytes& from) {
+so::problem only_problem_of_time(const sb::bytes& from) {
     std::vector<so::problem> problems;
     decoded(from, &problems);
-    EXPECT_EQ(problems.size(), 1U);
-    return problems.empty() ? so::problem{so::problem_code::empty_object, 0, "none", ""} : problems.front();
+    return the_only(problems);
 }
 
 TEST(TimeValue, ShortFormIsUtc) {
@@ -110,29 +107,29 @@ TEST(TimeValue, AMissingByteIsTooShort) {
 }
 
 TEST(TimeValue, BytesBehindATimeAreTooMany) {
-    const so::problem found = only_problem(sb::join({sb::time_point(61000, 7, 5), {0, 0}}));
+    const so::problem found = only_problem_of_time(sb::join({sb::time_point(61000, 7, 5), {0, 0}}));
     EXPECT_EQ(found.code, so::problem_code::value_too_long);
     EXPECT_EQ(found.text, "the value takes 4 bytes and has 6");
 }
 
 TEST(TimeValue, HoursThatAreNoneAreOutOfRange) {
-    EXPECT_EQ(only_problem({0x38, 0x66, 0x86, 0x00}).text, "the hour is 24");
-    EXPECT_EQ(only_problem({0x38, 0x66, 0x81, 0x3C}).text, "the minute is 60");
+    EXPECT_EQ(only_problem_of_time({0x38, 0x66, 0x86, 0x00}).text, "the hour is 24");
+    EXPECT_EQ(only_problem_of_time({0x38, 0x66, 0x81, 0x3C}).text, "the minute is 60");
 }
 
 TEST(TimeValue, ReservedBitsAreToldOf) {
-    EXPECT_EQ(only_problem({0xB8, 0x66, 0x85, 0x9E}).code, so::problem_code::reserved_bits);
+    EXPECT_EQ(only_problem_of_time({0xB8, 0x66, 0x85, 0x9E}).code, so::problem_code::reserved_bits);
 }
 
 TEST(TimeValue, ReceiversTakeNegativeOffsetsOneHalfHourTooFar) {
-    const so::problem found = only_problem(sb::time_point(sb::mjd(2026, 3, 10), 7, 0, -2));
+    const so::problem found = only_problem_of_time(sb::time_point(sb::mjd(2026, 3, 10), 7, 0, -2));
     EXPECT_EQ(found.code, so::problem_code::time_misread);
     EXPECT_EQ(found.text, "a time with a negative local time offset");
     EXPECT_EQ(found.receiver, "takes the offset as -01:30, and so the local time as 2026-03-10 05:30");
 }
 
 TEST(TimeValue, ReceiversDoNotKnowDatesBehindFebruary2100) {
-    const so::problem found = only_problem(sb::time_point(sb::mjd(2100, 3, 2), 7, 0));
+    const so::problem found = only_problem_of_time(sb::time_point(sb::mjd(2100, 3, 2), 7, 0));
     EXPECT_EQ(found.code, so::problem_code::time_misread);
     EXPECT_EQ(found.receiver, "takes the local time as 2100-03-01 07:00");
 }
