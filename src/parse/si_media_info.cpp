@@ -55,7 +55,19 @@ std::string SiMediaInfo::get_ext() const {
     return url.substr(dot == std::string::npos ? 0 : dot + 1, kLongestExtension);
 }
 
-SpiLogoInfo SiMediaInfo::logo_info() {
+SpiLogoInfo SiMediaInfo::logo_info() & {
+    SpiLogoInfo logo = classified();
+    logo.name = url;
+    return logo;
+}
+
+SpiLogoInfo SiMediaInfo::logo_info() && {
+    SpiLogoInfo logo = classified();
+    logo.name = std::move(url);
+    return logo;
+}
+
+SpiLogoInfo SiMediaInfo::classified() {
     SpiLogoInfo logo;
     logo.service = id;
     if (mime == "image/jpeg") {
@@ -73,7 +85,6 @@ SpiLogoInfo SiMediaInfo::logo_info() {
         }
     }
     logo.size_code = static_cast<std::uint8_t>(get_fmt());
-    logo.name = std::move(url);
     return logo;
 }
 

@@ -35,10 +35,14 @@ struct SiMediaInfo {
     // What stands after the last "." of the URL, or the whole URL without one; at most 8 characters.
     std::string get_ext() const;
 
-    // The announcement; the URL moves into it, since a crafted one is long. The format follows the MIME type,
-    // else the extension; extensions are compared as they are written, so "Png" and "JPEG" are unknown.
-    // Deliberate.
-    SpiLogoInfo logo_info();
+    // The announcement. The format follows the MIME type, else the extension; extensions are compared as they
+    // are written, so "Png" and "JPEG" are unknown. Deliberate.
+    SpiLogoInfo logo_info() &;
+    // The same of a record that is done with: its URL moves on. A crafted one is long, and is not held twice.
+    SpiLogoInfo logo_info() &&;
+
+ private:
+    SpiLogoInfo classified();  // everything but the name
 };
 
 }  // namespace spi

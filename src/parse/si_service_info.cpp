@@ -1,5 +1,7 @@
 #include "src/parse/si_service_info.h"
 
+#include <utility>
+
 #include "src/parse/spi_name.h"
 #include "src/parse/spi_parseable.h"
 #include "src/parse/spi_tags.h"
@@ -49,7 +51,7 @@ int SiServiceInfo::parse_mediadesc(spi_parseable& description, SpiTokenTable& to
         // bearer.
         media.id = id;
         parse_multimedia(child, tokens, media);
-        logos.push_back(media.logo_info());
+        logos.push_back(std::move(media).logo_info());
     }
     return 0;
 }

@@ -153,6 +153,18 @@ TEST(SiMediaInfo, AnnouncementHoldsServiceFormatSizeAndUrl) {
     EXPECT_EQ(logo.name, "logos/a");
 }
 
+TEST(SiMediaInfo, AnnouncementMayBeMadeAgain) {
+    SiMediaInfo media;
+    media.url = "logos/a.png";
+    const spi::SpiLogoInfo first = media.logo_info();
+    EXPECT_EQ(media.get_ext(), "png");
+    const spi::SpiLogoInfo second = media.logo_info();
+    EXPECT_EQ(first.name, "logos/a.png");
+    EXPECT_EQ(second.name, "logos/a.png");
+    EXPECT_EQ(second.image_format, first.image_format);
+    EXPECT_EQ(second.image_format, spi::LOGO_FORMAT_PNG);
+}
+
 TEST(SiMediaInfo, MimeTypeIsReadOnceWithItsTokens) {
     spi::SpiTokenTable tokens = table_of(token_table({{0x01, "image/"}}));
     SiMediaInfo media;
