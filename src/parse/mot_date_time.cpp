@@ -8,14 +8,12 @@
 namespace spi {
 namespace {
 
-// Every character of the part must be a digit: "20xx" is refused as a whole, and so are signs and blanks. At
-// most four digits come here, so a value out of range cannot occur.
-unsigned number(const std::string& text, std::size_t first, std::size_t count) {
-    unsigned value = 0;
-    for (std::size_t i = first; i < first + count; ++i) {
-        if (text[i] < '0' || text[i] > '9') throw std::invalid_argument("stoi");
-        value = value * 10 + static_cast<unsigned>(text[i] - '0');
-    }
+// By the standard conversion, which passes over leading blanks and takes a sign: "2016 1 7" is a date. It
+// must use the whole part: "20xx" is refused, not read as 20.
+int number(const std::string& text, std::size_t first, std::size_t count) {
+    std::size_t used = 0;
+    const int value = std::stoi(text.substr(first, count), &used);
+    if (used != count) throw std::invalid_argument("stoi");
     return value;
 }
 

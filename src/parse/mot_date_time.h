@@ -16,7 +16,8 @@ struct DABSPI_EXPORT MotDateTime {
     std::uint8_t minute = 0;  // 0..59
 
     // Takes over the host's text YYYYMMDD, exactly 8 characters. A text of another length changes nothing,
-    // silently. A part that is not all digits throws std::invalid_argument("stoi"); parts before it keep
+    // silently. Each part is converted by std::stoi: leading blanks and a sign are taken, so "2016 1 7" is a
+    // date. A part that is not a number as a whole throws std::invalid_argument("stoi"); parts before it keep
     // their new values. There is no range check: "20161399" gives month 13, day 99.
     void put_date(const std::string& text);
     // The same for HHMM, exactly 4 characters.

@@ -91,10 +91,24 @@ std::string refusal(Put put) {
     return "accepted";
 }
 
+TEST(MotDateTime, PartsAreConvertedByTheStandardConversion) {
+    MotDateTime t;
+    t.put_date("2016 1 7");
+    EXPECT_EQ(t, date_time_of(2016, 1, 7));
+    t.put_date("+201+2+3");
+    EXPECT_EQ(t, date_time_of(201, 2, 3));
+    t.put_date(" 016-1-1");  // cut to the fields' widths
+    EXPECT_EQ(t, date_time_of(16, 255, 255));
+    t = MotDateTime();
+    t.put_time(" 9 5");
+    EXPECT_EQ(t, date_time_of(0, 0, 0, 9, 5));
+    t.put_time("+9-0");
+    EXPECT_EQ(t, date_time_of(0, 0, 0, 9, 0));
+}
+
 TEST(MotDateTime, DatePartThatIsNotANumberThrowsStoi) {
-    for (const char* text :
-         {"20xx0101", "xxxx0101", "201x0101", "2016x101", "20160x01", "2016010x", "+2016010", "-0160101",
-          " 0160101", "2016+101", "2016 101", "2016-1-1", "20160 01"}) {
+    for (const char* text : {"20xx0101", "xxxx0101", "201x0101", "2016x101", "20160x01", "2016010x",
+                             "2016 xx1", "20161 01", "201601  ", "2016--01", "201601+ ", "    0101"}) {
         MotDateTime t;
         EXPECT_EQ(refusal([&] { t.put_date(text); }), "stoi") << text;
     }
@@ -115,7 +129,7 @@ TEST(MotDateTime, DatePartThatIsNotANumberThrowsStoi) {
 }
 
 TEST(MotDateTime, TimePartThatIsNotANumberThrowsStoi) {
-    for (const char* text : {"x930", "0x30", "093x", "09:3", " 930", "09 0", "+930", "-930"}) {
+    for (const char* text : {"x930", "0x30", "093x", "09:3", "9 30", "090 ", "09+ ", "--30", "09  "}) {
         MotDateTime t;
         EXPECT_EQ(refusal([&] { t.put_time(text); }), "stoi") << text;
     }
