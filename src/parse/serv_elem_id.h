@@ -34,8 +34,10 @@ inline bool operator==(const ServElemId& a, const ServElemId& b) {
 inline bool operator!=(const ServElemId& a, const ServElemId& b) {
     return !(a == b);
 }
-// By val(): the order of the tables. In a source of its own, in whose place tests count the comparisons.
-bool operator<(const ServElemId& a, const ServElemId& b);
+// By val(): the order of the tables.
+inline bool operator<(const ServElemId& a, const ServElemId& b) {
+    return a.val() < b.val();
+}
 
 // The low 32 bits of val(): the ECC and the top byte of a 32-bit sid take part in equality only. For
 // unordered containers of hosts and tools; the library's own tables are ordered, since 65,536 identifiers

@@ -1,7 +1,5 @@
 // Service identifiers that share one hash value, all that there are: a broadcast chooses the identifiers.
 // What the tables do with them is counted in comparisons of identifiers.
-#include <atomic>
-
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
 #include "src/parse/spi_body_table.h"
@@ -9,19 +7,8 @@
 
 namespace {
 
-std::uint64_t comparisons = 0;  // of the test's own thread: the workers' threads idle
-
-}  // namespace
-
-// In the place of the library's, which is the same but for the counting.
-bool spi::operator<(const ServElemId& a, const ServElemId& b) {
-    ++comparisons;
-    return a.val() < b.val();
-}
-
-namespace {
-
 using namespace hostile;
+using counted_order::comparisons;
 
 // A balanced tree of 65,536 is at most 32 levels deep; an insertion looks at a neighbour or two besides.
 constexpr std::uint64_t kMostForOne = 40;
