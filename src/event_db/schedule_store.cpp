@@ -75,11 +75,14 @@ SpiEventDb::filing SpiEventDb::file(const ServElemId& service, const PiScheduleP
     const bool tomorrow = !today && same_date(date_of_day(day - 1), current_time_);
     if (!today && !tomorrow) return kRefused;
 
-    std::shared_ptr<DaySchedule>& schedule = schedules_[service][day];
-    if (!schedule) schedule = std::make_shared<DaySchedule>();
+    auto& days = schedules_[service];
+    auto schedule = days.find(day);
+    // Allocated before it is inserted: where there is no memory for it, no day without a schedule stays
+    // behind.
+    if (schedule == days.end()) schedule = days.emplace(day, std::make_shared<DaySchedule>()).first;
     // The first programme for a start minute wins: a repeat, and a changed title too, is neither filed nor
     // reported.
-    return schedule->try_emplace(day_key(programme), programme).second ? kFiled : kTaken;
+    return schedule->second->try_emplace(day_key(programme), programme).second ? kFiled : kTaken;
 }
 
 void SpiEventDb::announce(const ServElemId& service, std::shared_ptr<i_evt_base> filed) {
