@@ -14,6 +14,8 @@
 #include <exception>
 #include <memory>
 #include <mutex>
+#include <new>
+#include <optional>
 
 #include "platform/zeb_debug.h"
 #include "platform/zeb_string.h"
@@ -55,7 +57,7 @@ class ZebThread {
         // Held until the handle is stored: the new thread registers itself under it.
         const ZebSyncGuard<ZebSync> guard(sync_);
         pthread_t created{};
-        if (!Create(&created, &ZebThread::WrappedEntry, &ZebThread::body_inside_)) {
+        if (!HasEvent() || !Create(&created, &ZebThread::WrappedEntry, &ZebThread::body_inside_)) {
             ZebDbgOutput::DbgPrint(kSource, "Start", 223, 1, "ZebThread::Start() failed !! [%s]\r\n", name_);
             return false;
         }
@@ -87,9 +89,10 @@ class ZebThread {
             if (!itself) WaitUntilLeft(&ZebThread::body_inside_);
         }
         if (watched) {
-            ended_.Set();
+            ended_->Set();
             if (pthread_join(watchdog, nullptr) != 0) WaitUntilLeft(&ZebThread::watchdog_inside_);
         }
+        ended_.reset();  // it stays set: a thread that is started again needs another
         ZebThreadMng::unregisterThreadInfo(handle_);
         handle_ = kNoThread;
         system_id_ = -1;
@@ -112,6 +115,17 @@ class ZebThread {
             thread.left_.notify_all();
         }
     };
+
+    // False where there is no memory for one.
+    bool HasEvent() {
+        if (ended_) return true;
+        try {
+            ended_.emplace();
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        return true;
+    }
 
     bool Create(pthread_t* created, void* (*entry)(void*), bool ZebThread::*flag) {
         SetInside(flag, true);
@@ -169,7 +183,7 @@ class ZebThread {
     static void* WaitEventTimeoutThread(void* self_pointer) {
         auto& self = *static_cast<ZebThread*>(self_pointer);
         const inside leaving{self, &ZebThread::watchdog_inside_};
-        if (!self.ended_.Wait(self.timeout_)) {
+        if (!self.ended_->Wait(self.timeout_)) {
             ZebDbgOutput::DbgPrint(kSource, "WaitEventTimeoutThread", 297, 1,
                                    "Error, ZebThread::WaitExit() timed out[%dms]. thread name[%s]\n",
                                    self.timeout_, self.name_);
@@ -192,7 +206,7 @@ class ZebThread {
     int requested_priority_ = kNoPriority;
     int timeout_ = 0;
     ZebSync sync_;
-    ZebEvent ended_;
+    std::optional<ZebEvent> ended_{std::in_place};  // set when the thread was joined
     std::mutex inside_mutex_;
     std::condition_variable left_;
     bool body_inside_ = false;      // each: created and not yet done with this object;

@@ -56,4 +56,19 @@ TEST(ThreadTimeOut, IsReportedOnceAndTheJoinGoesOn) {
               "#########\n#########\nASSERT Failed! - platform/zeb_thread.h(298)\n#########\n#########\n");
 }
 
+TEST(ThreadTimeOut, IsReportedAgainAfterTheThreadWasStartedAgain) {
+    const watchdog guard;
+    const ZebDebugSink before = zeb_set_debug_sink(&collect);
+    waiting_body body;
+    ZebThread<waiting_body> thread(&body, "slow", 1);
+    for (int round = 0; round < 3; ++round) {
+        gate opened_by_the_report;
+        may_end = &opened_by_the_report;
+        ASSERT_TRUE(thread.Start());
+        EXPECT_EQ(thread.WaitExit(3), 1);
+        EXPECT_EQ(reports.take().size(), 2U) << "round " << round;
+    }
+    zeb_set_debug_sink(before);
+}
+
 }  // namespace
