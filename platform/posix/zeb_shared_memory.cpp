@@ -20,6 +20,7 @@ struct held_lock {
 struct lock_table {
     std::recursive_mutex mutex;  // held from lock() to unlock(): other threads of this process wait here
     std::map<std::string, held_lock> held;
+    bool reported = false;  // that a lock file cannot be locked; until one can be again
 };
 
 // Never destroyed: a host may exit while another of its threads holds a lock.
@@ -62,24 +63,31 @@ place_t place_of(int descriptor, const std::string& path) {
     return same ? place_t::kInPlace : place_t::kGone;
 }
 
-// Without a lock file the library serves all the same.
-int give_up(const std::string& path, const char* what) {
-    ZebDbgOutput::DbgPrint("ZebSharedSyncObject", "lock", 0, 1,
-                           "%s cannot be %s; locked within this process only\n", path.c_str(), what);
-    return -1;
-}
-
-int take_lock_file(const std::string& path) {
+// The descriptor of the lock file, or -1 and what the file "cannot be".
+int take_lock_file(const std::string& path, const char*& cannot_be) {
     for (;;) {
         const int descriptor = open_lock_file(path);
-        if (descriptor == -1) return give_up(path, "opened");
+        cannot_be = "opened";
+        if (descriptor == -1) return -1;
         const bool locked = lock_file(descriptor);
         const place_t place = locked ? place_of(descriptor, path) : place_t::kUnknown;
         if (place == place_t::kInPlace) return descriptor;
         close(descriptor);
-        if (!locked) return give_up(path, "locked");
-        if (place == place_t::kUnknown) return give_up(path, "looked at");
+        cannot_be = locked ? "looked at" : "locked";
+        if (place == place_t::kUnknown) return -1;
     }
+}
+
+// Without a lock file the library serves all the same. That is said once, not at each access.
+int take_lock_file(const std::string& path, bool& reported) {
+    const char* cannot_be = "";
+    const int descriptor = take_lock_file(path, cannot_be);
+    if (descriptor == -1 && !reported) {
+        ZebDbgOutput::DbgPrint("ZebSharedSyncObject", "lock", 0, 1,
+                               "%s cannot be %s; locked within this process only\n", path.c_str(), cannot_be);
+    }
+    reported = descriptor == -1;
+    return descriptor;
 }
 
 }  // namespace
@@ -95,7 +103,7 @@ void ZebSharedSyncObject::lock() const {
         if (held == locks.held.end()) {
             const std::string path = lock_path(name_);
             held = locks.held.emplace(name_, held_lock{path, -1, 0}).first;
-            held->second.descriptor = take_lock_file(held->second.path);
+            held->second.descriptor = take_lock_file(held->second.path, locks.reported);
         }
         ++held->second.depth;
     } catch (...) {

@@ -32,24 +32,22 @@ struct SharedLock : testing::Test {
 TEST_F(SharedLock, WhoseFileCannotBeLookedAtIsGivenUp) {
     live_with("fstat", EIO);
     EXPECT_EQ(result.construction, life_result::kLogicError);  // the block cannot be looked at either
-    EXPECT_THAT(lines_and_texts(result),
-                testing::ElementsAre(given_up("looked at"), "151 mmap error\n", given_up("looked at")));
+    EXPECT_THAT(lines_and_texts(result), testing::ElementsAre(given_up("looked at"), "151 mmap error\n"));
     EXPECT_EQ(result.left_behind, "");
 }
 
 TEST_F(SharedLock, WhoseNameCannotBeLookedUpIsGivenUp) {
     live_with("stat", EACCES);
     EXPECT_EQ(result.construction, life_result::kConstructed);
-    ASSERT_GE(result.messages.size(), 2U);  // the logo root cannot be looked up either
-    EXPECT_EQ(lines_and_texts(result)[0], given_up("looked at"));
-    EXPECT_EQ(lines_and_texts(result)[1], given_up("looked at"));
+    // The logo root cannot be looked up either.
+    EXPECT_THAT(lines_and_texts(result), testing::Contains(given_up("looked at")).Times(1));
     EXPECT_EQ(result.left_behind, "");
 }
 
 TEST_F(SharedLock, ThatTheSystemDoesNotGrantIsGivenUpAloud) {
     live_with("flock", ENOLCK);
     EXPECT_EQ(result.notes, reference_notes(surface::kWrapper));
-    EXPECT_THAT(lines_and_texts(result), testing::ElementsAre(given_up("locked"), given_up("locked")));
+    EXPECT_THAT(lines_and_texts(result), testing::ElementsAre(given_up("locked")));
     EXPECT_EQ(result.left_behind, "");
 }
 
