@@ -26,9 +26,9 @@ class SpiLogoData {
 
     // ECC, service identifier and SCIdS, or a 32-bit service identifier alone; then "_", the size code, and
     // ".JPG", ".PNG" or "."; numbers in upper-case hexadecimal without padding: E1C2210_3.PNG. A service
-    // identifier below 0x1000 or an ECC below 0x10 makes the station part shorter than the one that the
-    // searches in the logo root look for (logo_files.h). Deliberate: stations have four-digit identifiers and
-    // two-digit ECCs.
+    // identifier below 0x1000 makes the station part shorter than the one that the searches in the logo root
+    // look for (logo_files.h). Deliberate: stations have four-digit identifiers. The ECC is written alike in
+    // both.
     std::string create_filename() const;
 
     // Writes the body to its file in the root, over any file that is there, without a temporary file. True

@@ -44,7 +44,8 @@ class SpiServer final : public term_event_proc {
 
     // One received MOT object (ETSI EN 301 234). ContentType 7 is parsed as a binary SPI object (TS 102 371)
     // and 2 is taken as an image; others are dropped silently. `service` is the data service that it was
-    // received with. The body is moved from and left empty, in any case.
+    // received with. The body is moved from and left empty, unless there is
+    // no memory for the event: then std::bad_alloc is thrown, and the body may be as it was.
     DABSPI_EXPORT void FeedMotBody(MotBodyMetadata metadata, MotBody&& body, ServElemId service);
 
     // The service that is being listened to, and the ensemble that carries it (0: none). A change from one
