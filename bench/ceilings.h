@@ -6,7 +6,7 @@
 #include <cstring>
 #include <memory>
 
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 
 namespace bench {
 

@@ -23,8 +23,8 @@
 #include "src/logo_db/spi_logo_db.h"
 #include "src/parse/pi_body_parser.h"
 #include "src/parse/si_body_parser.h"
-#include "tests/support/bodies.h"
-#include "tests/support/counted_heap.h"
+#include "testkit/bodies.h"
+#include "testkit/counted_heap.h"
 
 namespace {
 

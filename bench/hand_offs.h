@@ -7,7 +7,7 @@
 #include "bench/counted_locks.h"
 #include "src/event/event_backend.h"
 #include "src/event/event_proc.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 
 namespace bench {
 

@@ -18,7 +18,7 @@
 #include "bench/placement.h"
 #include "spi_wrap/to_spi_server.h"
 #include "src/event/quiet.h"
-#include "tests/wrap/sandbox.h"
+#include "testkit/sandbox.h"
 
 namespace {
 

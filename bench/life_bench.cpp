@@ -5,7 +5,7 @@
 
 #include "bench/live_core.h"
 #include "bench/paired.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 
 namespace {
 

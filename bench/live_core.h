@@ -12,8 +12,8 @@
 
 #include "bench/material.h"
 #include "src/server/spi_server.h"
-#include "tests/support/bodies.h"
-#include "tests/support/temporary_directory.h"
+#include "testkit/bodies.h"
+#include "testkit/temporary_directory.h"
 
 namespace bench {
 

@@ -9,7 +9,7 @@
 #include "src/parse/mot_date_time.h"
 #include "src/parse/pi_schedule_programme.h"
 #include "src/parse/serv_elem_id.h"
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 
 namespace bench {
 

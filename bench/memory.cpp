@@ -11,8 +11,8 @@
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
 #include "src/parse/pi_body_parser.h"
-#include "tests/support/bodies.h"
-#include "tests/support/counted_heap.h"
+#include "testkit/bodies.h"
+#include "testkit/counted_heap.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "bench/paired.h"
 #include "src/parse/pi_body_parser.h"
 #include "src/parse/si_body_parser.h"
-#include "tests/support/bodies.h"
+#include "testkit/bodies.h"
 
 namespace {
 

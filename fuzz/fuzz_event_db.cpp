@@ -7,8 +7,8 @@
 #include "fuzz/fuzz_support.h"
 #include "fuzz/without_threads.h"
 #include "src/event_db/spi_event_db.h"
-#include "tests/event_db/compared_calls.h"
-#include "tests/support/spi_builder.h"
+#include "testkit/compared_calls.h"
+#include "testkit/spi_builder.h"
 
 namespace {
 

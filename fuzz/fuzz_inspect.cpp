@@ -10,7 +10,7 @@
 #include "tools/inspect/json_report.h"
 #include "tools/inspect/text_report.h"
 #include "tools/spi/xml_document.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace {
 

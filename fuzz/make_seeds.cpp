@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 
 namespace {
 

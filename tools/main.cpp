@@ -1,4 +1,5 @@
-// dabspi: the library on a desk. Every subcommand has a file of its own; tools/command_line.cpp lists them.
+// dabspi: the library on a desk. Every subcommand has a file of its own; tools/command_line/command_line.cpp
+// lists them.
 
 #include <CLI/CLI.hpp>
 #include <csignal>
@@ -7,10 +8,10 @@
 #include <new>
 #include <vector>
 
-#include "tools/command.h"
-#include "tools/command_line.h"
-#include "tools/complain.h"
-#include "tools/standard_descriptors.h"
+#include "tools/command_line/command.h"
+#include "tools/command_line/command_line.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/standard_descriptors.h"
 
 namespace {
 

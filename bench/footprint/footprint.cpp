@@ -24,11 +24,11 @@
 
 #include "src/event/quiet.h"
 #include "src/server/spi_server.h"
-#include "tests/soak/calendar.h"
-#include "tests/soak/ensemble.h"
-#include "tests/support/bodies.h"
-#include "tests/support/counted_heap.h"
-#include "tests/support/temporary_directory.h"
+#include "testkit/bodies.h"
+#include "testkit/counted_heap.h"
+#include "testkit/ensemble/calendar.h"
+#include "testkit/ensemble/ensemble.h"
+#include "testkit/temporary_directory.h"
 
 extern "C" int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
                                      void* (*start)(void*), void* argument);

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 
 namespace generator {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "examples/generator/canvas.h"
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 
 namespace generator {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
-#include "tests/support/spi_builder_objects.h"
-#include "tools/recording_writer.h"
+#include "testkit/spi_builder_objects.h"
+#include "tools/recording/recording_writer.h"
 
 namespace generator {
 

@@ -8,7 +8,7 @@
 #include <set>
 
 #include "src/event/quiet.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/log_lines.h"
 #include "tests/event/scripted_worker.h"
 #include "tests/event/watchdog.h"

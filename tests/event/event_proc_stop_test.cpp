@@ -9,7 +9,7 @@
 
 #include "src/event/event_proc.h"
 #include "src/event/quiet.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/scripted_worker.h"
 #include "tests/event/thread_faults.h"
 #include "tests/event/watchdog.h"

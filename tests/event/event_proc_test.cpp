@@ -10,7 +10,7 @@
 
 #include "src/event/quiet.h"
 #include "src/event/term_event.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/scripted_worker.h"
 #include "tests/event/virtual_slot.h"
 #include "tests/event/watchdog.h"

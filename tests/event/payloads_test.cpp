@@ -6,8 +6,8 @@
 #include <type_traits>
 
 #include "src/server/spi_listener.h"
+#include "testkit/bodies.h"
 #include "tests/event/virtual_slot.h"
-#include "tests/support/bodies.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "src/event/event_backend.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/scripted_worker.h"
 #include "tests/event/watchdog.h"
 

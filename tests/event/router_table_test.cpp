@@ -7,7 +7,7 @@
 
 #include "src/event/event_backend.h"
 #include "src/event/quiet.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/log_lines.h"
 #include "tests/event/scripted_worker.h"
 #include "tests/event/thread_faults.h"

@@ -15,8 +15,8 @@
 
 #include "src/event/payloads.h"
 #include "src/event_db/spi_event_db.h"
+#include "testkit/spi_builder.h"
 #include "tests/support/recording_router.h"
-#include "tests/support/spi_builder.h"
 
 namespace event_db {
 

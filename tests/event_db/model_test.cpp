@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "src/event_db/spi_event_db.h"
-#include "tests/event_db/compared_calls.h"
-#include "tests/event_db/database_model.h"
-#include "tests/event_db/random_calls.h"
+#include "testkit/compared_calls.h"
+#include "testkit/database_model.h"
+#include "testkit/random_calls.h"
 #include "tests/support/recording_router.h"
 
 namespace event_db {

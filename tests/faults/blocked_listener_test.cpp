@@ -4,8 +4,8 @@
 #include <thread>
 
 #include "src/event/quiet.h"
+#include "testkit/journal.h"
 #include "tests/event/counted_payloads.h"
-#include "tests/event/journal.h"
 #include "tests/event/watchdog.h"
 #include "tests/faults/life_checks.h"
 #include "tests/server/ending_server.h"

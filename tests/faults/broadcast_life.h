@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 
 namespace on_air {
 

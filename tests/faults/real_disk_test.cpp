@@ -7,8 +7,8 @@
 #include <iterator>
 
 #include "src/event/quiet.h"
+#include "testkit/temporary_directory.h"
 #include "tests/faults/host_of.h"
-#include "tests/support/temporary_directory.h"
 #include "tests/wrap/private_root.h"
 
 #include <gtest/gtest.h>

@@ -12,7 +12,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "tests/wrap/sandbox.h"
+#include "testkit/sandbox.h"
 
 namespace {
 

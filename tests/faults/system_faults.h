@@ -1,7 +1,7 @@
 // Lets one call of a C function fail, or every one from then on: the n-th that the library makes, on whatever
 // thread, while a fault is armed.
 //
-// The functions of the sandbox (tests/wrap/sandbox.h) ask here, and so do write, close, readdir, closedir,
+// The functions of the sandbox (testkit/sandbox.h) ask here, and so do write, close, readdir, closedir,
 // pthread_create, pthread_join, pthread_setname_np and getpriority, which system_faults.cpp wraps. What gives
 // something back is carried out although it is refused (close, closedir, munmap): nobody could ask for it
 // again, and a test that counts descriptors would count the fault itself. Writes to standard error are not

@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "testkit/sandbox.h"
 #include "tests/faults/host_of.h"
-#include "tests/wrap/sandbox.h"
 
 // A message of the platform's debug output, as it was printed.
 struct life_message {

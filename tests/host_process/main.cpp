@@ -6,9 +6,9 @@
 #include <csignal>
 #include <exception>
 
-#include "tools/complain.h"
-#include "tools/replay_command.h"
-#include "tools/standard_descriptors.h"
+#include "tools/replay/replay_command.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/standard_descriptors.h"
 
 int main(int argc, char** argv) {
     dabspi::occupy_closed_descriptors();

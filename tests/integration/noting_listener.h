@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "src/server/spi_listener.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 
 // Text in the order of the records: "programme Morning 10:00 60", "now Morning next Noon", "logo name".
 struct noted_call {

@@ -7,11 +7,11 @@
 #include <iterator>
 #include <locale>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/log_lines.h"
 #include "tests/event/watchdog.h"
 #include "tests/integration/noting_listener.h"
 #include "tests/server/fed_server.h"
-#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // The end of a server that has work left. (That it ends thousands of times in a row: tests/stress.)
 #include <gtest/gtest.h>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/watchdog.h"
 #include "tests/integration/noting_listener.h"
 #include "tests/server/fed_server.h"
 #include "tests/server/live_threads.h"
 #include "tests/support/captured_debug.h"
 #include "tests/support/captured_stderr.h"
-#include "tests/support/temporary_directory.h"
 
 namespace {
 

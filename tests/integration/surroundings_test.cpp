@@ -7,11 +7,11 @@
 #include <csignal>
 #include <cstdlib>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/watchdog.h"
 #include "tests/integration/noting_listener.h"
 #include "tests/server/fed_server.h"
 #include "tests/support/captured_stderr.h"
-#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <climits>
 #include <set>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/watchdog.h"
 #include "tests/integration/noting_listener.h"
 #include "tests/server/fed_server.h"
 #include "tests/server/live_threads.h"
-#include "tests/support/temporary_directory.h"
 
 namespace {
 

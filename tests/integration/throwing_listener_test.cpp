@@ -4,12 +4,12 @@
 
 #include <stdexcept>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/watchdog.h"
 #include "tests/integration/noting_listener.h"
 #include "tests/server/fed_server.h"
 #include "tests/server/live_threads.h"
 #include "tests/support/captured_debug.h"
-#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -22,10 +22,10 @@
 
 #include "src/event/payloads.h"
 #include "src/logo_db/spi_logo_db.h"
-#include "tests/support/bodies.h"
+#include "testkit/bodies.h"
+#include "testkit/temporary_directory.h"
 #include "tests/support/captured_debug.h"
 #include "tests/support/recording_router.h"
-#include "tests/support/temporary_directory.h"
 
 namespace logo_db {
 

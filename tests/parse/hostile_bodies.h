@@ -12,8 +12,8 @@
 #include "src/parse/si_body_parser.h"
 #include "src/parse/spi_parser.h"
 #include "src/parse/spi_tags.h"
+#include "testkit/overlapping_elements.h"
 #include "tests/parse/reading.h"
-#include "tests/support/overlapping_elements.h"
 #include "tests/support/recording_router.h"
 
 namespace hostile {

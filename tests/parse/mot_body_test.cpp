@@ -5,7 +5,7 @@
 
 #include <type_traits>
 
-#include "tests/support/bodies.h"
+#include "testkit/bodies.h"
 
 namespace {
 

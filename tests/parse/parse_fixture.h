@@ -12,9 +12,9 @@
 
 #include "src/event/payloads.h"
 #include "src/parse/spi_parser.h"
+#include "testkit/spi_builder_objects.h"
 #include "tests/parse/reading.h"
 #include "tests/support/recording_router.h"
-#include "tests/support/spi_builder_objects.h"
 
 struct sent_programme {
     spi::ServElemId service;

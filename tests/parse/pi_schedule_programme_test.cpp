@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "testkit/spi_builder_objects.h"
 #include "tests/parse/reading.h"
-#include "tests/support/spi_builder_objects.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "src/parse/serv_elem_id.h"
 #include "src/parse/spi_parseable.h"
 #include "src/parse/spi_token_table.h"
-#include "tests/support/bodies.h"
+#include "testkit/bodies.h"
 
 // A cursor at the first byte.
 inline spi::ReadBuffer buffer_of(const spi_builder::bytes& bytes) {

@@ -12,7 +12,7 @@
 #include "platform/zeb_string.h"
 #include "platform/zeb_sync.h"
 #include "platform/zeb_thread.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/watchdog.h"
 #include "tests/support/captured_debug.h"
 #include "tests/support/captured_stderr.h"

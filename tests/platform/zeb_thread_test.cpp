@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/thread_faults.h"
 #include "tests/event/watchdog.h"
 #include "tests/support/captured_debug.h"

@@ -7,7 +7,7 @@
 
 #include "platform/posix/zeb_posix.h"
 #include "platform/zeb_thread.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/watchdog.h"
 
 namespace {

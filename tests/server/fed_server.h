@@ -5,8 +5,8 @@
 #include <string>
 
 #include "src/server/spi_server.h"
-#include "tests/support/bodies.h"
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/bodies.h"
+#include "testkit/spi_builder_objects.h"
 
 class forgetful_listener final : public spi::ISpiListener {
  public:

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "src/server/spi_server.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 
 class queue_marker final : public spi::i_evt_base {
  public:

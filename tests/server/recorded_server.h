@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "src/server/spi_server.h"
+#include "testkit/bodies.h"
 #include "tests/event/watchdog.h"
 #include "tests/server/recording_worker.h"
-#include "tests/support/bodies.h"
 
 class idle_listener final : public spi::ISpiListener {
  public:

@@ -11,7 +11,7 @@
 #include "src/parse/mot_body.h"
 #include "src/parse/mot_date_time.h"
 #include "src/parse/serv_elem_id.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 
 // What an event was, without keeping its payload alive.
 struct delivery {

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/allocation_faults.h"
 #include "tests/event/thread_faults.h"
 #include "tests/event/watchdog.h"
@@ -12,7 +13,6 @@
 #include "tests/server/live_threads.h"
 #include "tests/support/captured_debug.h"
 #include "tests/support/captured_stderr.h"
-#include "tests/support/temporary_directory.h"
 
 namespace {
 

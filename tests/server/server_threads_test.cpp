@@ -12,7 +12,7 @@
 #include "platform/zeb_debug.h"
 #include "platform/zeb_sync.h"
 #include "platform/zeb_thread.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/watchdog.h"
 #include "tests/server/fed_server.h"
 #include "tests/server/live_threads.h"

@@ -11,7 +11,7 @@
 
 #include "src/event/payloads.h"
 #include "src/event/quiet.h"
-#include "tests/event/journal.h"
+#include "testkit/journal.h"
 #include "tests/event/virtual_slot.h"
 #include "tests/event/watchdog.h"
 #include "tests/support/captured_debug.h"

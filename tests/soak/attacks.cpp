@@ -1,6 +1,6 @@
 #include "tests/soak/attacks.h"
 
-#include "tests/support/overlapping_elements.h"
+#include "testkit/overlapping_elements.h"
 
 namespace soak {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 
 namespace soak {
 

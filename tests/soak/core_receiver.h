@@ -5,9 +5,9 @@
 #include <string>
 
 #include "src/server/spi_server.h"
+#include "testkit/bodies.h"
 #include "tests/soak/library_model.h"
 #include "tests/soak/receiver.h"
-#include "tests/support/bodies.h"
 
 namespace soak {
 

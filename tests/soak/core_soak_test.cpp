@@ -9,9 +9,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "testkit/temporary_directory.h"
 #include "tests/soak/core_receiver.h"
 #include "tests/soak/long_life.h"
-#include "tests/support/temporary_directory.h"
 
 namespace soak {
 namespace {

@@ -13,14 +13,14 @@
 #include <mutex>
 
 #include "src/server/spi_server.h"
+#include "testkit/bodies.h"
+#include "testkit/counted_heap.h"
+#include "testkit/ensemble/calendar.h"
+#include "testkit/temporary_directory.h"
 #include "tests/server/queue_marker.h"
 #include "tests/soak/attacks.h"
-#include "tests/soak/calendar.h"
 #include "tests/soak/gauges.h"
 #include "tests/soak/growth_table.h"
-#include "tests/support/bodies.h"
-#include "tests/support/counted_heap.h"
-#include "tests/support/temporary_directory.h"
 
 namespace soak {
 

@@ -1,6 +1,6 @@
 // Announcements of logos that never come: they end with the ensemble.
+#include "testkit/spi_builder_objects.h"
 #include "tests/soak/growth_fixture.h"
-#include "tests/support/spi_builder_objects.h"
 
 namespace soak {
 namespace {

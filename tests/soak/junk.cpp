@@ -1,8 +1,8 @@
 // Objects that are broken, hostile, or meant for somebody else. What they say is known all the same: mostly
 // nothing.
-#include "tests/soak/dice.h"
-#include "tests/soak/ensemble.h"
-#include "tests/support/overlapping_elements.h"
+#include "testkit/ensemble/dice.h"
+#include "testkit/ensemble/ensemble.h"
+#include "testkit/overlapping_elements.h"
 
 namespace soak {
 namespace {

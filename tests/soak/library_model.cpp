@@ -1,7 +1,7 @@
 #include "tests/soak/library_model.h"
 
-#include "tests/soak/calendar.h"
-#include "tests/soak/ensemble.h"
+#include "testkit/ensemble/calendar.h"
+#include "testkit/ensemble/ensemble.h"
 
 namespace soak {
 namespace {

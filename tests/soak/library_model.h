@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/event_db/database_model.h"
-#include "tests/soak/carousel_object.h"
+#include "testkit/database_model.h"
+#include "testkit/ensemble/carousel_object.h"
 
 namespace soak {
 

@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "src/event/quiet.h"
-#include "tests/soak/calendar.h"
+#include "testkit/ensemble/calendar.h"
 #include "tests/wrap/process_state.h"
 
 namespace soak {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "testkit/counted_heap.h"
 #include "tests/soak/gauges.h"
 #include "tests/soak/soak_run.h"
-#include "tests/support/counted_heap.h"
 
 namespace soak {
 

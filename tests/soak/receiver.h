@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "src/parse/mot_date_time.h"
-#include "tests/soak/carousel_object.h"
+#include "testkit/ensemble/carousel_object.h"
 
 namespace soak {
 

@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "src/event/quiet.h"
-#include "tests/soak/calendar.h"
+#include "testkit/ensemble/calendar.h"
 
 namespace soak {
 namespace {

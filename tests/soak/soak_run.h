@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <functional>
 
-#include "tests/soak/dice.h"
-#include "tests/soak/ensemble.h"
+#include "testkit/ensemble/dice.h"
+#include "testkit/ensemble/ensemble.h"
 #include "tests/soak/library_model.h"
 #include "tests/soak/receiver.h"
 

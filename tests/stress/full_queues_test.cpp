@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "src/event/payloads.h"
+#include "testkit/counted_heap.h"
 #include "tests/integration/noting_listener.h"
 #include "tests/server/ending_server.h"
 #include "tests/server/queue_marker.h"
 #include "tests/stress/shuffled_fixture.h"
-#include "tests/support/counted_heap.h"
 
 namespace {
 

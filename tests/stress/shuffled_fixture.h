@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/thread_faults.h"
 #include "tests/event/watchdog.h"
 #include "tests/server/fed_server.h"
@@ -15,7 +16,6 @@
 #include "tests/stress/sync_points.h"
 #include "tests/support/captured_debug.h"
 #include "tests/support/captured_stderr.h"
-#include "tests/support/temporary_directory.h"
 
 struct shuffled_rounds : testing::Test {
     const watchdog guard{std::chrono::minutes(14)};

@@ -8,13 +8,13 @@
 #include <thread>
 #include <vector>
 
+#include "testkit/temporary_directory.h"
 #include "tests/event/watchdog.h"
 #include "tests/server/fed_server.h"
 #include "tests/stress/process_resources.h"
 #include "tests/stress/stress_settings.h"
 #include "tests/support/captured_debug.h"
 #include "tests/support/captured_stderr.h"
-#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The builder against the coding of ETSI TS 102 371 itself: bytes written out by hand.
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <cstdio>
 
+#include "testkit/counted_heap.h"
 #include "tests/parse/hostile_bodies.h"
-#include "tests/support/counted_heap.h"
 
 struct ceiling {
     double bytes_per_body_byte;

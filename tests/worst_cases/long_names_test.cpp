@@ -3,8 +3,8 @@
 #include <atomic>
 
 #include "src/server/spi_server.h"
+#include "testkit/spi_builder_objects.h"
 #include "tests/event/watchdog.h"
-#include "tests/support/spi_builder_objects.h"
 #include "tests/worst_cases/costed.h"
 
 namespace {

@@ -11,7 +11,7 @@
 
 #include "spi_wrap/to_spi_server.h"
 #include "src/event/quiet.h"
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 
 class keeping_listener final : public spi_wrap::ISpiListener {
  public:

@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "testkit/sandbox.h"
 #include "tests/support/captured_debug.h"
 #include "tests/wrap/process_state.h"
-#include "tests/wrap/sandbox.h"
 
 constexpr std::size_t kBlockBytes = 5140;
 constexpr std::uint32_t kPayloadBytes = 5136;

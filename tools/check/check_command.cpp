@@ -12,13 +12,13 @@
 #include "tools/check/json_report.h"
 #include "tools/check/report.h"
 #include "tools/check/text_report.h"
-#include "tools/check/written_file.h"
-#include "tools/complain.h"
-#include "tools/interrupt.h"
-#include "tools/output.h"
-#include "tools/progress.h"
-#include "tools/storage.h"
-#include "tools/utf8.h"
+#include "tools/files/written_file.h"
+#include "tools/playing/storage.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/interrupt.h"
+#include "tools/terminal/output.h"
+#include "tools/terminal/progress.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -1,7 +1,7 @@
 // dabspi check: what a receiver will do with a broadcast, and why.
 #pragma once
 
-#include "tools/command.h"
+#include "tools/command_line/command.h"
 
 namespace dabspi {
 

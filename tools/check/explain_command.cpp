@@ -10,10 +10,10 @@
 #include <system_error>
 
 #include "tools/check/catalogue.h"
-#include "tools/check/wrapped_text.h"
-#include "tools/complain.h"
-#include "tools/output.h"
-#include "tools/utf8.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/output.h"
+#include "tools/terminal/wrapped_text.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

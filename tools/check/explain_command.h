@@ -1,7 +1,7 @@
 // dabspi explain: the catalogue of findings.
 #pragma once
 
-#include "tools/command.h"
+#include "tools/command_line/command.h"
 
 namespace dabspi {
 

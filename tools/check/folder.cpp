@@ -9,9 +9,9 @@
 #include "tools/check/local_day.h"
 #include "tools/inspect/image_header.h"
 #include "tools/inspect/inspected.h"
+#include "tools/receiver/receiver_view.h"
 #include "tools/spi/decode.h"
-#include "tools/spi/receiver_view.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

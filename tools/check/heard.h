@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/notification.h"
-#include "tools/player.h"
-#include "tools/recording.h"
+#include "tools/playing/player.h"
+#include "tools/recording/notification.h"
+#include "tools/recording/recording.h"
 
 namespace dabspi::check {
 

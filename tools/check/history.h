@@ -16,7 +16,7 @@
 #include "src/parse/serv_elem_id.h"
 #include "src/parse/spi_logo_info.h"
 #include "src/parse/spi_time_point.h"
-#include "tools/recording.h"
+#include "tools/recording/recording.h"
 #include "tools/spi/tree.h"
 
 namespace dabspi::check {

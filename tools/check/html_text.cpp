@@ -1,7 +1,7 @@
 #include "tools/check/html_text.h"
 
-#include "tools/base64.h"
-#include "tools/utf8.h"
+#include "tools/text/base64.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check::html {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/recording.h"
+#include "tools/recording/recording.h"
 
 namespace dabspi::check::html {
 

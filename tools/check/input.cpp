@@ -9,7 +9,7 @@
 #include "tools/check/folder.h"
 #include "tools/spi/receiver_values.h"
 #include "tools/spi/value_problems.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

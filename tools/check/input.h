@@ -8,7 +8,7 @@
 
 #include "src/parse/mot_date_time.h"
 #include "src/parse/serv_elem_id.h"
-#include "tools/recording.h"
+#include "tools/recording/recording.h"
 
 namespace dabspi::check {
 

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "tools/check/input.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

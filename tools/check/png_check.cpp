@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tools/inspect/image_header.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

@@ -11,8 +11,8 @@
 #include "src/parse/spi_body_table.h"
 #include "tools/check/input.h"
 #include "tools/check/local_day.h"
+#include "tools/receiver/receiver_view.h"
 #include "tools/spi/decode.h"
-#include "tools/spi/receiver_view.h"
 
 namespace dabspi::check {
 

@@ -7,7 +7,7 @@
 #include "tools/check/local_day.h"
 #include "tools/check/receiver_model.h"
 #include "tools/check/rules.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

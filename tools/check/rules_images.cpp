@@ -7,7 +7,7 @@
 #include "tools/check/logo_text.h"
 #include "tools/check/png_check.h"
 #include "tools/check/rules.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

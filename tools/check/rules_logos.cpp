@@ -6,7 +6,7 @@
 #include "tools/check/input.h"
 #include "tools/check/logo_text.h"
 #include "tools/check/rules.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "tools/check/rules.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

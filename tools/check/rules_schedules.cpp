@@ -7,7 +7,7 @@
 #include "tools/check/input.h"
 #include "tools/check/local_day.h"
 #include "tools/check/rules.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

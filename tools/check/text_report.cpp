@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "tools/check/local_day.h"
-#include "tools/check/wrapped_text.h"
-#include "tools/utf8.h"
+#include "tools/terminal/wrapped_text.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 

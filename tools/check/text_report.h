@@ -4,7 +4,7 @@
 #include <string>
 
 #include "tools/check/report.h"
-#include "tools/inspect/paint.h"
+#include "tools/terminal/paint.h"
 
 namespace dabspi::check {
 

@@ -5,7 +5,7 @@
 
 #include "tools/encode/uncoded.h"
 #include "tools/encode/value_fault.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

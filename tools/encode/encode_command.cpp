@@ -7,11 +7,11 @@
 #include <set>
 #include <utility>
 
-#include "tools/complain.h"
 #include "tools/encode/encode_report.h"
-#include "tools/encode/whole_file.h"
-#include "tools/output.h"
-#include "tools/utf8.h"
+#include "tools/files/whole_file.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/output.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -1,7 +1,7 @@
 // dabspi encode: XML documents into binary SPI objects.
 #pragma once
 
-#include "tools/command.h"
+#include "tools/command_line/command.h"
 
 namespace dabspi {
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

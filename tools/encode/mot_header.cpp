@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "tools/spi/receiver_view.h"
+#include "tools/receiver/receiver_view.h"
 
 namespace dabspi {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/encode/element_encoder.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -1,6 +1,6 @@
 #include "tools/encode/source_note.h"
 
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

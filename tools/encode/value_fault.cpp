@@ -7,7 +7,7 @@
 #include "tools/spi/node_values.h"
 #include "tools/spi/value_problems.h"
 #include "tools/spi/values.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

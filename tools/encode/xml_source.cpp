@@ -8,7 +8,7 @@
 #include <set>
 #include <utility>
 
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -5,15 +5,15 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
-#include "tools/complain.h"
 #include "tools/inspect/inspected.h"
 #include "tools/inspect/json_report.h"
 #include "tools/inspect/report.h"
 #include "tools/inspect/text_report.h"
-#include "tools/output.h"
-#include "tools/progress.h"
 #include "tools/spi/xml_document.h"
-#include "tools/utf8.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/output.h"
+#include "tools/terminal/progress.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -1,7 +1,7 @@
 // dabspi inspect: binary SPI objects as trees.
 #pragma once
 
-#include "tools/command.h"
+#include "tools/command_line/command.h"
 
 namespace dabspi {
 

@@ -11,7 +11,7 @@
 
 #include "tools/inspect/image_header.h"
 #include "tools/spi/schema.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

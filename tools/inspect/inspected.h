@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/recording.h"
+#include "tools/recording/recording.h"
 
 namespace dabspi {
 

@@ -5,7 +5,7 @@
 
 #include "tools/inspect/image_header.h"
 #include "tools/spi/receiver_values.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "tools/spi/receiver_values.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

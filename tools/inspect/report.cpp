@@ -1,6 +1,6 @@
 #include "tools/inspect/report.h"
 
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

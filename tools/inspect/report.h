@@ -6,8 +6,8 @@
 #include <string>
 
 #include "tools/inspect/inspected.h"
+#include "tools/receiver/receiver_view.h"
 #include "tools/spi/decode.h"
-#include "tools/spi/receiver_view.h"
 
 namespace dabspi {
 

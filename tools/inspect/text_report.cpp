@@ -7,7 +7,7 @@
 #include "tools/inspect/image_header.h"
 #include "tools/inspect/receiver_text.h"
 #include "tools/spi/texts.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

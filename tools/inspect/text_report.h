@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "tools/inspect/paint.h"
 #include "tools/inspect/report.h"
+#include "tools/terminal/paint.h"
 
 namespace dabspi {
 

@@ -8,7 +8,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "tools/command_line.h"
+#include "tools/command_line/command_line.h"
 #include "tools/pages/completion.h"
 #include "tools/pages/manual_page.h"
 

@@ -112,9 +112,10 @@ std::map<std::string, prose> read_proses(const std::vector<std::string>& files,
     for (const command_model& command : commands) {
         const std::string name = short_name(command);
         if (file_of.count(name) == 0) {
-            throw std::runtime_error(
-                "\"" + command.name + "\" has no prose for its manual page: write " + name + kEnding +
-                " beside its sources below tools/ (tools/replay.prose.1 shows how), and configure again");
+            throw std::runtime_error("\"" + command.name + "\" has no prose for its manual page: write " +
+                                     name + kEnding +
+                                     " beside its sources below tools/ (tools/replay/replay.prose.1 shows "
+                                     "how), and configure again");
         }
         std::ifstream in(file_of[name], std::ios::binary);
         const std::string text(std::istreambuf_iterator<char>(in), {});

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "tools/record/plan_bodies.h"
-#include "tools/recording_writer.h"
-#include "tools/utf8.h"
+#include "tools/recording/recording_writer.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

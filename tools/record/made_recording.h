@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tools/record/plan.h"
-#include "tools/recording.h"
+#include "tools/recording/recording.h"
 
 namespace dabspi {
 

@@ -6,10 +6,10 @@
 #include <set>
 #include <utility>
 
-#include "tools/json_values.h"
 #include "tools/record/plan_object.h"
+#include "tools/recording/json_values.h"
 #include "tools/spi/values.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -13,7 +13,7 @@
 
 #include "tools/encode/broadcast_object.h"
 #include "tools/record/plan_keys.h"
-#include "tools/recording.h"
+#include "tools/recording/recording.h"
 
 namespace dabspi {
 

@@ -3,9 +3,9 @@
 #include <filesystem>
 
 #include "tools/encode/encode_report.h"
-#include "tools/encode/whole_file.h"
+#include "tools/files/whole_file.h"
 #include "tools/inspect/image_header.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

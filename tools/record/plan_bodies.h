@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/body_files.h"
+#include "tools/files/body_files.h"
 #include "tools/record/plan.h"
 
 namespace dabspi {

@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "tools/json_values.h"
-#include "tools/utf8.h"
+#include "tools/recording/json_values.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

@@ -7,11 +7,11 @@
 #include <memory>
 #include <system_error>
 
-#include "tools/complain.h"
-#include "tools/encode/whole_file.h"
-#include "tools/output.h"
+#include "tools/files/whole_file.h"
 #include "tools/record/made_recording.h"
-#include "tools/utf8.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/output.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 

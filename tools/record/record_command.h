@@ -1,7 +1,7 @@
 // dabspi record: a plan becomes a recording.
 #pragma once
 
-#include "tools/command.h"
+#include "tools/command_line/command.h"
 
 namespace dabspi {
 

@@ -5,7 +5,7 @@
 
 #include "src/parse/spi_parseable.h"
 #include "tools/spi/value_problems.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::spi_object {
 

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "tools/spi/value_problems.h"
-#include "tools/utf8.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::spi_object {
 

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "tools/storage.h"
+#include "tools/playing/storage.h"
 
 namespace check_test {
 

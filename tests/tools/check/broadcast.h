@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 #include "tools/check/report.h"
-#include "tools/recording.h"
+#include "tools/recording/recording.h"
 
 namespace check_test {
 

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "tools/check/wrapped_text.h"
+#include "tools/terminal/wrapped_text.h"
 
 namespace {
 

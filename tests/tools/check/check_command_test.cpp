@@ -8,10 +8,10 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "tests/support/spi_builder_objects.h"
-#include "tests/tools/files.h"
-#include "tests/tools/run_command.h"
-#include "tests/tools/sample_broadcast.h"
+#include "testkit/spi_builder_objects.h"
+#include "tests/tools/command_line/run_command.h"
+#include "tests/tools/files/files.h"
+#include "tests/tools/recording/sample_broadcast.h"
 #include "tools/check/catalogue.h"
 
 namespace {

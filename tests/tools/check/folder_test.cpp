@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/tools/check/broadcast.h"
-#include "tests/tools/files.h"
-#include "tools/storage.h"
+#include "tests/tools/files/files.h"
+#include "tools/playing/storage.h"
 
 namespace {
 

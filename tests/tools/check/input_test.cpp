@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/tools/files.h"
+#include "tests/tools/files/files.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 
 namespace {
 

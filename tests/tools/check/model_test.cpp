@@ -9,7 +9,7 @@
 #include <random>
 
 #include "tests/tools/check/broadcast.h"
-#include "tools/storage.h"
+#include "tools/playing/storage.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "tests/tools/files.h"
-#include "tests/tools/run_command.h"
+#include "tests/tools/command_line/run_command.h"
+#include "tests/tools/files/files.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 #include "tools/encode/broadcast_object.h"
 
 namespace sb = spi_builder;

@@ -18,7 +18,7 @@
 #include <sstream>
 
 #include "tests/tools/encode/statements.h"
-#include "tests/tools/files.h"
+#include "tests/tools/files/files.h"
 #include "tools/encode/broadcast_object.h"
 #include "tools/spi/decode.h"
 

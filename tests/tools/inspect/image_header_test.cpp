@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 
 namespace sb = spi_builder;
 using dabspi::image_header;

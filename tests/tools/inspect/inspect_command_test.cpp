@@ -4,9 +4,9 @@
 
 #include <filesystem>
 
-#include "tests/support/spi_builder_objects.h"
-#include "tests/tools/files.h"
-#include "tests/tools/run_command.h"
+#include "testkit/spi_builder_objects.h"
+#include "tests/tools/command_line/run_command.h"
+#include "tests/tools/files/files.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Files, recordings and folders.
 #include "tools/inspect/inspected.h"
 
-#include "tests/tools/files.h"
+#include "tests/tools/files/files.h"
 #include "tests/tools/inspect/reports.h"
 
 namespace {

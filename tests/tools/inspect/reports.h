@@ -7,7 +7,7 @@
 #include <list>
 #include <string>
 
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 #include "tools/inspect/report.h"
 
 namespace sb = spi_builder;

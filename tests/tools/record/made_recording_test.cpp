@@ -8,7 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "tests/tools/files.h"
+#include "tests/tools/files/files.h"
 
 namespace {
 

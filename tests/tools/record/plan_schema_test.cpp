@@ -7,7 +7,7 @@
 #include <set>
 #include <sstream>
 
-#include "tests/tools/files.h"
+#include "tests/tools/files/files.h"
 #include "tools/record/plan.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <set>
 
-#include "tests/tools/files.h"
-#include "tests/tools/run_command.h"
-#include "tools/recording.h"
+#include "tests/tools/command_line/run_command.h"
+#include "tests/tools/files/files.h"
+#include "tools/recording/recording.h"
 
 namespace {
 

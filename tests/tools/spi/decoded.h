@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/spi_builder_objects.h"
+#include "testkit/spi_builder_objects.h"
 #include "tools/spi/decode.h"
 
 namespace so = dabspi::spi_object;

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "tests/support/spi_builder_tags.h"
+#include "testkit/spi_builder_tags.h"
 
 namespace so = dabspi::spi_object;
 

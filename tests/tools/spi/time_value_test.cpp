@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/spi_builder.h"
+#include "testkit/spi_builder.h"
 #include "tests/tools/spi/decoded.h"
 #include "tools/spi/values.h"
 

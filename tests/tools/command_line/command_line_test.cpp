@@ -1,0 +1,72 @@
+// dabspi's command line: help, version, usage errors.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/tools/command_line/run_command.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(CommandLine, WithoutACommandItExplainsItself) {
+    const finished_command end = run_dabspi({{}});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_EQ(end.out, "");
+    EXPECT_THAT(end.err, StartsWith("dabspi: a command is needed\n"));
+    EXPECT_THAT(end.err, HasSubstr("replay"));
+}
+
+TEST(CommandLine, HelpGoesToStandardOutputAndShowsExamples) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"--help"}, {"-h"}, {"replay", "--help"}}) {
+        const finished_command end = run_dabspi({arguments});
+        EXPECT_EQ(end.status, 0);
+        EXPECT_EQ(end.err, "");
+        EXPECT_THAT(end.out, HasSubstr("Examples:\n"));
+        EXPECT_THAT(end.out, HasSubstr("  dabspi replay "));
+    }
+}
+
+TEST(CommandLine, HelpOfReplayNamesEveryOption) {
+    const finished_command end = run_dabspi({{"replay", "--help"}});
+    for (const char* option :
+         {"RECORDING", "--json", "--api wrapper|core", "--storage DIR", "--no-wait", "--keep"})
+        EXPECT_THAT(end.out, HasSubstr(option));
+}
+
+TEST(CommandLine, TellsItsVersion) {
+    const finished_command end = run_dabspi({{"--version"}});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_EQ(end.out, "dabspi " DABSPI_VERSION "\n");
+}
+
+TEST(CommandLine, UsageErrorsEndWithTwoAndPrintNothing) {
+    for (const std::vector<std::string>& arguments : {
+             std::vector<std::string>{"rewind"},
+             {"--no-such-option"},
+             {"replay"},
+             {"replay", "a.jsonl", "b.jsonl"},
+             {"replay", "--no-such-option", "a.jsonl"},
+             {"replay", "--api", "neither", "a.jsonl"},
+             {"replay", "--api"},
+             {"replay", "--storage", "", "a.jsonl"},
+             {"replay", "--storage", "a", "--storage", "b", "a.jsonl"},
+         }) {
+        const finished_command end = run_dabspi({arguments});
+        EXPECT_EQ(end.status, 2) << testing::PrintToString(arguments);
+        EXPECT_EQ(end.out, "") << testing::PrintToString(arguments);
+        EXPECT_THAT(end.err, StartsWith("dabspi: ")) << testing::PrintToString(arguments);
+    }
+}
+
+TEST(CommandLine, HelpThatCannotBePrintedIsAFailure) {
+    command_input input{{"--help"}};
+    input.standard_output = "/dev/full";
+    EXPECT_EQ(run_dabspi(input).status, 1);
+}
+
+}  // namespace

@@ -1,0 +1,31 @@
+// The body files of one recording: each is read once, however often it is named, and held until the last call
+// that names it is gone. Regular files only: a pipe or a device would make a recording that cannot be played
+// twice.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "tools/recording/recording.h"
+
+namespace dabspi {
+
+class body_files {
+ public:
+    struct result {
+        std::shared_ptr<const bytes> body;  // null when the file cannot be used
+        std::string error;
+    };
+
+    // Relative names start from `directory`; an empty one is the current directory.
+    explicit body_files(std::string directory) : directory_(std::move(directory)) {}
+
+    const result& read(const std::string& file);
+
+ private:
+    std::string directory_;
+    std::map<std::string, result> read_;  // by the name in the recording; failures are remembered too
+};
+
+}  // namespace dabspi

@@ -1,0 +1,115 @@
+#include "tools/playing/player.h"
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+
+#include "src/server/spi_server.h"
+#include "tools/playing/fed_library.h"
+#include "tools/playing/notification_box.h"
+
+namespace dabspi {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// Long waits come in pieces, so that a user who has seen enough is not kept waiting for a library that hangs.
+constexpr milliseconds kPiece{500};
+
+// What one more call may add to the wait at the end when there was none before.
+constexpr milliseconds kUnwaitedCall{100};
+
+class player {
+ public:
+    player(const player_settings& settings, const player_hooks& hooks)
+        : settings_(settings),
+          hooks_(hooks),
+          library_((settings.api == library_api::wrapper ? start_wrapper : start_core)(settings.storage_path,
+                                                                                       box_)) {}
+
+    play_end play(const recording& from) {
+        if (settings_.wait_after_each_call && !settle()) return end_;
+        for (const call& next : from.calls) {
+            at_.line = next.line;
+            std::visit([this](const auto& what) { feed(what); }, next.what);
+            ++fed_;
+            if (settings_.wait_after_each_call && !settle()) return end_;
+            if (!go_on()) return end_;
+        }
+        if (!settings_.wait_after_each_call) {
+            at_ = {};  // the notifications came at moments that nobody knows
+            if (!settle(settings_.longest_wait + from.calls.size() * kUnwaitedCall)) return end_;
+        }
+        return play_end::finished;
+    }
+
+ private:
+    void feed(const set_date_time& call) {
+        spi::MotDateTime now;
+        now.put_date(call.date);
+        now.put_time(call.time);
+        at_.clock = now;
+        library_->set_date_time(now);
+    }
+    void feed(const set_current_service& call) {
+        at_.service = call.service;
+        library_->set_current_service(call.service, call.ensemble);
+    }
+    void feed(const feed_mot_body& call) { library_->feed(call); }
+    void feed(const resend_now_next&) { library_->resend_now_next(); }
+
+    bool go_on() {
+        if (!hooks_.go_on || hooks_.go_on(fed_)) return true;
+        end_ = play_end::stopped;
+        return false;
+    }
+
+    // Waits for quiet and passes on what has come. False with end_ set when that is the end.
+    bool settle() { return settle(settings_.longest_wait); }
+    bool settle(milliseconds left) {
+        bool quiet = false;
+        for (; !quiet && left > milliseconds(0); left -= kPiece) {
+            quiet = spi::wait_until_quiet(std::min(left, kPiece));
+            if (!quiet && !go_on()) break;
+        }
+        if (!quiet) {
+            library_->abandon();
+            if (end_ != play_end::stopped) end_ = play_end::not_quiet;
+        }
+        for (const notification& what : box_->take()) {
+            if (hooks_.notify(what, at_)) continue;
+            end_ = play_end::stopped;
+            return false;
+        }
+        return quiet;
+    }
+
+    const player_settings& settings_;
+    const player_hooks& hooks_;
+    std::shared_ptr<notification_box> box_ = std::make_shared<notification_box>();
+    std::unique_ptr<fed_library> library_;
+    moment at_;
+    std::size_t fed_ = 0;
+    play_end end_ = play_end::finished;
+};
+
+}  // namespace
+
+play_end play(const recording& from, const player_settings& settings, const player_hooks& hooks) {
+    if (!from.errors.empty()) throw std::invalid_argument("a recording with errors cannot be played");
+    return player(settings, hooks).play(from);
+}
+
+void refuse_missing_calls(recording& in, library_api api) {
+    if (api == library_api::core) return;
+    for (const call& each : in.calls) {
+        if (std::holds_alternative<resend_now_next>(each.what))
+            in.errors.push_back(
+                {each.line, "ResendNowNext exists on the core interface only; use --api core"});
+    }
+    std::stable_sort(in.errors.begin(), in.errors.end(),
+                     [](const recording_error& a, const recording_error& b) { return a.line < b.line; });
+}
+
+}  // namespace dabspi

@@ -1,0 +1,152 @@
+#include "tools/replay/replay_command.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "tools/playing/player.h"
+#include "tools/playing/storage.h"
+#include "tools/recording/notification_json.h"
+#include "tools/recording/notification_text.h"
+#include "tools/recording/recording.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/interrupt.h"
+#include "tools/terminal/output.h"
+#include "tools/terminal/progress.h"
+#include "tools/text/utf8.h"
+
+namespace dabspi {
+
+namespace {
+
+struct replay_options {
+    std::string recording;
+    bool json = false;
+    std::string api = "wrapper";
+    std::optional<std::string> storage;
+    bool no_wait = false;
+    bool keep = false;
+};
+
+constexpr std::size_t kMostErrors = 100;
+
+void report_errors(const recording& of) {
+    std::string text;
+    std::size_t left = of.errors.size();
+    for (const recording_error& error : of.errors) {
+        if (of.errors.size() - left == kMostErrors) break;
+        text += error_text(of, error) + "\n";
+        --left;
+    }
+    if (left != 0) text += printable(of.name) + ": and " + std::to_string(left) + " more errors\n";
+    output standard_error(STDERR_FILENO);
+    standard_error.write(text);
+    standard_error.flush();
+}
+
+// Plays a recording that was found good, and prints. Gives the exit status; every end but that of a signal
+// leads here.
+int play_and_print(const recording& from, const replay_options& options, const std::string& storage_path,
+                   const std::string& logo_root) {
+    output standard_output(STDOUT_FILENO, [] { return interrupt_watch::noted() != 0; });
+    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, from.calls.size(), "calls");
+
+    player_settings settings;
+    settings.api = options.api == "core" ? library_api::core : library_api::wrapper;
+    settings.storage_path = storage_path;
+    settings.wait_after_each_call = !options.no_wait;
+
+    player_hooks hooks;
+    hooks.notify = [&](const notification& what, const moment& at) {
+        progress.erase();
+        return standard_output.write(options.json ? notification_json(what) + "\n"
+                                                  : notification_text(what, at, logo_root));
+    };
+    hooks.go_on = [&](std::size_t fed) {
+        const bool printed = standard_output.flush();
+        progress.update(fed);  // after the output, which may be on the same terminal
+        return printed && interrupt_watch::noted() == 0;
+    };
+
+    const play_end end = play(from, settings, hooks);
+    standard_output.flush();
+    progress.erase();
+    if (end == play_end::not_quiet) {
+        complain(
+            "the library did not come to rest: one of its workers has ended or hangs; the replay is not "
+            "complete");
+        return kExitFailed;
+    }
+    if (standard_output.error() != 0) {
+        if (interrupt_watch::noted() == 0) complain_of_output(standard_output.error());
+        return kExitFailed;
+    }
+    return end == play_end::finished ? kExitDone : kExitFailed;
+}
+
+int replay(const replay_options& options) {
+    recording from = read_recording(options.recording);
+    refuse_missing_calls(from, options.api == "core" ? library_api::core : library_api::wrapper);
+    if (!from.errors.empty()) {
+        report_errors(from);
+        return kExitUnusable;
+    }
+
+    int status = kExitFailed;
+    int signal = 0;
+    {
+        const interrupt_watch watch;  // from here on there is something to tidy up
+        storage place = options.storage ? storage::at(*options.storage) : storage::temporary();
+        if (options.keep) {
+            place.keep();
+            complain("the storage directory is kept: " + printable(place.path()));
+        }
+        status = play_and_print(from, options, place.path(), place.logo_root());
+        signal = interrupt_watch::noted();
+    }
+    if (signal != 0) die_by(signal);
+    return status;
+}
+
+}  // namespace
+
+command add_replay_command(CLI::App& dabspi) {
+    CLI::App* const app =
+        dabspi.add_subcommand("replay", "Play a recording and print what the listener hears");
+    const auto options = std::make_shared<replay_options>();
+    app->add_option("RECORDING", options->recording, "The recording, JSON Lines; - is standard input")
+        ->required()
+        ->option_text(" ");
+    app->add_flag("--json", options->json, "Print one JSON object a notification, instead of text");
+    app->add_option("--api", options->api,
+                    "The interface to play through: wrapper, the host-facing one (default), or core")
+        ->option_text("wrapper|core")
+        ->check(CLI::IsMember({"wrapper", "core"}));
+    app->add_option("--storage", options->storage,
+                    "The system's storage path: logos go to DIR/HdStationLogo. Made if it is\n"
+                    "missing, never removed (default: a temporary directory)")
+        ->option_text("DIR")
+        ->check(
+            [](const std::string& text) { return std::string(text.empty() ? "a directory is needed" : ""); });
+    app->add_flag("--no-wait", options->no_wait,
+                  "Feed as fast as the calls return, and wait once, at the end; what the\n"
+                  "output holds is then partly left to chance");
+    app->add_flag("--keep", options->keep, "Keep the temporary storage directory and say where it is");
+    app->footer(
+        "A recording is checked as a whole before anything is fed.\n"
+        "Exit status: 0 every line was fed; 2 the recording or the command line cannot be used;\n"
+        "1 anything else.\n"
+        "\n"
+        "Examples:\n"
+        "  dabspi replay day.jsonl                       read along\n"
+        "  dabspi replay --json day.jsonl | jq .now.name what was on\n"
+        "  dabspi replay --storage out day.jsonl         keep the logos in out/HdStationLogo\n"
+        "  zcat day.jsonl.gz | dabspi replay -           from a pipe; body files are then relative\n"
+        "                                                to the current directory");
+    return {app, [options] { return replay(*options); }};
+}
+
+}  // namespace dabspi

@@ -1,0 +1,10 @@
+// dabspi replay: plays a recording through the library and prints what its listener hears.
+#pragma once
+
+#include "tools/command_line/command.h"
+
+namespace dabspi {
+
+command add_replay_command(CLI::App& dabspi);
+
+}  // namespace dabspi
