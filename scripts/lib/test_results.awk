@@ -24,7 +24,7 @@ function milliseconds(text) {
 }
 /^\[==========\] Running / { is_googletest = 1 }
 /: Skipped$/ { reading_reason = 1; reason = ""; next }
-reading_reason && /^$/ { reading_reason = 0 }
+reading_reason && /^(\[|$)/ { reading_reason = 0 }
 reading_reason { reason = reason (reason == "" ? "" : " ") $0 }
 /\[       OK \] .*\([0-9]+ ms\)$/ {
     ++count["passed"]
