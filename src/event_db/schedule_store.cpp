@@ -46,8 +46,7 @@ void SpiEventDb::process_event(event& e) {
         case EC_SERV: cfu_service(static_cast<const set_service_event&>(*e.payload).service); break;
         case EC_EVTINFO: {
             const auto& received = static_cast<const pi_programme_event&>(*e.payload);
-            // What goes on to the listener says the same as what came: it is the same payload.
-            if (file(received.service, received.programme) == kFiled) announce(received.service, e.payload);
+            handle_programme(received.service, received.programme, e.payload);
             break;
         }
         case EC_RESEND: send_nownext(); break;  // as they stand, set or not
@@ -57,23 +56,14 @@ void SpiEventDb::process_event(event& e) {
     }
 }
 
-int SpiEventDb::handle_programme(const ServElemId& service, const PiScheduleProgramme& programme) {
-    switch (file(service, programme)) {
-        case kRefused: return 1;
-        case kTaken: return 0;
-        case kFiled: break;
-    }
-    announce(service, std::make_shared<pi_programme_event>(service, programme));
-    return 0;
-}
-
-SpiEventDb::filing SpiEventDb::file(const ServElemId& service, const PiScheduleProgramme& programme) {
-    if (programme.time.mjd == 0 || current_time_.year == 0) return kRefused;
+int SpiEventDb::handle_programme(const ServElemId& service, const PiScheduleProgramme& programme,
+                                 std::shared_ptr<i_evt_base> as_received) {
+    if (programme.time.mjd == 0 || current_time_.year == 0) return 1;
 
     const std::uint32_t day = local_day(programme);
     const bool today = same_date(date_of_day(day), current_time_);
     const bool tomorrow = !today && same_date(date_of_day(day - 1), current_time_);
-    if (!today && !tomorrow) return kRefused;
+    if (!today && !tomorrow) return 1;
 
     auto& days = schedules_[service];
     auto schedule = days.find(day);
@@ -82,12 +72,12 @@ SpiEventDb::filing SpiEventDb::file(const ServElemId& service, const PiScheduleP
     if (schedule == days.end()) schedule = days.emplace(day, std::make_shared<DaySchedule>()).first;
     // The first programme for a start minute wins: a repeat, and a changed title too, is neither filed nor
     // reported.
-    return schedule->second->try_emplace(day_key(programme), programme).second ? kFiled : kTaken;
-}
+    if (!schedule->second->try_emplace(day_key(programme), programme).second) return 0;
 
-void SpiEventDb::announce(const ServElemId& service, std::shared_ptr<i_evt_base> filed) {
-    send(std::move(filed), QID_CBHDL);
+    if (!as_received) as_received = std::make_shared<pi_programme_event>(service, programme);
+    send(std::move(as_received), QID_CBHDL);
     check_match(service);
+    return 0;
 }
 
 int SpiEventDb::remove_tt_today() {

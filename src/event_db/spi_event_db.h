@@ -37,8 +37,11 @@ class SpiEventDb final : public event_proc {
 
     // Files a programme if it starts today or tomorrow by the host's date, tells the listener notifier of it,
     // and looks for now and next if one of them is missing. The first programme for a start minute wins. 0:
-    // filed, or the minute was taken; 1: refused (no date yet, no start day, another day).
-    int handle_programme(const ServElemId& service, const PiScheduleProgramme& programme);
+    // filed, or the minute was taken; 1: refused (no date yet, no start day, another day). `as_received` is
+    // the payload that both came in: it says the same, and goes on to the notifier. Without one a payload is
+    // made.
+    int handle_programme(const ServElemId& service, const PiScheduleProgramme& programme,
+                         std::shared_ptr<i_evt_base> as_received = nullptr);
     // Drops the first day of every service, whatever day that is: the host's date is expected to move on by
     // one day at a time. Deliberate: a date that jumps, or goes back, still retires exactly one day.
     // Always 1.
@@ -65,12 +68,6 @@ class SpiEventDb final : public event_proc {
     int cfu_date_time(const MotDateTime& now);
 
  private:
-    // Refused: no day, no clock yet, or a day that is not kept. Taken: the start minute has its programme.
-    enum filing { kRefused, kTaken, kFiled };
-
-    filing file(const ServElemId& service, const PiScheduleProgramme& programme);
-    // After filing: `filed` goes to the listener notifier, then now and next are looked for.
-    void announce(const ServElemId& service, std::shared_ptr<i_evt_base> filed);
     void send_nownext();
 
     ServElemId current_service_;
