@@ -9,10 +9,11 @@ mark_as_advanced(DABSPI_CCACHE_PROGRAM)
 if(NOT DABSPI_CCACHE_PROGRAM)
     return()
 endif()
-# Precompiled headers are compared by their contents, and paths below the checkout by what follows it.
+# Precompiled headers are compared by their contents. Another checkout has the same objects: paths below it are relative, and its
+# own folder, which debug information names, does not count.
 set(CMAKE_CXX_COMPILER_LAUNCHER
     ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-    CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${DABSPI_CCACHE_PROGRAM})
+    CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${DABSPI_CCACHE_PROGRAM})
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fpch-preprocess)
 else()

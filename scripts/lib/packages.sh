@@ -37,4 +37,8 @@ install_packages="make pkg-config binutils"
 clang_packages="clang libclang-rt-14-dev"
 # 32-bit ARM: the cross compiler, the emulator, GoogleTest's sources.
 armhf_packages="g++-arm-linux-gnueabihf qemu-user googletest"
+format_packages="clang-format-14"
+docs_packages="doxygen python3 git"
+abi_packages="binutils abigail-tools"
+page_packages="chromium fonts-dejavu-core python3"
 package_packages="build-essential debhelper dpkg-dev git lintian"

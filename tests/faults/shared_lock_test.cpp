@@ -41,6 +41,7 @@ TEST_F(SharedLock, WhoseNameCannotBeLookedUpIsGivenUp) {
     EXPECT_EQ(result.construction, life_result::kConstructed);
     // The logo root cannot be looked up either.
     EXPECT_THAT(lines_and_texts(result), testing::Contains(given_up("looked at")).Times(1));
+    EXPECT_EQ(lines_and_texts(result).front(), given_up("looked at"));
     EXPECT_EQ(result.left_behind, "");
 }
 

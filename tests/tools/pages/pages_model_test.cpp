@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <CLI/CLI.hpp>
 
 #include "tools/pages/command_line_model.h"
