@@ -5,8 +5,9 @@
 #include <memory>
 
 #include "bench/counted_locks.h"
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 #include "src/event/event_proc.h"
+#include "src/event/outbox.h"
 #include "testkit/journal.h"
 
 namespace bench {
@@ -54,7 +55,7 @@ class hand_offs {
     // Of a class with its own post_event, which the router calls: it waits there.
     class holding_worker final : public spi::event_proc {
      public:
-        holding_worker() : event_proc(spi::QID_LOGODB, deferred{}) { begin(); }
+        holding_worker() : event_proc(spi::QID_LOGODB, spi::worker_duties{}) { begin(*this); }
         ~holding_worker() override { destroy_proc(); }
         int post_event(spi::event e) override {
             if (e.code() == spi::EC_TEMPROOT) {
@@ -71,25 +72,29 @@ class hand_offs {
     // As the database: what comes goes on, in the same payload. An event of another code tells that all are.
     class sending_worker final : public spi::event_proc {
      public:
-        sending_worker() : event_proc(spi::QID_EVTDB, deferred(kTakesRuns | kCollects | kKeepsResults)) {}
+        sending_worker() : event_proc(spi::QID_EVTDB, spi::worker_duties{}) {}
         ~sending_worker() override { destroy_proc(); }
         void process_event(spi::event& e) override {
+            const spi::outbox::turn turn(results_, follows(e.code()));
             if (e.code() == spi::EC_RESEND) return all_sent.open();
-            send(e.payload, spi::QID_CBHDL);
+            results_.send(e.payload, spi::QID_CBHDL);
         }
-        void open() { begin(); }
+        void open() { begin(*this); }
         gate all_sent;
+
+     private:
+        spi::outbox results_{*this, spare_node()};
     };
 
     class receiving_worker final : public spi::event_proc {
      public:
         explicit receiving_worker(unsigned events)
-            : event_proc(spi::QID_CBHDL, deferred(kTakesRuns)), left_(events) {}
+            : event_proc(spi::QID_CBHDL, spi::worker_duties{}), left_(events) {}
         ~receiving_worker() override { destroy_proc(); }
         void process_event(spi::event&) override {
             if (--left_ == 0) all_there.open();
         }
-        void open() { begin(); }
+        void open() { begin(*this); }
         gate all_there;
 
      private:
@@ -97,7 +102,7 @@ class hand_offs {
     };
 
     const unsigned events_;
-    spi::event_backend router_{spi::event_backend::kInRuns};
+    spi::batch_backend router_;
     holding_worker holder_;
     sending_worker sender_;
     receiving_worker receiver_{events_};

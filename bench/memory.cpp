@@ -38,14 +38,14 @@ long resident_kib(const std::string& which) {
 // Keeps its gate closed: what is posted stays in its queue.
 class closed_worker final : public spi::event_proc {
  public:
-    closed_worker() : event_proc(spi::QID_EVTDB, deferred{}) {}
+    closed_worker() : event_proc(spi::QID_EVTDB, spi::worker_duties{}) {}
     ~closed_worker() override { destroy_proc(); }
 };
 
 // The parser's programmes in the queue of a worker that does not take them.
 class queueing_router final : public spi::event_backend {
  public:
-    explicit queueing_router(spi::event_proc& queue) : event_backend(deferred{}), queue_(queue) {}
+    explicit queueing_router(spi::event_proc& queue) : event_backend(nullptr), queue_(queue) {}
     ~queueing_router() override { destroy_proc(); }
     int post_event(spi::event e) override { return queue_.post_event(std::move(e)); }
 

@@ -17,7 +17,7 @@ using namespace bench;
 // A worker that only lends its name to the parsers.
 class sender final : public spi::event_proc {
  public:
-    sender() : event_proc(spi::QID_PARSE, deferred{}) {}
+    sender() : event_proc(spi::QID_PARSE, spi::worker_duties{}) {}
     ~sender() override { destroy_proc(); }
 };
 

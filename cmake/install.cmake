@@ -13,6 +13,7 @@ set(dabspi_wrapper_headers
     spi_wrap/to_spi_server.h)
 set(dabspi_core_headers
     platform/dabspi_export.h
+    src/event/batch_backend.h
     src/event/event.h
     src/event/event_backend.h
     src/event/event_names.h
@@ -23,6 +24,7 @@ set(dabspi_core_headers
     src/event/quiet.h
     src/event/teardown.h
     src/event/term_lock.h
+    src/event/worker_lifecycle.h
     src/parse/mot_body.h
     src/parse/mot_date_time.h
     src/parse/serv_elem_id.h

@@ -44,7 +44,7 @@ inline spi::MotBody body_of(const std::uint8_t* data, std::size_t size) {
 // Keeps the events of one input. Its own thread never gets any.
 class keeping_router final : public spi::event_backend {
  public:
-    keeping_router() : event_backend(deferred{}) { begin(); }
+    keeping_router() : event_backend(nullptr) { begin(*this); }
     ~keeping_router() override { destroy_proc(); }
     int post_event(spi::event e) override {
         events.push_back(std::move(e));

@@ -1,6 +1,9 @@
 #include "src/event/event_backend.h"
 
+#include <utility>
+
 #include "src/event/serr.h"
+#include "src/event/teardown.h"
 
 namespace spi {
 namespace {
@@ -9,11 +12,15 @@ constexpr std::size_t kBucketHint = 10;
 
 }  // namespace
 
-event_backend::event_backend(forwarding how)
-    : event_backend(deferred(how == kInRuns ? kTakesRuns | kRoutesRuns : unsigned{kOneByOne})) {
-    begin();
+event_backend::event_backend() : event_backend(nullptr) {
+    begin(*this);
 }
-event_backend::event_backend(deferred d) : event_proc(QID_SYS, d), table_(kBucketHint) {}
+
+event_backend::event_backend(std::function<bool(std::list<event>&)> pass_on)
+    : event_proc(QID_SYS, {std::move(pass_on),
+                           [this](event& request, bool in_hand) { pass_on_when_ended(request, in_hand); },
+                           {}}),
+      table_(kBucketHint) {}
 
 event_backend::~event_backend() {
     destroy_proc();
@@ -23,47 +30,38 @@ event_backend::~event_backend() {
 
 void event_backend::process_event(event& e) {
     if (e.destination == QID_NONE) return;
-    {
+    if (e.destination == QID_ALL) {
         const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
-        if (e.destination == QID_ALL) {
-            for (const auto& [id, worker] : table_)
-                worker->post_event(e);
-            return;
-        }
-        const auto found = table_.find(e.destination);
-        if (found != table_.end()) {
-            found->second->post_event(e);
-            return;
-        }
+        for (const auto& [id, worker] : table_)
+            worker->post_event(e);
+        return;
     }
+    if (with_worker(e.destination, [&](event_proc& worker) { worker.post_event(e); })) return;
     serr() << ' ' << "Event backend - no queue " << ' ' << queue_name(e.destination) << ' ' << '/' << ' '
            << event_name(e.code());
 }
 
-bool event_backend::forward_run(std::list<event>& events) {
-    const _qid destination = events.front().destination;
-    if (destination == QID_NONE || destination == QID_ALL) return false;
-    const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
-    const auto found = table_.find(destination);
-    if (found == table_.end() || !found->second->is(kTakesRuns)) return false;
-    auto end = events.begin();
-    while (end != events.end() && end->destination == destination)
-        ++end;
-    std::list<event> run;
-    if (end == events.end()) {
-        run.swap(events);
-    } else {
-        run.splice(run.begin(), events, events.begin(), end);
+// A router answers nothing: it passes a request on. What was in hand when its thread ended may have been passed
+// on to some already.
+void event_backend::pass_on_when_ended(event& request, bool in_hand) noexcept {
+    try {
+        if (!in_hand) return process_event(request);
+    } catch (...) {
+        // No memory: it is lost.
     }
-    found->second->append(run);
-    return true;
+    note_lost_answer();
+}
+
+void event_backend::note_lost_answer() noexcept {
+    lost_answer_ = true;
+    teardown_monitor().announce();
 }
 
 int event_backend::register_queue(event_proc* proc) {
     const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
     if (table_.count(proc->queue_id()) != 0) return kAlreadyRegistered;
     if (!table_.emplace(proc->queue_id(), proc).second) return kInsertionFailed;
-    proc->backend_ = this;
+    proc->set_backend(this);
     return kRegistered;
 }
 

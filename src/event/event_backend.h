@@ -7,6 +7,8 @@
 // the target's queue, so a slow handler never holds the router up.
 #pragma once
 
+#include <atomic>
+#include <functional>
 #include <list>
 #include <mutex>
 #include <unordered_map>
@@ -22,13 +24,8 @@ class event_backend : public event_proc {
     // What unregister_queue returns: done; there is no such worker.
     enum unregister_result : int { kUnregistered = 0, kNotRegistered = 3 };
 
-    // How events that stand together and have the same destination are handed on. In runs: in one piece, and
-    // process_event is not asked. For an object of this very class only, and for destinations whose classes
-    // take runs; a derived class would miss what it overrides.
-    enum forwarding { kOneAtATime, kInRuns };
-
     // Starts the thread, and opens its gate: derived classes take the other constructor.
-    explicit event_backend(forwarding how = kOneAtATime);
+    event_backend();
     // Stops the thread and empties the table; the workers in it are not deleted.
     ~event_backend() override;
 
@@ -45,24 +42,34 @@ class event_backend : public event_proc {
     // Whether a worker is registered under `id`.
     bool is_registered(_qid id);
 
-    // True when EC_TERM, or an answer to it, got lost for want of memory.
-    bool lost_an_answer() const { return event_proc::lost_an_answer(); }
+    // An EC_TERM, or an answer to one, got lost for want of memory: somebody may be waiting for an answer that
+    // never comes. Any thread.
+    void note_lost_answer() noexcept;
+    bool lost_an_answer() const { return lost_answer_; }
 
  protected:
-    // For classes derived from this one, which call begin() themselves.
-    explicit event_backend(deferred);
+    // For classes derived from this one, which call begin(*this). `pass_on`: see
+    // worker_duties::handle_together; it may be empty.
+    explicit event_backend(std::function<bool(std::list<event>& batch)> pass_on);
+
+    // Calls `deliver` with the worker registered under `id`, and while nobody can take it out of the table. False: there is none.
+    template <class Deliver>
+    bool with_worker(_qid id, Deliver deliver) {
+        const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
+        const auto found = table_.find(id);
+        if (found == table_.end()) return false;
+        deliver(*found->second);
+        return true;
+    }
 
  private:
-    friend class event_proc;  // its loop, on the router's thread
+    void pass_on_when_ended(event& request, bool in_hand) noexcept;
 
-    // Moves the first of `events`, and those behind it that have the same destination, to that worker's
-    // queue: nodes and all, under one lock. False, and nothing is moved, when each must be handled by itself:
-    // a broadcast, no destination, no such worker, or one whose class does not take runs.
-    bool forward_run(std::list<event>& events);
-
-    // Recursive: a dead worker's answer to EC_TERM passes a dead router within the delivery that it answers.
+    // Recursive: an ended worker's answer to EC_TERM passes an ended router within the delivery that it
+    // answers.
     std::recursive_mutex table_mutex_;
     std::unordered_map<_qid, event_proc*> table_;  // guarded by table_mutex_; the workers are not owned
+    std::atomic<bool> lost_answer_{false};
 };
 
 }  // namespace spi

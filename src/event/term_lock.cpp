@@ -25,8 +25,7 @@ void term_lock::unlock(std::string&& who) noexcept {
     }
 }
 
-term_event_proc::term_event_proc(_qid id)
-    : event_proc(id, deferred(kTakesRuns), &term_event_proc::thread_ended) {
+term_event_proc::term_event_proc(_qid id) : event_proc(id, {{}, {}, [this] { thread_ended(); }}) {
     if (!started()) disarm();  // nobody will take the lock
 }
 
@@ -35,10 +34,9 @@ void term_event_proc::disarm() noexcept {
     teardown_monitor().announce();
 }
 
-void term_event_proc::thread_ended(event_proc& worker) noexcept {
-    auto& self = static_cast<term_event_proc&>(worker);
-    if (self.owns_lock()) self.unlock("thread end");
-    self.disarmed_ = true;
+void term_event_proc::thread_ended() noexcept {
+    if (owns_lock()) unlock("thread end");
+    disarmed_ = true;
 }
 
 }  // namespace spi

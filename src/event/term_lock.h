@@ -62,7 +62,7 @@ class term_event_proc : public term_lock, public event_proc {
     }
 
  private:
-    static void thread_ended(event_proc& worker) noexcept;
+    void thread_ended() noexcept;
 
     std::atomic<bool> disarmed_{false};  // released for good, or never to be taken: nobody needs to wait
 };

@@ -91,7 +91,7 @@ int SpiEventDb::cfu_date_time(const MotDateTime& now) {
 }
 
 void SpiEventDb::send_nownext() {
-    send(std::make_shared<nownext_update_event>(now_, next_), QID_CBHDL);
+    results_.send(std::make_shared<nownext_update_event>(now_, next_), QID_CBHDL);
 }
 
 }  // namespace spi

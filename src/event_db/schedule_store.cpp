@@ -33,14 +33,21 @@ std::uint16_t day_key(const PiScheduleProgramme& programme) {
 
 }  // namespace
 
-SpiEventDb::SpiEventDb() : event_proc(QID_EVTDB, deferred(kTakesRuns | kCollects | kKeepsResults)) {
-    begin();
+SpiEventDb::SpiEventDb() : event_proc(QID_EVTDB, worker_duties{}) {
+    begin(*this);
 }
 SpiEventDb::~SpiEventDb() {
     destroy_proc();
 }
 
+// Stopped between two programmes: what is said of the first still leaves.
+void SpiEventDb::post() {
+    results_.flush();
+}
+
+// Programmes come many at a time: what is said of them waits while more follow.
 void SpiEventDb::process_event(event& e) {
+    const outbox::turn turn(results_, e.code() == EC_EVTINFO && follows(EC_EVTINFO));
     switch (e.code()) {
         case EC_DATETIME: cfu_date_time(static_cast<const date_time_event&>(*e.payload).now); break;
         case EC_SERV: cfu_service(static_cast<const set_service_event&>(*e.payload).service); break;
@@ -75,7 +82,7 @@ int SpiEventDb::handle_programme(const ServElemId& service, const PiScheduleProg
     if (!schedule->second->try_emplace(day_key(programme), programme).second) return 0;
 
     if (!as_received) as_received = std::make_shared<pi_programme_event>(service, programme);
-    send(std::move(as_received), QID_CBHDL);
+    results_.send(std::move(as_received), QID_CBHDL);
     check_match(service);
     return 0;
 }

@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "src/event/event_proc.h"
+#include "src/event/outbox.h"
 #include "src/parse/mot_date_time.h"
 #include "src/parse/pi_schedule_programme.h"
 #include "src/parse/serv_elem_id.h"
@@ -31,6 +32,7 @@ class SpiEventDb final : public event_proc {
     SpiEventDb();
     ~SpiEventDb() override;
 
+    void post() override;
     void process_event(event& e) override;
 
     // ---- the store ----
@@ -70,6 +72,7 @@ class SpiEventDb final : public event_proc {
  private:
     void send_nownext();
 
+    outbox results_{*this, spare_node()};
     ServElemId current_service_;
     MotDateTime current_time_;  // year 0: no date set yet
     PiScheduleProgramme now_;

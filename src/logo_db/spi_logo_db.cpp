@@ -15,8 +15,8 @@ constexpr std::uint16_t kPng = 3;
 
 }  // namespace
 
-SpiLogoDb::SpiLogoDb() : event_proc(QID_LOGODB, deferred(kTakesRuns)) {
-    begin();
+SpiLogoDb::SpiLogoDb() : event_proc(QID_LOGODB, worker_duties{}) {
+    begin(*this);
 }
 SpiLogoDb::~SpiLogoDb() {
     destroy_proc();

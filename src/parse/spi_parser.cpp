@@ -15,8 +15,8 @@ constexpr std::uint16_t kProgrammeInformation = 1;
 
 }  // namespace
 
-SpiParser::SpiParser() : event_proc(QID_PARSE, deferred(kTakesRuns | kCollects)) {
-    begin();
+SpiParser::SpiParser() : event_proc(QID_PARSE, worker_duties{}) {
+    begin(*this);
 }
 SpiParser::~SpiParser() {
     destroy_proc();

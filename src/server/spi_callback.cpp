@@ -16,8 +16,8 @@ SpiProgramInfo program_info(const PiScheduleProgramme& programme) {
 
 }  // namespace
 
-SpiCallback::SpiCallback() : event_proc(QID_CBHDL, deferred(kTakesRuns)) {
-    begin();
+SpiCallback::SpiCallback() : event_proc(QID_CBHDL, worker_duties{}) {
+    begin(*this);
 }
 SpiCallback::~SpiCallback() {
     destroy_proc();

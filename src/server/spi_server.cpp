@@ -48,7 +48,7 @@ SpiServer::SpiServer(std::shared_ptr<ISpiListener> listener, const std::string& 
         destroy_proc();
         throw;
     }
-    begin();
+    begin(*this);
 }
 
 void SpiServer::register_workers() {

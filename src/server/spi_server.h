@@ -23,7 +23,7 @@
 #include <string>
 
 #include "platform/dabspi_export.h"
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 #include "src/event/quiet.h"
 #include "src/event/term_lock.h"
 #include "src/parse/mot_body.h"
@@ -75,7 +75,7 @@ class SpiServer final : public term_event_proc {
     void unregister_workers() noexcept;
     void send_to(_qid destination, std::shared_ptr<i_evt_base> payload);
 
-    event_backend backend_{event_backend::kInRuns};
+    batch_backend backend_;
     std::uint16_t ensemble_ = 0;   // the current ensemble; 0: none. The host's thread only
     std::uint8_t terminated_ = 0;  // EC_TERM answers so far. The server's thread only
 };

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 #include "src/event/teardown.h"
 #include "src/event/term_event.h"
 #include "testkit/journal.h"
@@ -23,7 +23,7 @@ using testing::ElementsAre;
 
 class mortal_router final : public event_backend {
  public:
-    mortal_router() : event_backend(deferred{}) { begin(); }
+    mortal_router() : event_backend(nullptr) { begin(*this); }
     ~mortal_router() override { destroy_proc(); }
 
     void process_event(event& e) override {
@@ -77,7 +77,7 @@ TEST_F(DeadRouter, PassesOnTheRequestsThatWereQueuedWhenItDied) {
 TEST_F(DeadRouter, ThatNeverStartedPassesRequestsAndAnswersOn) {
     const thread_faults threads([](unsigned n) { return n == 1; });
     scripted_worker* answering = nullptr;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     scripted_worker server(QID_SERV, note("server"));
     scripted_worker parser(QID_PARSE, [&](event& e) {
         seen.add(std::string("parser ") + event_name(e.code()));
@@ -96,7 +96,7 @@ TEST_F(DeadRouter, ThatNeverStartedPassesRequestsAndAnswersOn) {
 
 struct RouterWithoutMemory : DeadRouter {
     const thread_faults threads;
-    event_backend router{event_backend::kInRuns};  // thread 1
+    batch_backend router;  // thread 1
     scripted_worker parser{QID_PARSE, note("parser")};
 
     void SetUp() override {

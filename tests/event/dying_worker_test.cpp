@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "platform/zeb_debug.h"
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 #include "src/event/quiet.h"
 #include "src/event/term_event.h"
 #include "testkit/journal.h"
@@ -46,7 +46,7 @@ struct DyingWorker : testing::Test {
     thread_faults threads;
     captured_debug debug;
     journal<int> answers;                          // 0 for an EC_TERM, else a marker's number
-    event_backend router{event_backend::kInRuns};  // thread 1
+    batch_backend router;  // thread 1
     scripted_worker server{
         QID_SERV, [this](event& e) { answers.add(e.code() == EC_TERM ? 0 : number_of(e)); }};  // thread 2
 
@@ -174,6 +174,45 @@ TEST_F(DyingWorker, AnswersARequestThatItDiedOfOnce) {
     ask();
     answers.wait_for(1);
     EXPECT_THAT(answers_now(), ElementsAre(0));
+}
+
+TEST_F(DyingWorker, OfARequestThatItHadAnsweredAnswersItNotAgain) {
+    parser = std::make_unique<scripted_worker>(QID_PARSE, [this](event& e) {
+        parser->answer(e);
+        throw std::runtime_error("boom");
+    });
+    router.register_queue(parser.get());
+    ask();
+    answers.wait_for(1);
+    parser->destroy_proc();  // its thread has ended
+    EXPECT_THAT(answers_now(), ElementsAre(0));
+}
+
+TEST_F(DyingWorker, OfARequestThatItHadAnsweredInItsOwnWayAnswersItNotAgain) {
+    parser = std::make_unique<scripted_worker>(QID_PARSE, [this](event&) {
+        parser->send(std::make_shared<term_event>(), QID_SERV);
+        throw std::runtime_error("boom");
+    });
+    router.register_queue(parser.get());
+    ask();
+    answers.wait_for(1);
+    parser->destroy_proc();
+    EXPECT_THAT(answers_now(), ElementsAre(0));
+}
+
+TEST_F(DyingWorker, OfARequestAnswersTheOthersAsWell) {
+    parser = std::make_unique<scripted_worker>(QID_PARSE, [this](event& e) {
+        if (e.code() != EC_TERM) return may_die.wait();
+        throw std::runtime_error("boom");
+    });
+    router.register_queue(parser.get());
+    parser->post(numbered(1), QID_PARSE);
+    for (int i = 0; i < 3; ++i)
+        ask_directly();
+    may_die.open();
+    answers.wait_for(3);
+    parser->destroy_proc();
+    EXPECT_THAT(answers_now(), ElementsAre(0, 0, 0));
 }
 
 TEST_F(DyingWorker, InItsPreHookItAnswersLikewise) {

@@ -1,5 +1,5 @@
 // The router: where events go, and what is logged when they go nowhere.
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,7 +34,7 @@ struct Router : testing::Test {
 
     const watchdog guard;
     journal<seen> handled;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     scripted_worker server{QID_SERV, record(handled, QID_SERV)};
     scripted_worker parser{QID_PARSE, record(handled, QID_PARSE)};
     scripted_worker database{QID_EVTDB, record(handled, QID_EVTDB)};

@@ -97,7 +97,7 @@ TEST(StoppedWorker, IsStoppedByItsBaseDestructorToo) {
 // A class whose constructor never comes to its end.
 class incomplete_worker final : public event_proc {
  public:
-    explicit incomplete_worker(std::atomic<int>& calls) : event_proc(QID_PARSE, deferred{}), calls_(calls) {}
+    explicit incomplete_worker(std::atomic<int>& calls) : event_proc(QID_PARSE, worker_duties{}), calls_(calls) {}
     ~incomplete_worker() override { destroy_proc(); }
     using event_proc::post;
     void pre() override { ++calls_; }
@@ -124,10 +124,10 @@ TEST(StoppedWorker, BeforeItWasCompleteItRunsNeitherHookNorHandler) {
 // Opens the gate in its own time.
 class late_worker final : public event_proc {
  public:
-    explicit late_worker(journal<std::string>& calls) : event_proc(QID_PARSE, deferred{}), calls_(calls) {}
+    explicit late_worker(journal<std::string>& calls) : event_proc(QID_PARSE, worker_duties{}), calls_(calls) {}
     ~late_worker() override { destroy_proc(); }
-    using event_proc::begin;
     using event_proc::post;
+    void open() { begin(*this); }
     void pre() override { calls_.add("pre"); }
     void process_event(event&) override { calls_.add("event"); }
 
@@ -143,7 +143,7 @@ TEST(DeferredWorker, WaitsForBeginAndThenHandlesWhatCameBefore) {
         worker.post(numbered(1), QID_PARSE);
         std::this_thread::yield();
         calls.add("begin");
-        worker.begin();
+        worker.open();
         ASSERT_THAT(calls.wait_for(3), ElementsAre("begin", "pre", "event"));
     }
 }

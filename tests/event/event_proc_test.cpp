@@ -116,7 +116,7 @@ TEST(Worker, PostGoesIntoItsOwnQueueWhateverDestinationItNames) {
 // Never begins: its events can only be seen in its own post_event.
 class refusing_worker final : public event_proc {
  public:
-    explicit refusing_worker(_qid id) : event_proc(id, deferred{}) {}
+    explicit refusing_worker(_qid id) : event_proc(id, worker_duties{}) {}
     ~refusing_worker() override { destroy_proc(); }
     using event_proc::post;
 

@@ -30,22 +30,4 @@ TEST(Event, CopiesShareThePayload) {
     EXPECT_EQ(e.payload.use_count(), 2);
 }
 
-TEST(EventQueue, PostingSharesThePayloadAndReturnsZero) {
-    const auto payload = numbered(1);
-    event e(QID_PARSE, payload);
-    {
-        event_queue queue(QID_EVTDB);
-        EXPECT_EQ(queue.id(), QID_EVTDB);
-        EXPECT_EQ(queue.post_event(e), 0);
-        EXPECT_EQ(queue.post_event(e), 0);
-        EXPECT_EQ(payload.use_count(), 4);
-        EXPECT_EQ(e.payload, payload);
-    }
-    EXPECT_EQ(payload.use_count(), 2);
-}
-
-TEST(EventQueue, IsNotPolymorphic) {
-    EXPECT_FALSE(std::is_polymorphic_v<event_queue>);
-}
-
 }  // namespace

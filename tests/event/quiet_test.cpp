@@ -4,7 +4,7 @@
 
 #include <thread>
 
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 #include "testkit/journal.h"
 #include "tests/event/scripted_worker.h"
 #include "tests/event/watchdog.h"
@@ -50,7 +50,7 @@ TEST(Quiet, TheLongestLimitDoesNotOverflow) {
 
 TEST(Quiet, ComesOnlyWhenWhatAHandlerCausedIsHandledToo) {
     const watchdog guard;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> handled;
     scripted_worker* first = nullptr;
     scripted_worker second(QID_EVTDB, [&](event& e) {

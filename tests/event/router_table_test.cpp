@@ -5,7 +5,7 @@
 #include <memory>
 #include <thread>
 
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 #include "src/event/quiet.h"
 #include "testkit/journal.h"
 #include "tests/event/log_lines.h"
@@ -20,7 +20,7 @@ using testing::ElementsAre;
 
 TEST(RouterTable, RegisteringMakesAWorkerReachableAndAbleToSend) {
     const watchdog guard;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> handled;
     scripted_worker worker(QID_PARSE, [&](event& e) { handled.add(number_of(e)); });
     EXPECT_EQ(worker.send(numbered(1), QID_PARSE), 1);
@@ -34,7 +34,7 @@ TEST(RouterTable, RegisteringMakesAWorkerReachableAndAbleToSend) {
 
 TEST(RouterTable, ASecondWorkerOfTheSameIdentifierIsRefusedAndTheFirstStays) {
     const watchdog guard;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> first_handled;
     journal<int> second_handled;
     scripted_worker first(QID_PARSE, [&](event& e) { first_handled.add(number_of(e)); });
@@ -52,7 +52,7 @@ TEST(RouterTable, ASecondWorkerOfTheSameIdentifierIsRefusedAndTheFirstStays) {
 TEST(RouterTable, RemovalWithoutDestructionLeavesTheWorkerAtWork) {
     const watchdog guard;
     const captured_stderr log;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> handled;
     scripted_worker worker(QID_PARSE, [&](event& e) { handled.add(number_of(e)); });
     router.register_queue(&worker);
@@ -70,7 +70,7 @@ TEST(RouterTable, RemovalWithoutDestructionLeavesTheWorkerAtWork) {
 TEST(RouterTable, RemovalWithDestructionStopsAndDeletesTheWorker) {
     const watchdog guard;
     const captured_stderr log;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> stopped;
     const auto alive = std::make_shared<int>(1);
     router.register_queue(new scripted_worker(
@@ -85,7 +85,7 @@ TEST(RouterTable, RemovalWithDestructionStopsAndDeletesTheWorker) {
 
 TEST(RouterTable, RemovingWhatIsNotThereReturnsThreeAndLogsOneLine) {
     const captured_stderr log;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     EXPECT_EQ(router.unregister_queue(QID_CBHDL, true), 3);
     EXPECT_EQ(router.unregister_queue(QID_EVTDB, false), 3);
     EXPECT_THAT(messages_of(log.text()), ElementsAre(" event queue unregistered - no queue  QID_CBHDL",
@@ -94,7 +94,7 @@ TEST(RouterTable, RemovingWhatIsNotThereReturnsThreeAndLogsOneLine) {
 
 TEST(RouterTable, AnIdentifierMayBeRegisteredAnewAfterItsRemoval) {
     const watchdog guard;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> handled;
     scripted_worker first(QID_PARSE, {});
     scripted_worker second(QID_PARSE, [&](event& e) { handled.add(number_of(e)); });
@@ -111,7 +111,7 @@ TEST(RouterTable, TheRoutersEndDeletesNoWorker) {
     journal<int> handled;
     scripted_worker worker(QID_PARSE, [&](event& e) { handled.add(number_of(e)); });
     {
-        event_backend router{event_backend::kInRuns};
+        batch_backend router;
         router.register_queue(&worker);
     }
     worker.post(numbered(1), QID_PARSE);
@@ -120,7 +120,7 @@ TEST(RouterTable, TheRoutersEndDeletesNoWorker) {
 
 TEST(RouterTable, TheRouterDeliversOnWhileItWaitsForAWorkerThatIsRemoved) {
     const watchdog guard;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> handled;
     journal<int> begun;
     gate may_return;
@@ -149,7 +149,7 @@ TEST(RouterTable, TheRouterDeliversOnWhileItWaitsForAWorkerThatIsRemoved) {
 TEST(RouterTable, RegistrationAndRemovalMayRunOnSeveralThreadsDuringDelivery) {
     const watchdog guard;
     const captured_stderr log;  // most events find nobody
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     std::vector<std::thread> threads;
     for (const _qid id : {QID_PARSE, QID_EVTDB, QID_LOGODB}) {
         threads.emplace_back([&router, id] {

@@ -46,7 +46,7 @@ constexpr std::uint16_t kProgrammeInformation = 1;
 // Lets every event go; from the given one on it finds no memory to queue it.
 class router_without_memory final : public spi::event_backend {
  public:
-    router_without_memory() : event_backend(deferred{}) { begin(); }
+    router_without_memory() : event_backend(nullptr) { begin(*this); }
     ~router_without_memory() override { destroy_proc(); }
 
     int post_event(spi::event) override {

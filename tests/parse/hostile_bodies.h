@@ -24,7 +24,7 @@ using namespace spi_builder;
 // that does not keep up.
 class counting_router final : public spi::event_backend {
  public:
-    counting_router() : event_backend(deferred{}) { begin(); }
+    counting_router() : event_backend(nullptr) { begin(*this); }
     ~counting_router() override { destroy_proc(); }
 
     int post_event(spi::event e) override {

@@ -47,7 +47,7 @@ std::string brief(const delivery& d) {
     return std::string(spi::queue_name(d.worker)).substr(4) + "<-" + spi::event_name(d.code);
 }
 
-recording_worker::recording_worker(spi::_qid id) : event_proc(id, deferred{}) {
+recording_worker::recording_worker(spi::_qid id) : event_proc(id, spi::worker_duties{}) {
     made().add(id);
 }
 recording_worker::~recording_worker() {

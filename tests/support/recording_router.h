@@ -16,7 +16,7 @@
 
 class recording_router final : public spi::event_backend {
  public:
-    recording_router() : event_backend(deferred{}) { begin(); }
+    recording_router() : event_backend(nullptr) { begin(*this); }
     ~recording_router() override { destroy_proc(); }
 
     int post_event(spi::event e) override {

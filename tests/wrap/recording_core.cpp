@@ -47,7 +47,7 @@ SpiServer::SpiServer(std::shared_ptr<ISpiListener> listener, const std::string& 
                      const std::string& logo_root)
     : term_event_proc(QID_SERV) {
     if (record().fail_construction) throw std::bad_alloc();
-    begin();
+    begin(*this);
     recording_core::made_t made;
     made.temp_root = temp_root;
     made.logo_root = logo_root;

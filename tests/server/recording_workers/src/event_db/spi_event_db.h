@@ -8,7 +8,7 @@ namespace spi {
 
 class SpiEventDb final : public recording_worker {
  public:
-    SpiEventDb() : recording_worker(QID_EVTDB) { begin(); }
+    SpiEventDb() : recording_worker(QID_EVTDB) { begin(*this); }
     ~SpiEventDb() override { end(); }
 };
 

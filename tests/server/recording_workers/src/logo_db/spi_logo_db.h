@@ -7,7 +7,7 @@ namespace spi {
 
 class SpiLogoDb final : public recording_worker {
  public:
-    SpiLogoDb() : recording_worker(QID_LOGODB) { begin(); }
+    SpiLogoDb() : recording_worker(QID_LOGODB) { begin(*this); }
     ~SpiLogoDb() override { end(); }
 };
 

@@ -7,7 +7,7 @@ namespace spi {
 
 class SpiParser final : public recording_worker {
  public:
-    SpiParser() : recording_worker(QID_PARSE) { begin(); }
+    SpiParser() : recording_worker(QID_PARSE) { begin(*this); }
     ~SpiParser() override { end(); }
 };
 

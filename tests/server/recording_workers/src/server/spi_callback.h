@@ -8,7 +8,7 @@ namespace spi {
 
 class SpiCallback final : public recording_worker {
  public:
-    SpiCallback() : recording_worker(QID_CBHDL) { begin(); }
+    SpiCallback() : recording_worker(QID_CBHDL) { begin(*this); }
     ~SpiCallback() override { end(); }
 };
 

@@ -1,4 +1,4 @@
-// Events that travel together: what a turn sends, what the router forwards in one piece, and what happens to
+// Events that travel together: what a turn sends, what the router passes on in one piece, and what happens to
 // the rest of what a worker has taken.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,11 +7,13 @@
 #include <numeric>
 #include <stdexcept>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
-#include "src/event/event_backend.h"
+#include "src/event/batch_backend.h"
 #include "src/event/quiet.h"
 #include "src/event/term_event.h"
+#include "src/event/term_lock.h"
 #include "testkit/journal.h"
 #include "tests/event/log_lines.h"
 #include "tests/event/scripted_worker.h"
@@ -30,9 +32,9 @@ std::vector<int> numbers(int count) {
     return all;
 }
 
-struct Runs : testing::Test {
+struct Batches : testing::Test {
     const watchdog guard;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> at_database;
     journal<int> at_notifier;
     scripted_worker database{QID_EVTDB, [this](event& e) { at_database.add(number_of(e)); }};
@@ -55,14 +57,14 @@ struct Runs : testing::Test {
         router.destroy_proc();
     }
     void make_sender(scripted_worker::handler on_event,
-                     scripted_worker::sending how = scripted_worker::kCollected) {
+                     scripted_worker::sending how = scripted_worker::kWithTheTurn) {
         sender = std::make_unique<scripted_worker>(QID_PARSE, std::move(on_event), nullptr, nullptr, how);
         router.register_queue(sender.get());
     }
-    void send(int number, _qid destination) { sender->send(numbered(number), destination); }
+    void send(int number, _qid destination) { sender->send_result(numbered(number), destination); }
 };
 
-TEST_F(Runs, KeepTheOrderOfEachDestination) {
+TEST_F(Batches, KeepTheOrderOfEachDestination) {
     make_sender([this](event&) {
         for (int i = 0; i < 300; ++i) {
             send(i, QID_EVTDB);
@@ -74,7 +76,7 @@ TEST_F(Runs, KeepTheOrderOfEachDestination) {
     EXPECT_EQ(at_notifier.wait_for(100), numbers(100));
 }
 
-TEST_F(Runs, LeaveBroadcastsAndUnknownDestinationsInTheirPlace) {
+TEST_F(Batches, LeaveBroadcastsAndUnknownDestinationsInTheirPlace) {
     const captured_stderr log;
     make_sender([this](event& e) {
         if (number_of(e) != 0) return;  // the broadcast
@@ -94,7 +96,7 @@ TEST_F(Runs, LeaveBroadcastsAndUnknownDestinationsInTheirPlace) {
 }
 
 // So it may wait for what comes of it.
-TEST_F(Runs, AreNotCollectedFromAWorkerThatDoesNotSaySo) {
+TEST_F(Batches, AreNotMadeOfWhatAWorkerSendsWithoutAnOutbox) {
     make_sender(
         [&](event&) {
             send(1, QID_EVTDB);
@@ -107,23 +109,7 @@ TEST_F(Runs, AreNotCollectedFromAWorkerThatDoesNotSaySo) {
     EXPECT_THAT(during, ElementsAre(1));
 }
 
-TEST_F(Runs, SentInTheNameOfAnotherWorkerDoNotWaitForTheTurn) {
-    scripted_worker other(QID_LOGODB, {}, nullptr, nullptr, scripted_worker::kCollected);
-    router.register_queue(&other);
-    make_sender([&](event&) {
-        send(2, QID_EVTDB);
-        other.send(numbered(1), QID_EVTDB);
-        during = at_database.wait_for(1);
-        handled.open();
-    });
-    sender->post(numbered(0), QID_PARSE);
-    handled.wait();
-    EXPECT_THAT(during, ElementsAre(1));
-    EXPECT_THAT(at_database.wait_for(2), ElementsAre(1, 2));
-    router.unregister_queue(QID_LOGODB, false);
-}
-
-TEST_F(Runs, OfATurnAreThereWhenTheNextTurnBegins) {
+TEST_F(Batches, OfATurnAreThereWhenTheNextTurnBegins) {
     make_sender([&](event& e) {
         if (number_of(e) == 0) return all_there.wait();
         if (number_of(e) == 2) may_return.wait();
@@ -137,7 +123,7 @@ TEST_F(Runs, OfATurnAreThereWhenTheNextTurnBegins) {
     EXPECT_THAT(at_database.wait_for(3), ElementsAre(1, 2, 3));
 }
 
-TEST_F(Runs, OfALongTurnAreThereBeforeItEnds) {
+TEST_F(Batches, OfALongTurnAreThereBeforeItEnds) {
     make_sender([&](event&) {
         for (int i = 0; i < 1000; ++i)
             send(i, QID_EVTDB);
@@ -149,14 +135,14 @@ TEST_F(Runs, OfALongTurnAreThereBeforeItEnds) {
     EXPECT_EQ(at_database.wait_for(1000), numbers(1000));
 }
 
-TEST_F(Runs, OfAWorkerThatKeepsItsResultsAreThereBeforeAnEventOfAnotherCode) {
+TEST_F(Batches, ThatWaitForTheLastOfACodeAreThereBeforeAnEventOfAnother) {
     make_sender(
         [&](event& e) {
             if (number_of(e) == 0) return all_there.wait();
             if (e.code() == EC_RESEND) return may_return.wait();
             send(number_of(e), QID_EVTDB);
         },
-        scripted_worker::kKept);
+        scripted_worker::kWithTheLastOfTheCode);
     sender->post(numbered(0), QID_PARSE);
     for (int i = 1; i <= 3; ++i)
         sender->post(numbered(i), QID_PARSE);
@@ -166,7 +152,7 @@ TEST_F(Runs, OfAWorkerThatKeepsItsResultsAreThereBeforeAnEventOfAnotherCode) {
     may_return.open();
 }
 
-TEST_F(Runs, OfATurnThatThrowsArriveAllTheSame) {
+TEST_F(Batches, OfATurnThatThrowsArriveAllTheSame) {
     const captured_debug debug;
     make_sender([this](event&) {
         send(1, QID_EVTDB);
@@ -179,27 +165,27 @@ TEST_F(Runs, OfATurnThatThrowsArriveAllTheSame) {
     sender->destroy_proc();
 }
 
-TEST_F(Runs, AreInFlightUntilTheyAreHandled) {
+TEST_F(Batches, AreInFlightUntilTheyAreHandled) {
     make_sender(
         [this](event& e) {
             for (int i = 0; i < 10; ++i)
                 send(number_of(e) * 10 + i, QID_EVTDB);
         },
-        scripted_worker::kKept);
+        scripted_worker::kWithTheLastOfTheCode);
     for (int i = 0; i < 100; ++i)
         sender->post(numbered(i), QID_PARSE);
     EXPECT_TRUE(wait_until_quiet(std::chrono::minutes(1)));
     EXPECT_EQ(at_database.all(), numbers(1000));
 }
 
-TEST_F(Runs, SentByAnotherThreadInTheNameOfAWorkerArriveAtOnce) {
+TEST_F(Batches, DoNotHoldBackWhatAnotherThreadSendsInTheNameOfTheWorker) {
     make_sender([&](event&) {
         begun.open();
         may_return.wait();
     });
     sender->post(numbered(0), QID_PARSE);
     begun.wait();
-    send(1, QID_EVTDB);
+    sender->send(numbered(1), QID_EVTDB);
     EXPECT_THAT(at_database.wait_for(1), ElementsAre(1));
     may_return.open();
 }
@@ -207,7 +193,7 @@ TEST_F(Runs, SentByAnotherThreadInTheNameOfAWorkerArriveAtOnce) {
 // Its class has a post_event of its own, which sees every event.
 class counting_worker final : public event_proc {
  public:
-    counting_worker() : event_proc(QID_LOGODB, deferred{}) { begin(); }
+    counting_worker() : event_proc(QID_LOGODB, worker_duties{}) { begin(*this); }
     ~counting_worker() override { destroy_proc(); }
     int post_event(event e) override {
         if (number_of(e) == 0) may_pass.wait();  // and so does the router
@@ -218,7 +204,7 @@ class counting_worker final : public event_proc {
     journal<int> posted;
 };
 
-TEST_F(Runs, AreTakenApartForAClassWithItsOwnPostEvent) {
+TEST_F(Batches, AreTakenApartForAClassWithItsOwnPostEvent) {
     counting_worker counting;
     counting.may_pass.open();
     router.register_queue(&counting);
@@ -232,7 +218,7 @@ TEST_F(Runs, AreTakenApartForAClassWithItsOwnPostEvent) {
 }
 
 // What stands together is looked through once, not once for each event.
-TEST_F(Runs, OfAnyLengthAreTakenApartInTimeThatGrowsWithThem) {
+TEST_F(Batches, OfAnyLengthAreTakenApartInTimeThatGrowsWithThem) {
     constexpr int kMany = 400'000;
     counting_worker counting;
     router.register_queue(&counting);
@@ -246,7 +232,7 @@ TEST_F(Runs, OfAnyLengthAreTakenApartInTimeThatGrowsWithThem) {
 // Routers whose classes have operations of their own, which see every event.
 class watching_router final : public event_backend {
  public:
-    watching_router() : event_backend(deferred{}) { begin(); }
+    watching_router() : event_backend(nullptr) { begin(*this); }
     ~watching_router() override { destroy_proc(); }
     void process_event(event& e) override {
         routed.add(number_of(e));
@@ -257,7 +243,7 @@ class watching_router final : public event_backend {
 
 class counting_router final : public event_backend {
  public:
-    counting_router() : event_backend(deferred{}) { begin(); }
+    counting_router() : event_backend(nullptr) { begin(*this); }
     ~counting_router() override { destroy_proc(); }
     int post_event(event e) override {
         routed.add(number_of(e));
@@ -267,11 +253,11 @@ class counting_router final : public event_backend {
 };
 
 template <class Router>
-struct RunsThroughARouterOfAnotherClass : testing::Test {};
+struct BatchesThroughARouterOfAnotherClass : testing::Test {};
 using routers = testing::Types<watching_router, counting_router>;
-TYPED_TEST_SUITE(RunsThroughARouterOfAnotherClass, routers);
+TYPED_TEST_SUITE(BatchesThroughARouterOfAnotherClass, routers);
 
-TYPED_TEST(RunsThroughARouterOfAnotherClass, AreTakenApartForIt) {
+TYPED_TEST(BatchesThroughARouterOfAnotherClass, AreTakenApartForIt) {
     const watchdog guard;
     TypeParam router;
     journal<int> handled;
@@ -282,9 +268,9 @@ TYPED_TEST(RunsThroughARouterOfAnotherClass, AreTakenApartForIt) {
         QID_PARSE,
         [&](event&) {
             for (int i = 0; i < 100; ++i)
-                self->send(numbered(i), QID_EVTDB);
+                self->send_result(numbered(i), QID_EVTDB);
         },
-        nullptr, nullptr, scripted_worker::kCollected);
+        nullptr, nullptr, scripted_worker::kWithTheTurn);
     self = &sender;
     router.register_queue(&sender);
     sender.post(numbered(0), QID_PARSE);
@@ -294,38 +280,75 @@ TYPED_TEST(RunsThroughARouterOfAnotherClass, AreTakenApartForIt) {
     router.unregister_queue(QID_EVTDB, false);
 }
 
-// It says that runs may come, and overrides what they pass by: it misses them, from a router that hands on in
-// runs, and from no other.
-class claiming_worker final : public event_proc {
+// A worker with a termination lock, of a class that overrides what batches would pass by.
+class watching_term_worker : public term_event_proc {
  public:
-    claiming_worker() : event_proc(QID_LOGODB, deferred(kTakesRuns)) { begin(); }
-    ~claiming_worker() override { destroy_proc(); }
+    watching_term_worker() : term_event_proc(QID_LOGODB) { begin(*this); }
+    ~watching_term_worker() override { destroy_proc(); }
     int post_event(event e) override {
         posted.add(number_of(e));
-        return event_proc::post_event(std::move(e));
+        return term_event_proc::post_event(std::move(e));
     }
     void process_event(event& e) override { handled.add(number_of(e)); }
     journal<int> posted;
     journal<int> handled;
 };
 
-TEST(RunsThroughARouter, AreMadeOnlyByOneThatIsMadeForThem) {
-    const watchdog guard;
-    for (const auto how : {event_backend::kInRuns, event_backend::kOneAtATime}) {
-        event_backend router(how);
-        claiming_worker worker;
-        router.register_queue(&worker);
-        router.post(numbered(1), QID_LOGODB);
-        EXPECT_THAT(worker.handled.wait_for(1), ElementsAre(1));
-        EXPECT_EQ(worker.posted.all().size(), how == event_backend::kInRuns ? 0U : 1U);
-        router.unregister_queue(QID_LOGODB, false);
-    }
-    event_backend usual;
-    claiming_worker worker;
-    usual.register_queue(&worker);
-    usual.post(numbered(1), QID_LOGODB);
-    EXPECT_THAT(worker.posted.wait_for(1), ElementsAre(1));
-    usual.unregister_queue(QID_LOGODB, false);
+TEST_F(Batches, AreTakenApartForAClassDerivedFromOneThatTakesThem) {
+    watching_term_worker watching;
+    EXPECT_FALSE(watching.takes_batches());
+    router.register_queue(&watching);
+    make_sender([this](event&) {
+        for (int i = 0; i < 5; ++i)
+            send(i, QID_LOGODB);
+    });
+    sender->post(numbered(0), QID_PARSE);
+    EXPECT_EQ(watching.handled.wait_for(5), numbers(5));
+    EXPECT_EQ(watching.posted.all(), numbers(5));
+    router.unregister_queue(QID_LOGODB, false);
+}
+
+// What the compiler sees of a class, whatever its author believes.
+struct open_worker : event_proc {
+    open_worker() : event_proc(QID_LOGODB, worker_duties{}) { begin(*this); }
+    ~open_worker() override { destroy_proc(); }
+};
+struct plain_worker final : event_proc {
+    plain_worker() : event_proc(QID_LOGODB, worker_duties{}) { begin(*this); }
+    ~plain_worker() override { destroy_proc(); }
+};
+struct final_overriding_worker final : event_proc {
+    final_overriding_worker() : event_proc(QID_LOGODB, worker_duties{}) { begin(*this); }
+    ~final_overriding_worker() override { destroy_proc(); }
+    int post_event(event e) override { return event_proc::post_event(std::move(e)); }
+};
+class secretly_overriding_worker final : public event_proc {
+ public:
+    secretly_overriding_worker() : event_proc(QID_LOGODB, worker_duties{}) { begin(*this); }
+    ~secretly_overriding_worker() override { destroy_proc(); }
+
+ private:
+    int post_event(event e) override { return event_proc::post_event(std::move(e)); }
+};
+struct overriding_base : event_proc {
+    overriding_base() : event_proc(QID_LOGODB, worker_duties{}) {}
+    int post_event(event e) override { return event_proc::post_event(std::move(e)); }
+};
+struct heir_of_overriding_worker final : overriding_base {
+    heir_of_overriding_worker() { begin(*this); }
+    ~heir_of_overriding_worker() override { destroy_proc(); }
+};
+
+TEST(TakesBatches, OnlyAFinalClassThatLeavesPostEventAsItIs) {
+    EXPECT_TRUE(plain_worker().takes_batches());
+    EXPECT_FALSE(open_worker().takes_batches());
+    EXPECT_FALSE(final_overriding_worker().takes_batches());
+    EXPECT_FALSE(secretly_overriding_worker().takes_batches());
+    EXPECT_FALSE(heir_of_overriding_worker().takes_batches());
+    EXPECT_FALSE(event_proc(QID_LOGODB).takes_batches());
+    EXPECT_FALSE(event_backend().takes_batches());
+    EXPECT_TRUE(batch_backend().takes_batches());
+    static_assert(std::is_final_v<batch_backend>, "a class derived from it would miss events");
 }
 
 TEST(EventsInHand, OfAStoppedWorkerAreNotHandledAndReleasedWithIt) {
@@ -361,7 +384,7 @@ TEST(EventsInHand, OfAStoppedWorkerAreNotHandledAndReleasedWithIt) {
 TEST(EventsInHand, OfADyingWorkerStayInItsQueueAndTheRequestsAmongThemAreAnswered) {
     const watchdog guard;
     const captured_debug debug;
-    event_backend router{event_backend::kInRuns};
+    batch_backend router;
     journal<int> answers;
     scripted_worker server(QID_SERV, [&](event& e) { answers.add(e.code()); });
     router.register_queue(&server);

@@ -1,0 +1,75 @@
+// What a worker's handlers send, held back until a turn ends: one lock and one wake-up of the router for all
+// of it, instead of the router being woken for each and asleep again before the next.
+//
+// For classes whose handlers wait for nothing, and do nothing that others see but send. On the worker's
+// thread only, or on that of whoever calls its operations directly meanwhile.
+#pragma once
+
+#include <list>
+#include <memory>
+#include <utility>
+
+#include "src/event/event_backend.h"
+#include "src/event/event_proc.h"
+
+namespace spi {
+
+class outbox {
+ public:
+    // `spare_node`: the worker's, of the event in hand. Its place serves for what is held back.
+    outbox(event_proc& worker, std::list<event>& spare_node) : worker_(worker), spare_node_(spare_node) {}
+
+    // As event_proc::send. Within a turn, it waits with the others; but not where the router's class
+    // wants to see each event by itself.
+    int send(std::shared_ptr<i_evt_base> payload, _qid destination) {
+        const event_backend* const router = worker_.backend();
+        if (!in_turn_ || router == nullptr || !router->takes_batches())
+            return worker_.send(std::move(payload), destination);
+        hold_back(event(destination, std::move(payload)));
+        return 0;
+    }
+
+    // One handler's run. What it sends leaves when it ends, in whatever way; with `goes_on`, and unless it
+    // throws, not before the next turn ends.
+    class turn {
+     public:
+        turn(outbox& results, bool goes_on) : results_(results), goes_on_(goes_on) { results_.in_turn_ = true; }
+        ~turn() {
+            results_.in_turn_ = false;
+            if (!goes_on_ || std::uncaught_exceptions() > 0) results_.flush();
+        }
+        turn(const turn&) = delete;
+        turn& operator=(const turn&) = delete;
+
+     private:
+        outbox& results_;
+        const bool goes_on_;
+    };
+
+    // Sends what is held back. No memory is needed.
+    void flush() noexcept {
+        if (!held_.empty()) worker_.backend()->post_batch(held_);
+    }
+
+ private:
+    // Enough that the lock and the wake-up do not count, few enough that the others have something to do
+    // meanwhile.
+    static constexpr std::size_t kLargestBatch = 64;
+
+    void hold_back(event&& result) {
+        if (spare_node_.empty()) {
+            held_.push_back(std::move(result));
+        } else {
+            spare_node_.front() = std::move(result);
+            held_.splice(held_.end(), spare_node_);
+        }
+        if (held_.size() >= kLargestBatch) flush();
+    }
+
+    event_proc& worker_;
+    std::list<event>& spare_node_;
+    std::list<event> held_;
+    bool in_turn_ = false;
+};
+
+}  // namespace spi
