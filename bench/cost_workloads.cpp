@@ -23,6 +23,7 @@
 #include "src/logo_db/spi_logo_db.h"
 #include "src/parse/pi_body_parser.h"
 #include "src/parse/si_body_parser.h"
+#include "src/parse/spi_parser.h"
 #include "testkit/bodies.h"
 #include "testkit/counted_heap.h"
 
@@ -43,7 +44,7 @@ struct called_worker {
 
 // 100 programmes, of which no event is made or one each.
 round_of parse_programmes(bool tokens, bool events) {
-    const auto parser = std::make_shared<spi::event_proc>(spi::QID_PARSE);
+    const auto parser = std::make_shared<spi::SpiParser>();
     const auto called = std::make_shared<called_worker>(*parser);
     return [parser, called, object = programme_object(0, 100, {tokens, true, events})] {
         spi::PiBodyParser(*parser, kEnsemble).parse(body_of(object));
@@ -53,7 +54,7 @@ round_of parse_programmes(bool tokens, bool events) {
 
 // 100 services.
 round_of parse_services() {
-    const auto parser = std::make_shared<spi::event_proc>(spi::QID_PARSE);
+    const auto parser = std::make_shared<spi::SpiParser>();
     const auto called = std::make_shared<called_worker>(*parser);
     return [parser, called, object = service_object(100, false)] {
         spi::SiBodyParser(*parser).parse(station(0), body_of(object));

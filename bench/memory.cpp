@@ -11,6 +11,7 @@
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
 #include "src/parse/pi_body_parser.h"
+#include "src/parse/spi_parser.h"
 #include "testkit/bodies.h"
 #include "testkit/counted_heap.h"
 
@@ -58,7 +59,7 @@ void queued_programmes() {
     const spi_builder::bytes object = programme_object(0, kCount, {});
     closed_worker queue;
     queueing_router router(queue);
-    spi::event_proc parser(spi::QID_PARSE);
+    spi::SpiParser parser;
     router.register_queue(&parser);
     const counted_heap heap;
     spi::PiBodyParser(parser, kEnsemble).parse(body_of(object));  // the body is given back after it

@@ -8,18 +8,12 @@
 #include "bench/paired.h"
 #include "src/parse/pi_body_parser.h"
 #include "src/parse/si_body_parser.h"
+#include "src/parse/spi_parser.h"
 #include "testkit/bodies.h"
 
 namespace {
 
 using namespace bench;
-
-// A worker that only lends its name to the parsers.
-class sender final : public spi::event_proc {
- public:
-    sender() : event_proc(spi::QID_PARSE, spi::worker_duties{}) {}
-    ~sender() override { destroy_proc(); }
-};
 
 enum class kind { kProgrammes, kServices };
 
@@ -27,7 +21,7 @@ void parse(benchmark::State& state, kind what, const spi_builder::bytes& object,
     // Small objects are read many at a time: the clock takes part in what it measures.
     const unsigned objects = std::max(1U, 200'000 / static_cast<unsigned>(object.size()));
     event_sink sink(std::size_t{objects} * items);
-    sender worker;
+    spi::SpiParser worker;
     sink.register_queue(&worker);
     warm_copy copy(object.size());
 

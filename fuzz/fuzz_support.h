@@ -15,6 +15,7 @@
 
 #include "src/event/event_backend.h"
 #include "src/parse/mot_body.h"
+#include "src/parse/spi_parser.h"
 
 // Fails the run, with the input kept by libFuzzer, when `condition` does not hold.
 inline void expect(bool condition, const char* what) {
@@ -53,9 +54,9 @@ class keeping_router final : public spi::event_backend {
     std::vector<spi::event> events;
 };
 
-// A worker that sends through it, made once for the whole run.
+// The parser worker, which sends through it, made once for the whole run.
 struct sender {
     keeping_router router;
-    spi::event_proc worker{spi::QID_PARSE};
+    spi::SpiParser worker;
     sender() { router.register_queue(&worker); }
 };

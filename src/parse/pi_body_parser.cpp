@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "src/event/payloads.h"
 #include "src/parse/spi_tags.h"
 
 namespace spi {
@@ -11,6 +10,13 @@ namespace {
 // An identifier counts only with a service identifier and an ECC.
 bool is_set(const ServElemId& service) {
     return service.sid != 0 && service.ecc != 0;
+}
+
+no_service why_dropped(const EnsemblesNamed& by_object, const EnsemblesNamed& by_programme) {
+    if (by_object.received || by_programme.received) return {no_service::zero_identifier, 0};
+    for (const EnsemblesNamed& named : {by_object, by_programme})
+        if (named.other) return {no_service::other_ensemble, named.first_other};
+    return {no_service::not_named, 0};
 }
 
 }  // namespace
@@ -34,17 +40,17 @@ int PiScheduleScope::parse(spi_parseable& scope) {
 int PiScheduleScope::parse_seid(spi_parseable& service_scope, ServElemId& service) {
     while (service_scope.has_more()) {
         spi_parseable attr(service_scope);
-        if (attr.tag == TAG_SERVICE_SCOPE_ID) service.parse(service_scope, eid);
+        if (attr.tag == TAG_SERVICE_SCOPE_ID) service.parse(service_scope, eid, named);
     }
     return 0;
 }
 
 int PiScheduleScope::parse_content_id(spi_parseable& element) {
-    seid.parse(element, eid);
+    seid.parse(element, eid, named);
     return 0;
 }
 
-PiBodyParser::PiBodyParser(event_proc& parser, std::uint16_t eid) : eid_(eid), parser_(parser) {
+PiBodyParser::PiBodyParser(SpiBodyListener& listener, std::uint16_t eid) : eid_(eid), listener_(listener) {
     scope_.eid = eid;
 }
 
@@ -74,6 +80,7 @@ int PiBodyParser::parse_epg(spi_parseable& epg) {
 // schedule (TS 102 371, element 0x21)
 int PiBodyParser::parse_schedule(spi_parseable& schedule) {
     while (schedule.has_more()) {
+        offset_ = schedule.buf.pos;
         spi_parseable child(schedule);
         switch (child.tag) {
             case TAG_SCOPE: scope_.parse(child); break;
@@ -91,8 +98,12 @@ int PiBodyParser::parse_programme(spi_parseable& element) {
 
     // The schedule's own service wins over the programme's bearer, whatever that says.
     const ServElemId service = is_set(scope_.seid) ? scope_.seid : programme.bearer;
-    if (!is_set(service)) return 0;
-    parser_.send(std::make_shared<pi_programme_event>(service, std::move(programme)), QID_EVTDB);
+    if (is_set(service)) {
+        listener_.programme_read(service, std::move(programme), offset_);
+    } else {
+        listener_.programme_dropped(why_dropped(scope_.named, programme.named), std::move(programme),
+                                    offset_);
+    }
     return 0;
 }
 

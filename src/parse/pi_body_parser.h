@@ -1,15 +1,16 @@
-// Walks one programme information object (TS 102 371, epg) and sends each programme with its service to the
-// programme database. Built by the parser worker for one object, on its stack and thread; used once.
+// Walks one programme information object (TS 102 371, epg) and tells a listener of each programme. Built for
+// one object, on the stack; used once.
 //
-// Nothing is reported. Truncated or malformed content leaves sentinel values in the fields concerned; a
-// programme is sent all the same as long as a service was found for it, and dropped silently otherwise.
+// There are no errors. Truncated or malformed content leaves sentinel values in the fields concerned; a
+// programme counts as read all the same as long as a service was found for it, and is dropped otherwise.
 #pragma once
 
 #include <cstdint>
 
-#include "src/event/event_proc.h"
+#include "src/parse/ensembles_named.h"
 #include "src/parse/mot_body.h"
 #include "src/parse/serv_elem_id.h"
+#include "src/parse/spi_body_listener.h"
 #include "src/parse/spi_parseable.h"
 #include "src/parse/spi_time_point.h"
 #include "src/parse/spi_token_table.h"
@@ -23,6 +24,7 @@ struct PiScheduleScope {
     std::uint16_t eid = 0;  // identifiers on other ensembles are not accepted
     SpiTimePoint start;     // coded validity; kept, not used
     SpiTimePoint stop;
+    EnsemblesNamed named;  // by all of these identifiers
 
     // All return 0.
     int parse(spi_parseable& scope);
@@ -32,8 +34,8 @@ struct PiScheduleScope {
 
 class PiBodyParser {
  public:
-    // Events are sent in the name of `parser`. `eid` is the ensemble being received, 0 while none is known.
-    PiBodyParser(event_proc& parser, std::uint16_t eid);
+    // `eid` is the ensemble being received, 0 while none is known.
+    PiBodyParser(SpiBodyListener& listener, std::uint16_t eid);
 
     // Takes over the body, walks it, frees it. All return 0.
     int parse(MotBody&& body);
@@ -43,9 +45,10 @@ class PiBodyParser {
 
  private:
     const std::uint16_t eid_;
-    event_proc& parser_;
+    SpiBodyListener& listener_;
     PiScheduleScope scope_;
     SpiTokenTable tokens_;
+    std::uint32_t offset_ = 0;  // of the element in a schedule that is being read
 };
 
 }  // namespace spi

@@ -71,7 +71,7 @@ int PiScheduleProgramme::parse_time(spi_parseable& time_element) {
 int PiScheduleProgramme::parse_bearer(spi_parseable& bearer_element) {
     while (bearer_element.has_more()) {
         spi_parseable attr(bearer_element);
-        if (attr.tag == TAG_BEARER_ID) bearer.parse(attr, eid);
+        if (attr.tag == TAG_BEARER_ID) bearer.parse(attr, eid, named);
     }
     return 0;
 }

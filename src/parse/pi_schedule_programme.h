@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "src/parse/ensembles_named.h"
 #include "src/parse/mot_date_time.h"
 #include "src/parse/serv_elem_id.h"
 #include "src/parse/spi_time_point.h"
@@ -24,6 +25,7 @@ struct PiScheduleProgramme {
     std::string name;            // after token expansion; empty if none
     SpiTimePoint time;           // start
     std::uint16_t duration = 0;  // seconds; 0 if absent, 65535 if its attribute is too short
+    EnsemblesNamed named;        // by its bearers
 
     // Reads a programme element (TS 102 371, 0x1C). These all return 0: what is short or missing leaves its
     // mark in the fields, see above.

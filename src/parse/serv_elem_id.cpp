@@ -1,5 +1,6 @@
 #include "src/parse/serv_elem_id.h"
 
+#include "src/parse/ensembles_named.h"
 #include "src/parse/spi_parseable.h"
 
 namespace spi {
@@ -31,8 +32,18 @@ int ServElemId::parse(spi_parseable& attr) {
 }
 
 int ServElemId::parse(spi_parseable& attr, unsigned short eid) {
+    EnsemblesNamed unused;
+    return parse(attr, eid, unused);
+}
+
+int ServElemId::parse(spi_parseable& attr, unsigned short eid, EnsemblesNamed& named) {
     const content_id read = read_content_id(attr);
-    if (read.eid != eid) return 1;
+    if (read.eid != eid) {
+        if (!named.other) named.first_other = read.eid;
+        named.other = true;
+        return 1;
+    }
+    named.received = true;
     *this = read.service;
     return 0;
 }

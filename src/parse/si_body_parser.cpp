@@ -2,12 +2,11 @@
 
 #include <utility>
 
-#include "src/event/payloads.h"
 #include "src/parse/spi_tags.h"
 
 namespace spi {
 
-SiBodyParser::SiBodyParser(event_proc& parser) : parser_(parser) {}
+SiBodyParser::SiBodyParser(SpiBodyListener& listener) : listener_(listener) {}
 
 int SiBodyParser::parse(ServElemId seid, MotBody&& body) {
     seid_ = seid;
@@ -35,6 +34,7 @@ int SiBodyParser::parse_si(spi_parseable& service_information) {
 // ensemble (TS 102 371, element 0x26)
 int SiBodyParser::parse_ensemble(spi_parseable& ensemble) {
     while (ensemble.has_more()) {
+        offset_ = ensemble.buf.pos;
         spi_parseable child(ensemble);
         if (child.tag == TAG_SERVICE) parse_service(child);
     }
@@ -44,7 +44,7 @@ int SiBodyParser::parse_ensemble(spi_parseable& ensemble) {
 int SiBodyParser::parse_service(spi_parseable& service) {
     SiServiceInfo info;
     info.parse(service, tokens_);
-    parser_.send(std::make_shared<si_service_event>(seid_, std::move(info)), QID_LOGODB);
+    listener_.service_read(seid_, std::move(info), offset_);
     return 0;
 }
 

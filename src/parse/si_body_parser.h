@@ -1,14 +1,13 @@
-// Walks one service information object (TS 102 371, serviceInformation) and sends each service, with the
-// logos that it announces, to the logo store. Built by the parser worker for one object, on its stack and
-// thread; used once.
+// Walks one service information object (TS 102 371, serviceInformation) and tells a listener of each service,
+// with the logos that it announces. Built for one object, on the stack; used once.
 //
-// Nothing is reported; short or missing attributes leave sentinel values. A service is sent even without
-// name, bearer or logos.
+// There are no errors; short or missing attributes leave sentinel values. A service counts even without name,
+// bearer or logos.
 #pragma once
 
-#include "src/event/event_proc.h"
 #include "src/parse/mot_body.h"
 #include "src/parse/serv_elem_id.h"
+#include "src/parse/spi_body_listener.h"
 #include "src/parse/spi_parseable.h"
 #include "src/parse/spi_token_table.h"
 
@@ -16,8 +15,7 @@ namespace spi {
 
 class SiBodyParser {
  public:
-    // Events are sent in the name of `parser`.
-    explicit SiBodyParser(event_proc& parser);
+    explicit SiBodyParser(SpiBodyListener& listener);
 
     // Takes over the body, walks it, frees it. `seid` is the service that the object was received with. All
     // return 0.
@@ -27,8 +25,9 @@ class SiBodyParser {
     int parse_service(spi_parseable& service);
 
  private:
-    event_proc& parser_;
+    SpiBodyListener& listener_;
     ServElemId seid_;
+    std::uint32_t offset_ = 0;  // of the element in an ensemble that is being read
     SpiTokenTable tokens_;  // one for the whole object: it lives on over several serviceInformation elements
 };
 

@@ -3,17 +3,9 @@
 #include <utility>
 
 #include "src/event/payloads.h"
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
+#include "src/parse/spi_body.h"
 
 namespace spi {
-namespace {
-
-// MOT ContentSubType of binary SPI objects.
-constexpr std::uint16_t kServiceInformation = 0;
-constexpr std::uint16_t kProgrammeInformation = 1;
-
-}  // namespace
 
 SpiParser::SpiParser() : event_proc(QID_PARSE, worker_duties{}) {
     begin(*this);
@@ -23,6 +15,7 @@ SpiParser::~SpiParser() {
 }
 
 void SpiParser::process_event(event& e) {
+    const outbox::turn turn(results_, false);
     switch (e.code()) {
         case EC_DATETIME: handle_date_time(static_cast<const date_time_event&>(*e.payload).now); break;
         case EC_ENS: eid_ = static_cast<const set_ensemble_event&>(*e.payload).ensemble; break;
@@ -47,11 +40,20 @@ int SpiParser::handle_date_time(const MotDateTime& now) {
 void SpiParser::handle_body_spi(const MotBodyMetadata& metadata, MotBody&& received, ServElemId service) {
     MotBody body = std::move(received);  // freed here whatever happens
     if (bodies_.has_body(metadata.content_name, body.size, service)) return;
-    switch (metadata.content_subtype) {
-        case kServiceInformation: SiBodyParser(*this).parse(service, std::move(body)); break;
-        case kProgrammeInformation: PiBodyParser(*this, eid_).parse(std::move(body)); break;
-        default: break;
-    }
+    read_spi_body(metadata.content_subtype, std::move(body), service, eid_, *this);
+}
+
+void SpiParser::programme_read(const ServElemId& service, PiScheduleProgramme&& programme,
+                               std::uint32_t /*offset*/) {
+    results_.send(std::make_shared<pi_programme_event>(service, std::move(programme)), QID_EVTDB);
+}
+
+void SpiParser::programme_dropped(no_service /*why*/, PiScheduleProgramme&& /*programme*/,
+                                  std::uint32_t /*offset*/) {}
+
+void SpiParser::service_read(const ServElemId& received_with, SiServiceInfo&& info,
+                             std::uint32_t /*offset*/) {
+    results_.send(std::make_shared<si_service_event>(received_with, std::move(info)), QID_LOGODB);
 }
 
 }  // namespace spi

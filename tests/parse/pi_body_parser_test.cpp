@@ -21,10 +21,10 @@ class PiBodyParser : public parse_fixture {
             out.push_back(sent.service);
         return out;
     }
-
-    static constexpr std::uint32_t kFour = 0xC224;
-    static constexpr std::uint32_t kFive = 0xC225;
 };
+
+constexpr std::uint32_t kFour = 0xC224;
+constexpr std::uint32_t kFive = 0xC225;
 
 bytes id_of(std::uint32_t sid, std::uint16_t eid = 0xC185, std::uint8_t ecc = 0xE1) {
     return content_id(ecc, eid, sid);
@@ -114,6 +114,60 @@ TEST_F(PiBodyParser, ProgrammeOfAnotherEnsembleIsDropped) {
     EXPECT_THAT(names_in_pi(epg({schedule({programme("other", bearer(id_of(kFour, 0xC186))),
                                            programme("none"), programme("one", bearer(id_of(kFive)))})})),
                 ElementsAre("one"));
+}
+
+// Keeps why programmes are dropped, in place of the worker.
+class dropped_programmes final : public spi::SpiBodyListener {
+ public:
+    explicit dropped_programmes(const bytes& object) {
+        spi::PiBodyParser(*this, 0xC185).parse(body_of(object));
+    }
+    void programme_read(const spi::ServElemId& /*service*/, spi::PiScheduleProgramme&& /*programme*/,
+                        std::uint32_t /*offset*/) override {
+        ++read;
+    }
+    void programme_dropped(spi::no_service why, spi::PiScheduleProgramme&& programme,
+                           std::uint32_t offset) override {
+        reasons.push_back(why.reason);
+        ensembles.push_back(why.ensemble);
+        names.push_back(programme.name);
+        offsets.push_back(offset);
+    }
+    void service_read(const spi::ServElemId& /*received_with*/, spi::SiServiceInfo&& /*info*/,
+                      std::uint32_t /*offset*/) override {}
+
+    unsigned read = 0;
+    std::vector<spi::no_service::reason_t> reasons;
+    std::vector<std::uint16_t> ensembles;
+    std::vector<std::string> names;
+    std::vector<std::uint32_t> offsets;
+};
+
+TEST(PiBodyListener, IsToldWhyAProgrammeIsDropped) {
+    const bytes object =
+        epg({schedule({programme("none"), programme("zero", bearer(id_of(0))),
+                       programme("other", join({bearer(id_of(kFour, 0xC186)), bearer(id_of(kFour, 0xC187))})),
+                       programme("both", join({bearer(id_of(kFour, 0xC186)), bearer(id_of(0))})),
+                       programme("read", bearer(id_of(kFour)))})});
+    const dropped_programmes dropped(object);
+    EXPECT_EQ(dropped.read, 1U);
+    EXPECT_THAT(dropped.names, ElementsAre("none", "zero", "other", "both"));
+    EXPECT_THAT(dropped.reasons,
+                ElementsAre(spi::no_service::not_named, spi::no_service::zero_identifier,
+                            spi::no_service::other_ensemble, spi::no_service::zero_identifier));
+    EXPECT_EQ(dropped.ensembles[2], 0xC186);
+    for (const std::uint32_t offset : dropped.offsets)
+        EXPECT_EQ(object.at(offset), tag::programme);
+}
+
+TEST(PiBodyListener, IsToldOfTheEnsembleThatTheObjectNames) {
+    const dropped_programmes dropped(
+        epg({default_id(id_of(kFour, 0xC188)),
+             schedule({scope(id_of(kFour, 0xC186)), programme("x", bearer(id_of(kFour, 0xC187)))}),
+             schedule({scope(id_of(0)), programme("y", bearer(id_of(kFour, 0xC187)))})}));
+    EXPECT_THAT(dropped.reasons,
+                ElementsAre(spi::no_service::other_ensemble, spi::no_service::zero_identifier));
+    EXPECT_EQ(dropped.ensembles.front(), 0xC188);
 }
 
 TEST_F(PiBodyParser, ScopeOfAnotherEnsembleIsIgnored) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "src/parse/serv_elem_id.h"
+#include "src/parse/spi_body_listener.h"
 #include "src/parse/spi_logo_info.h"
 #include "src/parse/spi_time_point.h"
 #include "tools/recording/recording.h"
@@ -54,7 +55,8 @@ struct programme_arrival {
     std::size_t object;
     std::uint32_t offset;  // of the programme element
     fate_t fate = filed;
-    std::uint16_t ensemble = 0;  // that was received; 0: none yet
+    spi::no_service dropped = {spi::no_service::not_named, 0};  // without_service: why
+    std::uint16_t ensemble = 0;                                 // that was received; 0: none yet
     spi::ServElemId service;
     std::string name;
     spi::SpiTimePoint time;

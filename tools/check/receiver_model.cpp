@@ -173,6 +173,7 @@ class receiver {
         arrival.time = taken.programme.time;
         arrival.duration = taken.programme.duration;
         arrival.start = local_start(taken.programme);
+        if (taken.dropped) arrival.dropped = *taken.dropped;
         arrival.fate = taken.dropped ? programme_arrival::without_service : file(taken, arrival);
         out_.programmes.push_back(std::move(arrival));
     }

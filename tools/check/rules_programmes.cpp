@@ -1,16 +1,11 @@
 // Findings in single programmes: those that are dropped, and those that are kept and not shown as they were
 // meant.
 
-#include <algorithm>
-#include <map>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "tools/check/input.h"
 #include "tools/check/local_day.h"
 #include "tools/check/rules.h"
-#include "tools/spi/receiver_values.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::check {
@@ -29,72 +24,22 @@ std::string shown(const programme_arrival& of) {
            (of.time.mjd == 0 ? "" : ", " + minute_text(of.start));
 }
 
-// The identifiers of one object that a receiver looks at, by the ensembles that they name.
-struct named_ensembles {
-    explicit named_ensembles(const sent_object& object) {
-        const spi_object::byte_view body(*object.body);
-        spi_object::visit(object.tree, [&](const spi_object::node& node,
-                                           const std::vector<const spi_object::node*>& above) {
-            const bool is_id =
-                node.attribute != nullptr
-                    ? node.attribute->type == spi_object::value_type::content_id
-                    : node.element != nullptr && node.tag == spi_object::tag::default_content_id;
-            if (!is_id || node.receiver != spi_object::reading::read) return;
-            const std::uint16_t ensemble =
-                spi_object::receiver_ensemble(body.part(node.content(), node.length));
-            const auto programme =
-                std::find_if(above.begin(), above.end(), [](const spi_object::node* outer) {
-                    return outer->kind == spi_object::node_kind::element &&
-                           outer->tag == spi_object::tag::programme;
-                });
-            if (programme != above.end()) {
-                of_programme[(*programme)->offset].push_back(ensemble);
-            } else {
-                if (!first_offset) {
-                    first_offset = node.offset;
-                    first = ensemble;
-                }
-                of_object.emplace(ensemble, node.offset);  // its first place
-            }
-        });
-    }
-
-    // Of one programme: its own bearers, and what stands before it in the object.
-    bool any(std::uint32_t programme) const {
-        return (first_offset && *first_offset < programme) || of_programme.count(programme) != 0;
-    }
-    bool names(std::uint32_t programme, std::uint16_t ensemble) const {
-        const auto before = of_object.find(ensemble);
-        if (before != of_object.end() && before->second < programme) return true;
-        const auto own = of_programme.find(programme);
-        return own != of_programme.end() && std::count(own->second.begin(), own->second.end(), ensemble) != 0;
-    }
-    // Where there is any.
-    std::uint16_t example(std::uint32_t programme) const {
-        return first_offset && *first_offset < programme ? first : of_programme.at(programme).front();
-    }
-
-    std::map<std::uint16_t, std::uint32_t> of_object;
-    std::optional<std::uint32_t> first_offset;
-    std::uint16_t first = 0;
-    std::map<std::uint32_t, std::vector<std::uint16_t>> of_programme;
-};
-
-void note_without_service(const named_ensembles& named, const programme_arrival& of, finding what,
-                          finding_list& found) {
-    if (!named.any(of.offset)) {
-        what.code = finding_code::no_scope_no_bearer;
-        what.text = shown(of);
-    } else if (named.names(of.offset, of.ensemble)) {
-        what.code = finding_code::no_service;
-        what.text = shown(of) + ": its SId or ECC reads as zero";
-    } else if (of.ensemble == 0) {
-        what.code = finding_code::before_ensemble;
-        what.text = shown(of) + " names ensemble " + hexadecimal(named.example(of.offset));
-    } else {
-        what.code = finding_code::other_ensemble;
-        what.text = shown(of) + " names ensemble " + hexadecimal(named.example(of.offset)) +
-                    ", and the receiver is on " + hexadecimal(of.ensemble);
+void note_without_service(const programme_arrival& of, finding what, finding_list& found) {
+    const std::string names = shown(of) + " names ensemble " + hexadecimal(of.dropped.ensemble);
+    switch (of.dropped.reason) {
+        case spi::no_service::not_named:
+            what.code = finding_code::no_scope_no_bearer;
+            what.text = shown(of);
+            break;
+        case spi::no_service::zero_identifier:
+            what.code = finding_code::no_service;
+            what.text = shown(of) + ": its SId or ECC reads as zero";
+            break;
+        case spi::no_service::other_ensemble:
+            what.code = of.ensemble == 0 ? finding_code::before_ensemble : finding_code::other_ensemble;
+            what.text = names;
+            if (of.ensemble != 0) what.text += ", and the receiver is on " + hexadecimal(of.ensemble);
+            break;
     }
     found.add_of_object(what, std::to_string(of.offset));
 }
@@ -135,7 +80,6 @@ void note_filed(const programme_arrival& of, finding what, finding_list& found) 
 }  // namespace
 
 void look_at_programmes(const history& in, finding_list& found) {
-    std::map<std::size_t, named_ensembles> named;  // by object, looked at once each
     for (const programme_arrival& each : in.programmes) {
         finding what{finding_code::other_day, each.line, each.object, each.offset};
         const std::string key = std::to_string(each.offset);
@@ -146,10 +90,7 @@ void look_at_programmes(const history& in, finding_list& found) {
         switch (each.fate) {
             case programme_arrival::filed: note_filed(each, what, found); break;
             case programme_arrival::minute_taken: note_taken_minute(in, each, what, found); break;
-            case programme_arrival::without_service:
-                note_without_service(named.try_emplace(each.object, in.objects[each.object]).first->second,
-                                     each, what, found);
-                break;
+            case programme_arrival::without_service: note_without_service(each, what, found); break;
             case programme_arrival::before_date:
                 what.code = finding_code::before_date;
                 what.text = shown(each) + " of " + service_text(each.service);

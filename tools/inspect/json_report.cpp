@@ -124,7 +124,7 @@ void add_name(ordered_json& json, const std::string& name) {
 ordered_json to_json(const taken_programme& of) {
     ordered_json json;
     json["offset"] = of.offset;
-    json["dropped"] = of.dropped;
+    json["dropped"] = of.dropped.has_value();
     if (!of.dropped) add_service(json, of.service);
     const spi::MotDateTime start = of.programme.time.local_time(0);
     json["date"] = start.date();

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "src/parse/pi_body_parser.h"
+#include "src/parse/spi_body.h"
 #include "src/parse/spi_parseable.h"
 #include "src/parse/spi_tags.h"
 
@@ -20,132 +20,24 @@ spi::MotBody copy_of(byte_view body) {
     return spi::MotBody(static_cast<std::uint32_t>(body.size()), std::move(copied));
 }
 
-bool is_set(const spi::ServElemId& service) {
-    return service.sid != 0 && service.ecc != 0;
-}
-
-// Opens a child of a scope (or a top element of the body) and calls with it and the place of its tag.
-template <class Parent, class Call>
-void with_child(Parent& parent, spi::ReadBuffer& buffer, const Call& call) {
-    const std::uint32_t start = buffer.pos;
-    spi::spi_parseable child(parent);
-    call(child, start);
-}
-
-class walk {
+class taking final : public spi::SpiBodyListener {
  public:
-    walk(byte_view body, std::uint16_t ensemble) : buffer_(copy_of(body)) {
-        view_.read = true;
-        view_.ensemble = ensemble;
-        scope_.eid = ensemble;
-    }
+    explicit taking(receiver_view& view) : view_(view) {}
 
-    receiver_view programme_information() {
-        while (buffer_.in_body()) {
-            with_child(buffer_, buffer_, [this](spi::spi_parseable& top, std::uint32_t) {
-                if (top.tag == spi::TAG_EPG) epg(top);
-            });
-        }
-        return std::move(view_);
+    void programme_read(const spi::ServElemId& service, spi::PiScheduleProgramme&& programme,
+                        std::uint32_t offset) override {
+        keep(view_.programmes, {offset, std::move(programme), service, std::nullopt});
     }
-
-    receiver_view service_information() {
-        while (buffer_.in_body()) {
-            with_child(buffer_, buffer_, [this](spi::spi_parseable& top, std::uint32_t) {
-                if (top.tag == spi::TAG_SERVICE_INFORMATION) services(top);
-            });
-        }
-        return std::move(view_);
+    void programme_dropped(spi::no_service why, spi::PiScheduleProgramme&& programme,
+                           std::uint32_t offset) override {
+        keep(view_.programmes, {offset, std::move(programme), {}, why});
+    }
+    void service_read(const spi::ServElemId& /*received_with*/, spi::SiServiceInfo&& info,
+                      std::uint32_t offset) override {
+        keep(view_.services, {offset, std::move(info), {}});
     }
 
  private:
-    void epg(spi::spi_parseable& parent) {
-        while (parent.has_more()) {
-            with_child(parent, buffer_, [this](spi::spi_parseable& child, std::uint32_t) {
-                switch (child.tag) {
-                    case spi::TAG_TOKEN_TABLE: tokens_.parse(child); break;
-                    case spi::TAG_DEFAULT_CONTENT_ID: scope_.parse_content_id(child); break;
-                    case spi::TAG_SCHEDULE: schedule(child); break;
-                    default: break;
-                }
-            });
-        }
-    }
-
-    void schedule(spi::spi_parseable& parent) {
-        while (parent.has_more()) {
-            with_child(parent, buffer_, [this](spi::spi_parseable& child, std::uint32_t at) {
-                switch (child.tag) {
-                    case spi::TAG_SCOPE: scope_.parse(child); break;
-                    case spi::TAG_PROGRAMME: programme(child, at); break;
-                    default: break;
-                }
-            });
-        }
-    }
-
-    void programme(spi::spi_parseable& element, std::uint32_t at) {
-        taken_programme taken{at, {}, {}, false};
-        taken.programme.eid = view_.ensemble;
-        taken.programme.parse(element, tokens_);
-        taken.service = is_set(scope_.seid) ? scope_.seid : taken.programme.bearer;
-        taken.dropped = !is_set(taken.service);
-        keep(view_.programmes, std::move(taken));
-    }
-
-    void services(spi::spi_parseable& parent) {
-        while (parent.has_more()) {
-            with_child(parent, buffer_, [this](spi::spi_parseable& child, std::uint32_t) {
-                switch (child.tag) {
-                    case spi::TAG_TOKEN_TABLE: tokens_.parse(child); break;
-                    case spi::TAG_ENSEMBLE: ensemble(child); break;
-                    default: break;
-                }
-            });
-        }
-    }
-
-    void ensemble(spi::spi_parseable& parent) {
-        while (parent.has_more()) {
-            with_child(parent, buffer_, [this](spi::spi_parseable& child, std::uint32_t at) {
-                if (child.tag == spi::TAG_SERVICE) service(child, at);
-            });
-        }
-    }
-
-    // As SiServiceInfo::parse, with the places of the logos.
-    void service(spi::spi_parseable& element, std::uint32_t at) {
-        taken_service taken{at, {}, {}};
-        spi::SiServiceInfo& info = taken.info;
-        while (element.has_more()) {
-            with_child(element, buffer_, [&](spi::spi_parseable& child, std::uint32_t) {
-                switch (child.tag) {
-                    case spi::TAG_MEDIUM_NAME: info.parse_name(child, tokens_); break;
-                    case spi::TAG_SHORT_NAME:
-                        if (info.name.empty()) info.parse_name(child, tokens_);
-                        break;
-                    case spi::TAG_MEDIA_DESCRIPTION: media(child, taken); break;
-                    case spi::TAG_SERVICE_BEARER: info.parse_bearer(child); break;
-                    default: break;
-                }
-            });
-        }
-        keep(view_.services, std::move(taken));
-    }
-
-    void media(spi::spi_parseable& description, taken_service& taken) {
-        while (description.has_more()) {
-            with_child(description, buffer_, [&](spi::spi_parseable& child, std::uint32_t at) {
-                if (child.tag != spi::TAG_MULTIMEDIA) return;
-                spi::SiMediaInfo logo;
-                logo.id = taken.info.id;
-                taken.info.parse_multimedia(child, tokens_, logo);
-                taken.info.logos.push_back(logo.logo_info());
-                taken.logo_offsets.push_back(at);
-            });
-        }
-    }
-
     template <class Record>
     void keep(std::vector<Record>& records, Record&& record) {
         if (records.size() == kMostRecords) {
@@ -155,20 +47,38 @@ class walk {
         }
     }
 
-    spi::ReadBuffer buffer_;
-    spi::SpiTokenTable tokens_;
-    spi::PiScheduleScope scope_;
-    receiver_view view_;
+    receiver_view& view_;
 };
+
+// The parsers tell of a service with its logos, but not where these stand.
+void find_logos(byte_view body, std::vector<taken_service>& services) {
+    if (services.empty()) return;
+    spi::ReadBuffer buffer(copy_of(body));
+    for (taken_service& each : services) {
+        buffer.pos = each.offset;
+        spi::spi_parseable service(buffer);
+        while (service.has_more()) {
+            spi::spi_parseable media(service);
+            while (media.tag == spi::TAG_MEDIA_DESCRIPTION && media.has_more()) {
+                const std::uint32_t offset = buffer.pos;
+                const spi::spi_parseable logo(media);
+                if (logo.tag == spi::TAG_MULTIMEDIA) each.logo_offsets.push_back(offset);
+            }
+        }
+        // Fewer where the budget of the body has ended the service.
+        each.logo_offsets.resize(each.info.logos.size());
+    }
+}
 
 }  // namespace
 
 receiver_view take(byte_view body, std::uint16_t subtype, std::uint16_t ensemble) {
-    if (subtype == 0) return walk(body, ensemble).service_information();
-    if (subtype == 1) return walk(body, ensemble).programme_information();
-    receiver_view none;
-    none.ensemble = ensemble;
-    return none;
+    receiver_view view;
+    view.ensemble = ensemble;
+    taking listener(view);
+    view.read = spi::read_spi_body(subtype, copy_of(body), {}, ensemble, listener);
+    find_logos(body, view.services);
+    return view;
 }
 
 std::optional<std::uint16_t> home_ensemble(const object& of) {

@@ -1,8 +1,5 @@
-// What a receiver takes from one object: the library's own parsing of programmes and services, with the place
-// of each in the bytes and, for a programme that is dropped silently, that it is dropped.
-//
-// The records are the library's; only the loops around them are here, since the library's own walk neither
-// says where it stands nor what it drops. A test and a fuzz target hold both walks to the same result.
+// What a receiver takes from one object: what the library's own parsers tell of it, with the place of each
+// programme and service in the bytes and, for a programme that is dropped silently, why.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +8,7 @@
 
 #include "src/parse/pi_schedule_programme.h"
 #include "src/parse/si_service_info.h"
+#include "src/parse/spi_body_listener.h"
 #include "tools/spi/byte_view.h"
 #include "tools/spi/tree.h"
 
@@ -19,8 +17,8 @@ namespace dabspi::spi_object {
 struct taken_programme {
     std::uint32_t offset;  // of the programme element
     spi::PiScheduleProgramme programme;
-    spi::ServElemId service;  // chosen for it; only where it is not dropped
-    bool dropped = false;     // neither the scope nor its own bearer names a service on the ensemble
+    spi::ServElemId service;                 // chosen for it; only where it is not dropped
+    std::optional<spi::no_service> dropped;  // and why
 };
 
 struct taken_service {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "src/parse/ensembles_named.h"
 #include "src/parse/spi_parseable.h"
 
 namespace dabspi::spi_object {
@@ -44,9 +45,9 @@ spi::ServElemId receiver_service(byte_view attribute_content) {
 std::uint16_t receiver_ensemble(byte_view attribute_content) {
     spi::ReadBuffer buffer(attribute_of(attribute_content));
     spi::spi_parseable attribute(buffer);
-    attribute.ru8();  // flags
-    attribute.ru8();  // ECC
-    return attribute.ru16();
+    spi::EnsemblesNamed named;
+    spi::ServElemId().parse(attribute, 0, named);
+    return named.received ? 0 : named.first_other;
 }
 
 std::string receiver_time_text(const spi::SpiTimePoint& time, std::uint16_t offset_seconds) {

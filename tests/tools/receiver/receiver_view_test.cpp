@@ -6,6 +6,7 @@
 #include "src/event/payloads.h"
 #include "src/parse/pi_body_parser.h"
 #include "src/parse/si_body_parser.h"
+#include "src/parse/spi_parser.h"
 #include "testkit/bodies.h"
 #include "tests/support/recording_router.h"
 #include "tests/tools/spi/decoded.h"
@@ -88,7 +89,7 @@ class ReceiverView : public testing::Test {
 
  private:
     recording_router router_;
-    spi::event_proc worker_{spi::QID_PARSE};
+    spi::SpiParser worker_;
 };
 
 TEST_F(ReceiverView, IsTheLibrarysOwnForEveryCut) {
@@ -127,7 +128,7 @@ TEST_F(ReceiverView, TellsWhereProgrammesStandAndWhichAreDropped) {
     std::vector<bool> dropped;
     for (const so::taken_programme& each : view.programmes) {
         EXPECT_EQ(body[each.offset], 0x1C);
-        dropped.push_back(each.dropped);
+        dropped.push_back(each.dropped.has_value());
     }
     EXPECT_THAT(dropped, testing::ElementsAre(false, true, false, false, false, false));
     EXPECT_EQ(view.programmes[0].programme.name, "News Long");
