@@ -72,32 +72,38 @@ class hand_offs {
     // As the database: what comes goes on, in the same payload. An event of another code tells that all are.
     class sending_worker final : public spi::event_proc {
      public:
-        sending_worker() : event_proc(spi::QID_EVTDB, spi::worker_duties{}) {}
+        sending_worker() : event_proc(spi::QID_EVTDB, spi::worker_duties{}) { begin(*this); }
         ~sending_worker() override { destroy_proc(); }
         void process_event(spi::event& e) override {
             const spi::outbox::turn turn(results_, follows(e.code()));
             if (e.code() == spi::EC_RESEND) return all_sent.open();
             results_.send(e.payload, spi::QID_CBHDL);
         }
-        void open() { begin(*this); }
+        void pre() override { may_begin_.wait(); }
+        void open() { may_begin_.open(); }
         gate all_sent;
 
      private:
+        gate may_begin_;
         spi::outbox results_{*this, spare_node()};
     };
 
     class receiving_worker final : public spi::event_proc {
      public:
         explicit receiving_worker(unsigned events)
-            : event_proc(spi::QID_CBHDL, spi::worker_duties{}), left_(events) {}
+            : event_proc(spi::QID_CBHDL, spi::worker_duties{}), left_(events) {
+            begin(*this);
+        }
         ~receiving_worker() override { destroy_proc(); }
         void process_event(spi::event&) override {
             if (--left_ == 0) all_there.open();
         }
-        void open() { begin(*this); }
+        void pre() override { may_begin_.wait(); }
+        void open() { may_begin_.open(); }
         gate all_there;
 
      private:
+        gate may_begin_;
         unsigned left_;
     };
 
