@@ -2,7 +2,7 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "fuzz/fuzz_support.h"
-#include "src/logo_db/logo_files.h"
+#include "src/logo_db/logo_rules.h"
 #include "src/logo_db/spi_logo_data.h"
 #include "src/logo_db/spi_logo_db.h"
 #include "src/parse/si_media_info.h"
@@ -33,9 +33,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         spi::station_prefix(media.id.ecc, static_cast<int>(media.id.sid), media.id.scids) + "_";
     if (usual)
         expect(name.compare(0, prefix.size(), prefix) == 0, "the searches find the usual station's files");
-    if (spi::is_writable_logo(spi::SpiLogoData(announced).get_meta(), 22528)) {
+    const spi::SpiLogoInfo named = spi::SpiLogoData(announced).get_meta();
+    if (spi::refusal_of_logo(named, 22528) == spi::logo_refusal::none) {
         expect(announced.image_format == 2, "only PNG is written");
-        expect(!spi::is_writable_logo(spi::SpiLogoData(announced).get_meta(), 22529), "and no large image");
+        expect(spi::refusal_of_logo(named, 22529) == spi::logo_refusal::too_large, "and no large image");
     }
     return 0;
 }

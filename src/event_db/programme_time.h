@@ -1,5 +1,5 @@
 // When a programme starts and ends, in minutes, and whether a now or next programme is set: shared by the
-// store and the now/next selection.
+// rules of filing and the now/next selection.
 #pragma once
 
 #include "src/parse/pi_schedule_programme.h"
@@ -15,6 +15,13 @@ inline int start_minute(const PiScheduleProgramme& p) {
 // The minute of the day in which the programme ends; a programme that ends at midnight ends at 0.
 inline int end_minute(const PiScheduleProgramme& p) {
     return (start_minute(p) + p.duration / 60) % kMinutesPerDay;
+}
+
+// At its midnight.
+inline MotDateTime date_of_day(std::uint32_t mjd) {
+    SpiTimePoint midnight;
+    midnight.mjd = mjd;
+    return midnight.local_time(0);
 }
 
 // Runs past midnight, or ends exactly there.

@@ -1,8 +1,8 @@
 // The programme database worker (QID_EVTDB): keeps today's and tomorrow's programmes of every service, and
 // tells which one is on now and which comes next on the service that is being listened to.
 //
-// Filing is in schedule_store.cpp, now and next in now_next.cpp. All members are touched on the worker's own
-// thread only, so there is no lock; what leaves is copies.
+// What is filed where is decided in filing_rules.h. All members are touched on the worker's own thread only,
+// so there is no lock; what leaves is copies.
 //
 // Times inside are minutes of the local day (0 to 1439) and local day numbers (MJD).
 #pragma once
@@ -44,9 +44,7 @@ class SpiEventDb final : public event_proc {
     // made.
     int handle_programme(const ServElemId& service, const PiScheduleProgramme& programme,
                          std::shared_ptr<i_evt_base> as_received = nullptr);
-    // Drops the first day of every service, whatever day that is: the host's date is expected to move on by
-    // one day at a time. Deliberate: a date that jumps, or goes back, still retires exactly one day.
-    // Always 1.
+    // Drops the first day of every service. Always 1.
     int remove_tt_today();
     // Empties everything but the current service and date. Of now and next only title and time are emptied.
     // Always 0.

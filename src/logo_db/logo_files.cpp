@@ -5,22 +5,12 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <ios>
-#include <locale>
-#include <sstream>
 
 #include "platform/zeb_debug.h"
 #include "platform/zeb_file_sys.h"
-#include "src/logo_db/spi_logo_db.h"
 
 namespace spi {
 namespace {
-
-// The line numbers are constants: a receiver's log is read by them.
-void report_missing_directory(const char* function, int line, const std::string& directory) {
-    ZebDbgOutput::DbgPrint("src/logo_db", function, line, 1, "Failed: Station Logo path:[%s]\n",
-                           directory.c_str());
-}
 
 // One write, so that a body is either in the file or the logo has failed: a buffered stream would report
 // success for a small body on a full disk.
@@ -43,49 +33,26 @@ bool write_logo_file(const std::string& path, const MotBody& body) {
     return written && closed;
 }
 
-std::string station_prefix(int ecc, int sid, int scids) {
-    const unsigned packed = (static_cast<unsigned>(ecc) & 0xFF) << 20 |
-                            (static_cast<unsigned>(sid) & 0xFFFF) << 4 | (static_cast<unsigned>(scids) & 0xF);
-    std::string prefix = SpiLogoDb::toString(packed);
-    for (char& c : prefix) {
-        if (c >= 'a' && c <= 'f') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return prefix;
+bool is_logo_directory(const std::string& directory, const char* function, int line) {
+    if (ZebFileSys::IsExist(directory)) return true;
+    ZebDbgOutput::DbgPrint("src/logo_db", function, line, 1, "Failed: Station Logo path:[%s]\n",
+                           directory.c_str());
+    return false;
 }
 
-std::string SpiLogoDb::toString(unsigned value) {
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
-    text << std::hex << value;
-    return text.str();
-}
-
-bool SpiLogoDb::isFindLargeSizeLogo(int ecc, int sid, int scids, const std::string& root) {
-    const std::string directory = root + "/";
-    if (!ZebFileSys::IsExist(directory)) {
-        report_missing_directory("isFindLargeSizeLogo", 164, directory);
-        return false;
-    }
+bool has_logo_file(const std::string& pattern) {
     ZebFileSys search;
     std::string name;
-    return search.FindFirst(directory + station_prefix(ecc, sid, scids) + "_4.*", name);
+    return search.FindFirst(pattern, name);
 }
 
-bool SpiLogoDb::deleteCorruptedFile(int ecc, int sid, int scids, int size_code, const std::string& root) {
-    const std::string directory = root + "/";
-    if (!ZebFileSys::IsExist(directory)) {
-        report_missing_directory("deleteCorruptedFile", 204, directory);
-        return false;
-    }
-    // "*" and not ".*": every file of the station whose name goes on from the size code, of any format.
-    const std::string pattern =
-        directory + station_prefix(ecc, sid, scids) + "_" + toString(static_cast<unsigned>(size_code)) + "*";
+void delete_logo_files(const std::string& directory, const std::string& name_pattern) {
     ZebFileSys search;
     std::string name;
-    for (bool found = search.FindFirst(pattern, name); found; found = search.FindNext(name)) {
+    for (bool found = search.FindFirst(directory + name_pattern, name); found;
+         found = search.FindNext(name)) {
         ZebFileSys::Delete(directory + name, true);
     }
-    return true;
 }
 
 }  // namespace spi

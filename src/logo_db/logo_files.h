@@ -1,5 +1,5 @@
-// Files in the logo root: writing one, and what the searches of SpiLogoDb build their patterns from. The one
-// place of the logo unit that touches the disk and the platform's framework. Logo worker's thread only.
+// Files in the logo root: writing one, finding and deleting them. The one place of the logo unit that touches
+// the disk and the platform's framework. Logo worker's thread only.
 #pragma once
 
 #include <string>
@@ -12,8 +12,12 @@ namespace spi {
 // that stands at the path counts as a file that cannot be opened.
 bool write_logo_file(const std::string& path, const MotBody& body);
 
-// How the searches name a station: ECC, service identifier and SCIdS packed into one number (of which 8, 16
-// and 4 bits take part), in upper-case hexadecimal.
-std::string station_prefix(int ecc, int sid, int scids);
+// False for a missing directory, which is reported on the debug channel as of `function` and `line`.
+bool is_logo_directory(const std::string& directory, const char* function, int line);
+
+// `pattern` is a directory, then a file name with "*" and "?".
+bool has_logo_file(const std::string& pattern);
+// Deletes all files of `directory` whose names match.
+void delete_logo_files(const std::string& directory, const std::string& name_pattern);
 
 }  // namespace spi

@@ -13,9 +13,6 @@
 
 namespace spi {
 
-// Larger images are neither written nor cleaned up after.
-constexpr std::uint32_t kLargestLogo = 22528;  // bytes
-
 class SpiLogoData {
  public:
     // From an announcement. Its string, the content name, is not kept; the file name is made instead.
@@ -27,14 +24,13 @@ class SpiLogoData {
     // ECC, service identifier and SCIdS, or a 32-bit service identifier alone; then "_", the size code, and
     // ".JPG", ".PNG" or "."; numbers in upper-case hexadecimal without padding: E1C2210_3.PNG. A service
     // identifier below 0x1000 makes the station part shorter than the one that the searches in the logo root
-    // look for (logo_files.h). Deliberate: stations have four-digit identifiers. The ECC is written alike in
+    // look for (logo_rules.h). Deliberate: stations have four-digit identifiers. The ECC is written alike in
     // both.
     std::string create_filename() const;
 
     // Writes the body to its file in the root, over any file that is there, without a temporary file. True
-    // when every byte is in the file. False, without touching the disk, for what is never written: no root,
-    // service identifier 0 or of 32 bits, ECC 0, another format than PNG (JPEG logos are announced but
-    // deliberately never written), more than kLargestLogo bytes, another size than 128 x 128 and 320 x 240.
+    // when every byte is in the file. False, without touching the disk, without a root and for what
+    // refusal_of_logo refuses.
     bool write_logo(const MotBody& body) const;
 
     // The logo directory; one for the whole library, empty until it is set. Any thread.
@@ -47,9 +43,5 @@ class SpiLogoData {
     std::uint8_t size_code_;
     std::string file_name_;
 };
-
-// True when a logo of this service identifier, ECC, format, size code and name could be written: the
-// conditions that writing and cleaning up share.
-bool is_writable_logo(const SpiLogoInfo& logo, std::uint32_t body_size);
 
 }  // namespace spi

@@ -3,17 +3,10 @@
 #include <utility>
 
 #include "src/event/payloads.h"
+#include "src/logo_db/logo_files.h"
+#include "src/parse/hexadecimal.h"
 
 namespace spi {
-namespace {
-
-// MOT header parameters of logos.
-constexpr std::uint16_t kSpiApplication = 7;
-constexpr std::uint8_t kImage = 2;
-constexpr std::uint16_t kJfif = 1;
-constexpr std::uint16_t kPng = 3;
-
-}  // namespace
 
 SpiLogoDb::SpiLogoDb() : event_proc(QID_LOGODB, worker_duties{}) {
     begin(*this);
@@ -42,15 +35,14 @@ void SpiLogoDb::process_event(event& e) {
 }
 
 int SpiLogoDb::handle_meta(const ServElemId& service, const SiServiceInfo& description) {
-    announcement_table& announced = logos_[service];
+    auto& announced = logos_[service];
     for (const SpiLogoInfo& logo : description.logos)
         announced[logo.name].emplace_back(logo);
     return 0;
 }
 
 bool SpiLogoDb::valid_metadata(const MotBodyMetadata& metadata) const {
-    return metadata.user_application_type == kSpiApplication && metadata.content_type == kImage &&
-           (metadata.content_subtype == kJfif || metadata.content_subtype == kPng);
+    return is_logo_image(metadata);
 }
 
 int SpiLogoDb::handle_bodyimg(const MotBodyMetadata& metadata, MotBody&& received,
@@ -58,13 +50,9 @@ int SpiLogoDb::handle_bodyimg(const MotBodyMetadata& metadata, MotBody&& receive
     const MotBody body =
         std::move(received);  // one body serves every announcement; freed here whatever happens
     if (!valid_metadata(metadata)) return kRefused;
-    const auto known = logos_.find(service);
-    if (known == logos_.end() || known->second.empty()) return kRefused;
-
-    // Used up by this image, whatever becomes of each.
-    const auto announced = known->second.extract(metadata.content_name);
-    if (announced.empty()) return kHandled;
-    for (const SpiLogoData& station_logo : announced.mapped()) {
+    const auto announced = use_up(logos_, service, metadata.content_name);
+    if (!announced) return kRefused;
+    for (const SpiLogoData& station_logo : *announced) {
         const SpiLogoInfo logo = station_logo.get_meta();
         const std::string root = SpiLogoData::root();
         if (isExist_SizeLogo_LGRECTS(logo, root)) continue;
@@ -78,17 +66,40 @@ int SpiLogoDb::handle_bodyimg(const MotBodyMetadata& metadata, MotBody&& receive
 }
 
 bool SpiLogoDb::isExist_SizeLogo_LGRECTS(const SpiLogoInfo& logo, const std::string& root) const {
-    return logo.size_code == LOGO_SIZE_128x128 &&
+    return gives_way_to_larger(logo) &&
            isFindLargeSizeLogo(logo.service.ecc, static_cast<int>(logo.service.sid), logo.service.scids,
                                root);
 }
 
 int SpiLogoDb::removeLogo(const SpiLogoInfo& logo, const std::string& root, const MotBody& body) const {
-    if (!is_writable_logo(logo, body.size)) return 0;
+    if (refusal_of_logo(logo, body.size) != logo_refusal::none) return 0;
     return deleteCorruptedFile(logo.service.ecc, static_cast<int>(logo.service.sid), logo.service.scids,
                                logo.size_code, root)
                ? 1
                : 0;
+}
+
+std::string SpiLogoDb::toString(unsigned value) {
+    std::string text;
+    append_hexadecimal(text, value, 1, false);
+    return text;
+}
+
+// The line numbers are constants: a receiver's log is read by them.
+
+bool SpiLogoDb::isFindLargeSizeLogo(int ecc, int sid, int scids, const std::string& root) {
+    const std::string directory = root + "/";
+    return is_logo_directory(directory, "isFindLargeSizeLogo", 164) &&
+           has_logo_file(directory + larger_logo_name(ecc, sid, scids) + "*");
+}
+
+bool SpiLogoDb::deleteCorruptedFile(int ecc, int sid, int scids, int size_code, const std::string& root) {
+    const std::string directory = root + "/";
+    if (!is_logo_directory(directory, "deleteCorruptedFile", 204)) return false;
+    // "*" and not ".*": every file of the station whose name goes on from the size code, of any format.
+    delete_logo_files(
+        directory, station_prefix(ecc, sid, scids) + "_" + toString(static_cast<unsigned>(size_code)) + "*");
+    return true;
 }
 
 }  // namespace spi

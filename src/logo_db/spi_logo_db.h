@@ -5,11 +5,10 @@
 // they stay until an image takes them, or the table is cleared.
 #pragma once
 
-#include <map>
 #include <string>
-#include <vector>
 
 #include "src/event/event_proc.h"
+#include "src/logo_db/logo_rules.h"
 #include "src/logo_db/spi_logo_data.h"
 #include "src/parse/mot_body.h"
 #include "src/parse/serv_elem_id.h"
@@ -31,7 +30,7 @@ class SpiLogoDb final : public event_proc {
     // 0.
     int handle_meta(const ServElemId& service, const SiServiceInfo& description);
 
-    // An image of an SPI service: user application type 7, ContentType 2, ContentSubType 1 (JFIF) or 3 (PNG).
+    // See is_logo_image.
     bool valid_metadata(const MotBodyMetadata& metadata) const;
 
     // Writes an image once for each announcement of its content name, and uses these announcements up,
@@ -48,7 +47,7 @@ class SpiLogoDb final : public event_proc {
     // was nothing to do.
     int removeLogo(const SpiLogoInfo& logo, const std::string& root, const MotBody& body) const;
 
-    // ---- the searches in the logo root, in logo_files.cpp ----
+    // ---- the searches in the logo root ----
 
     // Lower-case hexadecimal, no prefix, no padding.
     static std::string toString(unsigned value);
@@ -59,11 +58,7 @@ class SpiLogoDb final : public event_proc {
     static bool deleteCorruptedFile(int ecc, int sid, int scids, int size_code, const std::string& root);
 
  private:
-    // By content name, as the service information gives it; equal names may occur several times, and keep
-    // their order: a multimap in effect. Ordered, both of them: a broadcast chooses identifiers and names,
-    // and could give them all one hash value or one bucket.
-    using announcement_table = std::map<std::string, std::vector<SpiLogoData>>;
-    std::map<ServElemId, announcement_table> logos_;
+    announcement_table<SpiLogoData> logos_;
 };
 
 }  // namespace spi

@@ -2,23 +2,19 @@
 
 #include <utility>
 
+#include "src/parse/mot_content.h"
 #include "src/parse/pi_body_parser.h"
 #include "src/parse/si_body_parser.h"
 
 namespace spi {
-namespace {
-
-// MOT ContentSubType of binary SPI objects.
-constexpr std::uint16_t kServiceInformation = 0;
-constexpr std::uint16_t kProgrammeInformation = 1;
-
-}  // namespace
 
 bool read_spi_body(std::uint16_t content_subtype, MotBody&& body, const ServElemId& received_with,
                    std::uint16_t eid, SpiBodyListener& listener) {
     switch (content_subtype) {
-        case kServiceInformation: SiBodyParser(listener).parse(received_with, std::move(body)); return true;
-        case kProgrammeInformation: PiBodyParser(listener, eid).parse(std::move(body)); return true;
+        case kMotServiceInformation:
+            SiBodyParser(listener).parse(received_with, std::move(body));
+            return true;
+        case kMotProgrammeInformation: PiBodyParser(listener, eid).parse(std::move(body)); return true;
         default: return false;
     }
 }

@@ -9,9 +9,9 @@
 
 namespace spi {
 
-// Reads service and programme information, as the MOT ContentSubType says, and frees the body. False for other
-// sub-types; the body is then as it was. `received_with` is the service that the object came with, `eid` the ensemble being
-// received, 0 while none is known.
+// Reads service and programme information, as the MOT ContentSubType says, and frees the body. False for
+// other sub-types; the body is then as it was. `received_with` is the service that the object came with,
+// `eid` the ensemble being received, 0 while none is known.
 bool read_spi_body(std::uint16_t content_subtype, MotBody&& body, const ServElemId& received_with,
                    std::uint16_t eid, SpiBodyListener& listener);
 

@@ -1,5 +1,5 @@
-// What the parsers of SPI objects report to: each programme and service that they read, and each programme that
-// they drop. Called on the thread of the parser, in the order of the object.
+// What the parsers of SPI objects report to: each programme and service that they read, and each programme
+// that they drop. Called on the thread of the parser, in the order of the object.
 //
 // `offset` is where the element's tag stands in the body.
 #pragma once
@@ -29,7 +29,8 @@ class SpiBodyListener {
                                 std::uint32_t offset) = 0;
     virtual void programme_dropped(no_service why, PiScheduleProgramme&& programme, std::uint32_t offset) = 0;
     // `received_with` is the service that the object came with, `info.id` the one described.
-    virtual void service_read(const ServElemId& received_with, SiServiceInfo&& info, std::uint32_t offset) = 0;
+    virtual void service_read(const ServElemId& received_with, SiServiceInfo&& info,
+                              std::uint32_t offset) = 0;
 
  protected:
     ~SpiBodyListener() = default;

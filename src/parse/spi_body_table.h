@@ -8,9 +8,18 @@
 #include <map>
 #include <string>
 
+#include "src/parse/mot_date_time.h"
 #include "src/parse/serv_elem_id.h"
 
 namespace spi {
+
+// What a date from the host does to the table.
+enum class date_effect : std::uint8_t { same_day, first_date, emptied };
+
+// A new day empties the table, so that each object is parsed again. Only the day field is compared: from 2
+// March to 2 April is deliberately no change. The very first date empties nothing. `last` is the latest date
+// that was no same_day; year 0: none yet.
+date_effect effect_of_date(const MotDateTime& last, const MotDateTime& now);
 
 class SpiBodyTable {
  public:

@@ -31,9 +31,9 @@ void SpiParser::process_event(event& e) {
 }
 
 int SpiParser::handle_date_time(const MotDateTime& now) {
-    if (now.day == last_time_.day) return 0;
-    if (last_time_.year != 0) bodies_.clear();
-    last_time_ = now;
+    const date_effect effect = effect_of_date(last_time_, now);
+    if (effect == date_effect::emptied) bodies_.clear();
+    if (effect != date_effect::same_day) last_time_ = now;
     return 0;
 }
 

@@ -23,9 +23,7 @@ class SpiParser final : public event_proc, public SpiBodyListener {
 
     void process_event(event& e) override;
 
-    // A new day empties the table of parsed objects, so that each is parsed again. Only the day field is
-    // compared: from 2 March to 2 April is deliberately no change. The very first date empties nothing.
-    // Always 0.
+    // Empties the table of parsed objects on a new day, see effect_of_date. Always 0.
     int handle_date_time(const MotDateTime& now);
 
     // The object is remembered even when its sub-type is none that is parsed; a later object of the same name

@@ -7,15 +7,12 @@
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
 #include "src/parse/spi_parser.h"
+#include "src/server/host_rules.h"
 #include "src/server/spi_callback.h"
 #include "src/server/version_text.h"
 
 namespace spi {
 namespace {
-
-// MOT ContentType.
-constexpr std::uint8_t kImage = 2;
-constexpr std::uint8_t kSpiObject = 7;
 
 constexpr std::uint8_t kWorkers = 4;
 
@@ -88,12 +85,12 @@ void SpiServer::unregister_workers() noexcept {
 }
 
 void SpiServer::FeedMotBody(MotBodyMetadata metadata, MotBody&& body, ServElemId service) {
-    switch (metadata.content_type) {
-        case kImage:
+    switch (destination_of(metadata.content_type)) {
+        case QID_LOGODB:
             send_to(QID_LOGODB,
                     std::make_shared<image_body_event>(std::move(metadata), std::move(body), service));
             break;
-        case kSpiObject:
+        case QID_PARSE:
             send_to(QID_PARSE,
                     std::make_shared<spi_body_event>(std::move(metadata), std::move(body), service));
             break;
@@ -107,14 +104,9 @@ void SpiServer::FeedMotBody(MotBodyMetadata metadata, MotBody&& body, ServElemId
 void SpiServer::SetCurrentService(ServElemId& service, unsigned short ensemble) {
     const std::uint16_t before = ensemble_;
     try {
-        if (ensemble == 0) {
-            if (ensemble_ != 0) {
-                ensemble_ = 0;
-                send_to(QID_ALL, std::make_shared<db_clear_event>());
-            }
-        } else if (check_ensemble(ensemble)) {
-            send_to(QID_PARSE, std::make_shared<set_ensemble_event>(ensemble));
-        }
+        const ensemble_change change = change_of_ensemble(before, ensemble);
+        check_ensemble(ensemble);
+        if (reaches_parser(change)) send_to(QID_PARSE, std::make_shared<set_ensemble_event>(ensemble));
     } catch (...) {
         // Out of memory: the change has not reached the workers. A host that calls again must find it still
         // to be made.
@@ -124,14 +116,11 @@ void SpiServer::SetCurrentService(ServElemId& service, unsigned short ensemble) 
     send_to(QID_EVTDB, std::make_shared<set_service_event>(service));
 }
 
-// From one ensemble to another everything is cleared; from none to one nothing is. Deliberate.
 bool SpiServer::check_ensemble(unsigned short ensemble) {
-    if (ensemble_ != 0) {
-        if (ensemble_ == ensemble) return false;
-        send_to(QID_ALL, std::make_shared<db_clear_event>());
-    }
+    const ensemble_change change = change_of_ensemble(ensemble_, ensemble);
+    if (forgets_everything(change)) send_to(QID_ALL, std::make_shared<db_clear_event>());
     ensemble_ = ensemble;
-    return true;
+    return change != ensemble_change::none || ensemble == 0;
 }
 
 void SpiServer::SetDateTime(MotDateTime& now) {

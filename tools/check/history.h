@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "src/event_db/filing_rules.h"
+#include "src/logo_db/logo_rules.h"
 #include "src/parse/serv_elem_id.h"
 #include "src/parse/spi_body_listener.h"
 #include "src/parse/spi_logo_info.h"
@@ -50,13 +52,12 @@ struct object_arrival {
 };
 
 struct programme_arrival {
-    enum fate_t { filed, minute_taken, without_service, before_date, without_start, other_day };
     std::size_t line;
     std::size_t object;
-    std::uint32_t offset;  // of the programme element
-    fate_t fate = filed;
-    spi::no_service dropped = {spi::no_service::not_named, 0};  // without_service: why
-    std::uint16_t ensemble = 0;                                 // that was received; 0: none yet
+    std::uint32_t offset;                    // of the programme element
+    std::optional<spi::no_service> dropped;  // by the parser; else the database decides
+    spi::filing decision = spi::filing::filed;
+    std::uint16_t ensemble = 0;  // that was received; 0: none yet
     spi::ServElemId service;
     std::string name;
     spi::SpiTimePoint time;
@@ -66,6 +67,7 @@ struct programme_arrival {
     std::size_t holder = 0;    // minute_taken: the programme that has the minute
     std::size_t life = 0;      // counts up whenever everything that was received is forgotten
 
+    bool filed() const { return !dropped && decision == spi::filing::filed; }
     long end() const { return start + static_cast<long>(duration / 60); }
 };
 
@@ -91,10 +93,9 @@ struct announcement {
 };
 
 struct image_arrival {
-    enum use_t { written, refused, too_large, larger_there };
     struct use {
         std::size_t announcement;
-        use_t how;
+        spi::logo_refusal refusal;  // none: written
     };
     std::size_t line;
     std::size_t object;

@@ -22,18 +22,16 @@ const char* mime_of(const bytes& body) {
     return std::strcmp(header->kind, "JPEG") == 0 ? "image/jpeg" : nullptr;
 }
 
-const char* refusal(const announcement& of) {
-    if (of.station.sid == 0 || of.station.ecc == 0) return "not written: no station";
-    if (of.station.sid > 0xFFFF) return "not written: a 32-bit service";
-    return of.format == spi::LOGO_FORMAT_PNG ? "not written: its size" : "not written: its format";
-}
-
-const char* outcome(image_arrival::use_t how, const announcement& of) {
-    switch (how) {
-        case image_arrival::written: return "written";
-        case image_arrival::refused: return refusal(of);
-        case image_arrival::too_large: return "not written: too large";
-        case image_arrival::larger_there: return "not written: a larger one is there";
+const char* outcome(spi::logo_refusal refusal) {
+    switch (refusal) {
+        case spi::logo_refusal::none: return "written";
+        case spi::logo_refusal::no_station: return "not written: no station";
+        case spi::logo_refusal::long_service_id: return "not written: a 32-bit service";
+        case spi::logo_refusal::format: return "not written: its format";
+        case spi::logo_refusal::size_code: return "not written: its size";
+        case spi::logo_refusal::too_large: return "not written: too large";
+        case spi::logo_refusal::no_name: return "not written: no name";
+        case spi::logo_refusal::larger_there: return "not written: a larger one is there";
     }
     return "";
 }
@@ -56,7 +54,7 @@ std::string figure(const check_report& of, const places& where, const image_arri
     if (!of.input.folder) text += ", line " + std::to_string(arrival.line);
     std::map<std::string, std::size_t> outcomes;
     for (const image_arrival::use& use : arrival.uses)
-        ++outcomes[outcome(use.how, of.past.announcements[use.announcement])];
+        ++outcomes[outcome(use.refusal)];
     for (const auto& [how, count] : outcomes)
         text += "<br>" + how + (count > 1 ? ", " + std::to_string(count) + " times" : "");
     const std::string links = first ? where.links_at(of, place) : "";
@@ -69,11 +67,11 @@ std::string figure(const check_report& of, const places& where, const image_arri
 std::string logos_section(const check_report& of, const places& where) {
     std::string text = "<section id=\"logos\">\n<h2>Logos</h2>\n";
     // Repetitions that end in the same way are shown once.
-    std::set<std::pair<std::size_t, image_arrival::use_t>> shown;
+    std::set<std::pair<std::size_t, spi::logo_refusal>> shown;
     std::vector<bool> seen(of.past.objects.size());
     std::vector<const image_arrival*> arrivals;
     for (const image_arrival& each : of.past.images) {
-        if (each.uses.empty() || !shown.insert({each.object, each.uses.front().how}).second) continue;
+        if (each.uses.empty() || !shown.insert({each.object, each.uses.front().refusal}).second) continue;
         arrivals.push_back(&each);
     }
     const auto of_whom = [&](const image_arrival* each) {

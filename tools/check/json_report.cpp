@@ -56,8 +56,16 @@ ordered_json to_json(const check_report& of, const service_schedule& schedule) {
     return json;
 }
 
+const char* outcome_name(spi::logo_refusal refusal) {
+    switch (refusal) {
+        case spi::logo_refusal::none: return "written";
+        case spi::logo_refusal::too_large: return "too-large";
+        case spi::logo_refusal::larger_there: return "larger-there";
+        default: return "refused";
+    }
+}
+
 ordered_json logos(const check_report& of) {
-    static constexpr const char* uses[] = {"written", "refused", "too-large", "larger-there"};
     ordered_json all = ordered_json::array();
     for (const image_arrival& arrival : of.past.images) {
         for (const image_arrival::use& use : arrival.uses) {
@@ -68,9 +76,9 @@ ordered_json logos(const check_report& of) {
             json["format"] = format_text(announced.format);
             json["size"] = size_text(announced.size_code);
             json["bytes"] = of.past.objects[arrival.object].body->size();
-            json["outcome"] = uses[use.how];
+            json["outcome"] = outcome_name(use.refusal);
             json["file"] =
-                use.how == image_arrival::written ? ordered_json(announced.file) : ordered_json(nullptr);
+                use.refusal == spi::logo_refusal::none ? ordered_json(announced.file) : ordered_json(nullptr);
             if (!of.input.folder) json["line"] = arrival.line;
             all.push_back(std::move(json));
         }

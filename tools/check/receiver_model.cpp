@@ -5,10 +5,12 @@
 #include <tuple>
 #include <utility>
 
-#include "src/event_db/programme_time.h"
-#include "src/logo_db/logo_files.h"
+#include "src/event_db/filing_rules.h"
+#include "src/logo_db/logo_rules.h"
 #include "src/logo_db/spi_logo_data.h"
+#include "src/parse/mot_content.h"
 #include "src/parse/spi_body_table.h"
+#include "src/server/host_rules.h"
 #include "tools/check/input.h"
 #include "tools/check/local_day.h"
 #include "tools/receiver/receiver_view.h"
@@ -17,14 +19,6 @@
 namespace dabspi::check {
 
 namespace {
-
-constexpr std::uint16_t kLastReadSubtype = 1;  // of SPI objects
-constexpr std::uint16_t kJfif = 1;             // ContentSubType of images
-constexpr std::uint16_t kPng = 3;
-
-bool same_date(const spi::MotDateTime& a, const spi::MotDateTime& b) {
-    return a.year == b.year && a.month == b.month && a.day == b.day;
-}
 
 // The logo files that the listener was told of, by line.
 using told_files = std::multimap<std::size_t, std::string>;
@@ -57,27 +51,23 @@ class receiver {
         spi::MotDateTime now;
         now.put_date(call.date);
         now.put_time(call.time);
-        // The parser looks at the day of the month alone.
-        if (now.day != parser_day_) {
-            if (parser_year_ != 0) forget_read_objects();
-            parser_day_ = now.day;
-            parser_year_ = now.year;
-        }
-        if (clock_.year != 0 && !same_date(clock_, now)) {
+        const spi::date_effect effect = spi::effect_of_date(parser_date_, now);
+        if (effect == spi::date_effect::emptied) forget_read_objects();
+        if (effect != spi::date_effect::same_day) parser_date_ = now;
+        if (spi::change_of_clock(clock_, now) == spi::clock_change::new_day) {
             note_tomorrows();
             for (auto& [service, days] : schedules_)
-                if (!days.empty()) days.erase(days.begin());
+                spi::retire_day(days);
         }
         clock_ = now;
         if (now.year != 0) out_.clock.push_back({line_, minute_of(now)});
     }
 
     void take(const set_current_service& call) {
-        if (call.ensemble != host_ensemble_) {
-            if (host_ensemble_ != 0) forget_everything();
-            if (call.ensemble != 0) parser_ensemble_ = call.ensemble;
-            host_ensemble_ = call.ensemble;
-        }
+        const spi::ensemble_change change = spi::change_of_ensemble(host_ensemble_, call.ensemble);
+        if (spi::forgets_everything(change)) forget_everything();
+        if (spi::reaches_parser(change)) parser_ensemble_ = call.ensemble;
+        host_ensemble_ = call.ensemble;
         out_.listened.insert(id_of(call.service));
     }
 
@@ -85,9 +75,9 @@ class receiver {
 
     void take(const feed_mot_body& call) {
         const std::size_t object = object_of(call);
-        switch (call.content_type) {
-            case kSpiContent: take_spi(object); break;
-            case kImageContent:
+        switch (spi::destination_of(call.content_type)) {
+            case spi::QID_PARSE: take_spi(object); break;
+            case spi::QID_LOGODB:
                 arrive(object, object_arrival::image);
                 take_image(object);
                 break;
@@ -113,7 +103,7 @@ class receiver {
         }
         sent_object object{
             call.content_name, call.content_type, call.content_subtype, service, call.body, {line_}, {}};
-        if (call.content_type == kSpiContent)
+        if (spi::destination_of(call.content_type) == spi::QID_PARSE)
             object.tree = spi_object::decode(*call.body, {call.content_subtype});
         out_.objects.push_back(std::move(object));
         known_.emplace(key, out_.objects.size() - 1);
@@ -136,9 +126,8 @@ class receiver {
                           before);
         }
         remembered_[key] = object;
-        if (sent.subtype > kLastReadSubtype) return arrive(object, object_arrival::subtype);
-        arrive(object, object_arrival::read);
         const spi_object::receiver_view taken = spi_object::take(*sent.body, sent.subtype, parser_ensemble_);
+        arrive(object, taken.read ? object_arrival::read : object_arrival::subtype);
         out_.cut = out_.cut || taken.more != 0;
         for (const spi_object::taken_programme& each : taken.programmes)
             take_programme(object, each);
@@ -173,29 +162,19 @@ class receiver {
         arrival.time = taken.programme.time;
         arrival.duration = taken.programme.duration;
         arrival.start = local_start(taken.programme);
-        if (taken.dropped) arrival.dropped = *taken.dropped;
-        arrival.fate = taken.dropped ? programme_arrival::without_service : file(taken, arrival);
+        arrival.dropped = taken.dropped;
+        if (!taken.dropped) file(taken.programme, arrival);
         out_.programmes.push_back(std::move(arrival));
     }
 
-    programme_arrival::fate_t file(const spi_object::taken_programme& taken, programme_arrival& arrival) {
-        if (taken.programme.time.mjd == 0) return programme_arrival::without_start;
-        if (clock_.year == 0) return programme_arrival::before_date;
-        const int minute = spi::start_minute(taken.programme);
-        const std::uint32_t day =
-            taken.programme.time.mjd - (minute < 0 ? 1U : 0U) + (minute >= spi::kMinutesPerDay ? 1U : 0U);
-        if (!is_date_of(day) && !is_date_of(day - 1)) return programme_arrival::other_day;
-        arrival.unreachable = minute < 0;
-        const auto [place, is_new] =
-            schedules_[arrival.service][day].emplace(minute % spi::kMinutesPerDay, out_.programmes.size());
-        arrival.holder = place->second;
-        return is_new ? programme_arrival::filed : programme_arrival::minute_taken;
-    }
-
-    bool is_date_of(std::uint32_t day) const {
-        spi::SpiTimePoint midnight;
-        midnight.mjd = day;
-        return same_date(midnight.local_time(0), clock_);
+    void file(const spi::PiScheduleProgramme& programme, programme_arrival& arrival) {
+        const spi::filing_place place = spi::place_of(programme, clock_);
+        arrival.decision = place.decision;
+        if (place.decision != spi::filing::filed) return;
+        arrival.unreachable = !place.reachable();
+        auto& day = schedules_[arrival.service][place.day];
+        arrival.decision = spi::file_under(day, place.minute, out_.programmes.size());
+        arrival.holder = day.at(place.minute);
     }
 
     void note_tomorrows() {
@@ -221,7 +200,7 @@ class receiver {
         auto offset = taken.logo_offsets.begin();
         for (const spi::SpiLogoInfo& logo : taken.info.logos) {
             const spi::ServElemId data_service = out_.objects[object].data_service;
-            waiting_[{data_service, logo.name}].push_back(out_.announcements.size());
+            waiting_[data_service][logo.name].push_back(out_.announcements.size());
             out_.announcements.push_back({line_, object, *offset++, service, logo.service, logo.image_format,
                                           logo.size_code, logo.name, spi::SpiLogoData(logo).get_meta().name,
                                           data_service});
@@ -231,39 +210,38 @@ class receiver {
     void take_image(std::size_t object) {
         const sent_object& sent = out_.objects[object];
         image_arrival arrival{line_, object};
-        arrival.subtype_used = sent.subtype == kJfif || sent.subtype == kPng;
-        const auto found = waiting_.find({sent.data_service, sent.content_name});
-        if (arrival.subtype_used && found != waiting_.end()) {
+        arrival.subtype_used =
+            spi::is_logo_image({spi::kSpiApplication, sent.type, sent.subtype, sent.content_name});
+        if (arrival.subtype_used) {
             std::multiset<std::string> told;
             for (auto [at, last] = told_.equal_range(line_); at != last; ++at)
                 told.insert(at->second);
-            for (const std::size_t each : found->second)
+            for (const std::size_t each : spi::use_up(waiting_, sent.data_service, sent.content_name)
+                                              .value_or(std::vector<std::size_t>()))
                 arrival.uses.push_back({each, use(out_.announcements[each], *sent.body, told)});
-            waiting_.erase(found);
         }
         out_.images.push_back(std::move(arrival));
     }
 
-    image_arrival::use_t use(const announcement& of, const bytes& body, std::multiset<std::string>& told) {
+    spi::logo_refusal use(const announcement& of, const bytes& body, std::multiset<std::string>& told) {
         spi::SpiLogoInfo logo;
         logo.service = of.station;
         logo.image_format = of.format;
         logo.size_code = of.size_code;
         logo.name = of.file;
-        const auto size = static_cast<std::uint32_t>(body.size());
-        if (!spi::is_writable_logo(logo, size))
-            return spi::is_writable_logo(logo, 0) ? image_arrival::too_large : image_arrival::refused;
+        const spi::logo_refusal refusal = spi::refusal_of_logo(logo, static_cast<std::uint32_t>(body.size()));
+        if (refusal != spi::logo_refusal::none) return refusal;
         const std::string large =
-            spi::station_prefix(of.station.ecc, static_cast<int>(of.station.sid), of.station.scids) + "_4.";
+            spi::larger_logo_name(of.station.ecc, static_cast<int>(of.station.sid), of.station.scids);
         const auto there = files_.lower_bound(large);
         const auto heard = told.find(of.file);
         // When one image serves both sizes, the order among them is not laid down: the listener knows it.
-        if (logo.size_code == spi::LOGO_SIZE_128x128 && there != files_.end() &&
+        if (spi::gives_way_to_larger(logo) && there != files_.end() &&
             there->compare(0, large.size(), large) == 0 && heard == told.end())
-            return image_arrival::larger_there;
+            return spi::logo_refusal::larger_there;
         if (heard != told.end()) told.erase(heard);
         files_.insert(of.file);
-        return image_arrival::written;
+        return spi::logo_refusal::none;
     }
 
     history out_;
@@ -275,17 +253,16 @@ class receiver {
     std::uint16_t host_ensemble_ = 0;
     std::uint16_t parser_ensemble_ = 0;
     std::size_t life_ = 0;
-    std::uint8_t parser_day_ = 0;
-    std::uint16_t parser_year_ = 0;
+    spi::MotDateTime parser_date_;
     spi::SpiBodyTable table_;
     std::map<std::pair<spi::ServElemId, std::string>, std::size_t> remembered_;  // what the table knows
     spi::MotDateTime clock_;
-    std::map<spi::ServElemId, std::map<std::uint32_t, std::map<int, std::size_t>>> schedules_;
+    std::map<spi::ServElemId, std::map<std::uint32_t, std::map<std::uint16_t, std::size_t>>> schedules_;
     std::map<std::pair<spi::ServElemId, long>, std::size_t> without_tomorrow_;
     std::set<std::pair<spi::ServElemId, long>> with_tomorrow_;
 
     // The logo store's.
-    std::map<std::pair<spi::ServElemId, std::string>, std::vector<std::size_t>> waiting_;
+    spi::announcement_table<std::size_t> waiting_;
     std::set<std::string> files_;
 };
 
@@ -309,12 +286,12 @@ std::vector<std::string> disagreements(const history& told, const hearing& heard
     std::map<std::size_t, std::vector<std::string>> expected_programmes, heard_programmes;
     std::map<std::size_t, std::multiset<std::string>> expected_logos, heard_logos;
     for (const programme_arrival& each : told.programmes)
-        if (each.fate == programme_arrival::filed)
+        if (each.filed())
             expected_programmes[each.line].push_back(
                 told_text(each.service, each.time.local_time(0), each.duration / 60, each.name));
     for (const image_arrival& each : told.images)
         for (const image_arrival::use& use : each.uses)
-            if (use.how == image_arrival::written)
+            if (use.refusal == spi::logo_refusal::none)
                 expected_logos[each.line].insert(told.announcements[use.announcement].file);
     for (const heard_notification& each : heard.all) {
         if (const auto* programme = std::get_if<programme_info>(&each.what)) {

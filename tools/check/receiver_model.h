@@ -1,7 +1,6 @@
-// The receiver's rules, told again for explaining: which objects are read, which programmes are stored, which
-// logos are written. Wherever the library's own code can be asked it is: its reader, its table of read
-// objects, its conditions and names of logos. disagreements() holds the rest to what the library's listener
-// heard.
+// Simulates the receiver and records why each item was kept or dropped. The library's own functions decide:
+// its parsers, its table of read objects, and the rules of its server and stores. disagreements() compares
+// the outcome with what the library's listener was called with.
 #pragma once
 
 #include <string>

@@ -21,8 +21,8 @@ class image_rules {
         for (const announcement& each : in.announcements) {
             const logo_name name{each.data_service, each.content_name};
             announced_.emplace(name, each.line);
-            if (each.format == spi::LOGO_FORMAT_PNG &&
-                (each.size_code == spi::LOGO_SIZE_128x128 || each.size_code == spi::LOGO_SIZE_320x240))
+            if (spi::refusal_of_format(each.format) == spi::logo_refusal::none &&
+                spi::refusal_of_size(each.size_code) == spi::logo_refusal::none)
                 wanted_.insert(name);
         }
     }
@@ -76,20 +76,20 @@ class image_rules {
         for (const image_arrival::use& use : arrival.uses) {
             const announcement& of = in_.announcements[use.announcement];
             what.service = of.station;
-            switch (use.how) {
-                case image_arrival::refused: break;  // told with the announcement
-                case image_arrival::too_large:
+            switch (use.refusal) {
+                case spi::logo_refusal::too_large:
                     add(finding_code::logo_too_large, what, of,
                         std::to_string(object.body->size()) + " bytes, " +
-                            std::to_string(object.body->size() - kMost) + " too many");
+                            std::to_string(object.body->size() - spi::kLargestLogo) + " too many");
                     break;
-                case image_arrival::larger_there:
+                case spi::logo_refusal::larger_there:
                     add(finding_code::logo_larger_there, what, of, "not written");
                     break;
-                case image_arrival::written:
+                case spi::logo_refusal::none:
                     if (++written[of.file] == 2) add(finding_code::logo_twice, what, of, times(arrival, of));
                     look_inside(of, object, what);
                     break;
+                default: break;  // told with the announcement
             }
         }
     }
@@ -115,8 +115,6 @@ class image_rules {
         what.text = logo_text(of) + ": " + text;
         found_.add(what, of.file);
     }
-
-    static constexpr std::size_t kMost = 22528;  // bytes of a logo
 
     const history& in_;
     finding_list& found_;

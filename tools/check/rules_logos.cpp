@@ -12,8 +12,6 @@ namespace dabspi::check {
 
 namespace {
 
-constexpr std::uint32_t kFirst32BitSid = 0x10000;
-
 using logo_name = std::pair<spi::ServElemId, std::string>;  // data service and content name
 
 std::string called(const announced_service& service) {
@@ -25,13 +23,14 @@ std::string called(const announced_service& service) {
 void note_station(const history& in, const announcement& of, finding what, finding_list& found) {
     const announced_service& service = in.services[of.service];
     what.byte = service.offset;
-    if (of.station.sid == 0 || of.station.ecc == 0) {
+    const spi::logo_refusal refusal = spi::refusal_of_station(of.station);
+    if (refusal == spi::logo_refusal::no_station) {
         what.code = finding_code::logo_no_station;
-        const bool later = service.service.sid != 0 && service.service.ecc != 0;
+        const bool later = spi::refusal_of_station(service.service) != spi::logo_refusal::no_station;
         if (later) what.service = service.service;
         what.text = called(service) + ": " +
                     (later ? "its bearers stand behind its media" : "it has no bearer that counts");
-    } else if (of.station.sid >= kFirst32BitSid) {
+    } else if (refusal == spi::logo_refusal::long_service_id) {
         what.code = finding_code::logo_32_bit;
         what.text = called(service) + ": " + service_text(of.station);
     } else {
@@ -43,11 +42,11 @@ void note_station(const history& in, const announcement& of, finding what, findi
 void note_kind(const announcement& of, finding what, finding_list& found) {
     const std::string key = std::to_string(of.offset);
     what.text = logo_text(of);
-    if (of.format != spi::LOGO_FORMAT_PNG) {
+    if (spi::refusal_of_format(of.format) != spi::logo_refusal::none) {
         what.code = of.format == spi::LOGO_FORMAT_JPEG ? finding_code::logo_jpeg : finding_code::logo_format;
         found.add(what, key);
     }
-    if (of.size_code != spi::LOGO_SIZE_128x128 && of.size_code != spi::LOGO_SIZE_320x240) {
+    if (spi::refusal_of_size(of.size_code) != spi::logo_refusal::none) {
         what.code = finding_code::logo_size;
         found.add(what, key);
     }

@@ -24,9 +24,10 @@ std::string shown(const programme_arrival& of) {
            (of.time.mjd == 0 ? "" : ", " + minute_text(of.start));
 }
 
-void note_without_service(const programme_arrival& of, finding what, finding_list& found) {
-    const std::string names = shown(of) + " names ensemble " + hexadecimal(of.dropped.ensemble);
-    switch (of.dropped.reason) {
+void note_without_service(const programme_arrival& of, const spi::no_service& why, finding what,
+                          finding_list& found) {
+    const std::string names = shown(of) + " names ensemble " + hexadecimal(why.ensemble);
+    switch (why.reason) {
         case spi::no_service::not_named:
             what.code = finding_code::no_scope_no_bearer;
             what.text = shown(of);
@@ -83,26 +84,27 @@ void look_at_programmes(const history& in, finding_list& found) {
     for (const programme_arrival& each : in.programmes) {
         finding what{finding_code::other_day, each.line, each.object, each.offset};
         const std::string key = std::to_string(each.offset);
-        if (each.fate != programme_arrival::without_service) {
-            what.service = each.service;
-            what.minute = each.start;
+        if (each.dropped) {
+            note_without_service(each, *each.dropped, what, found);
+            continue;
         }
-        switch (each.fate) {
-            case programme_arrival::filed: note_filed(each, what, found); break;
-            case programme_arrival::minute_taken: note_taken_minute(in, each, what, found); break;
-            case programme_arrival::without_service: note_without_service(each, what, found); break;
-            case programme_arrival::before_date:
+        what.service = each.service;
+        what.minute = each.start;
+        switch (each.decision) {
+            case spi::filing::filed: note_filed(each, what, found); break;
+            case spi::filing::minute_taken: note_taken_minute(in, each, what, found); break;
+            case spi::filing::before_date:
                 what.code = finding_code::before_date;
                 what.text = shown(each) + " of " + service_text(each.service);
                 found.add_of_object(what, key);
                 break;
-            case programme_arrival::without_start:
+            case spi::filing::without_start:
                 what.code = finding_code::no_start;
                 what.text = shown(each) + " of " + service_text(each.service);
                 what.minute.reset();
                 found.add_of_object(what, key);
                 break;
-            case programme_arrival::other_day:
+            case spi::filing::other_day:
                 what.code = finding_code::other_day;
                 what.text = shown(each) + " of " + service_text(each.service);
                 found.add_of_object(what, key);

@@ -15,7 +15,7 @@ std::vector<service_schedule> schedules_of(const history& in) {
         if (service.sid != 0) received[service];
     for (std::size_t i = 0; i < in.programmes.size(); ++i) {
         const programme_arrival& each = in.programmes[i];
-        if (each.fate == programme_arrival::filed && !each.unreachable)
+        if (each.filed() && !each.unreachable)
             received[each.service][each.start / kDayMinutes][each.life][each.start] = i;
     }
     std::vector<service_schedule> all;

@@ -1,11 +1,86 @@
-#include <iterator>
-#include <memory>
-
-#include "src/event/payloads.h"
-#include "src/event_db/programme_time.h"
 #include "src/event_db/spi_event_db.h"
 
+#include <utility>
+
+#include "src/event/payloads.h"
+#include "src/event_db/filing_rules.h"
+#include "src/event_db/programme_time.h"
+
 namespace spi {
+
+SpiEventDb::SpiEventDb() : event_proc(QID_EVTDB, worker_duties{}) {
+    begin(*this);
+}
+SpiEventDb::~SpiEventDb() {
+    destroy_proc();
+}
+
+// Stopped between two programmes: what is said of the first still leaves.
+void SpiEventDb::post() {
+    results_.flush();
+}
+
+// Programmes come many at a time: what is said of them waits while more follow.
+void SpiEventDb::process_event(event& e) {
+    const outbox::turn turn(results_, e.code() == EC_EVTINFO && follows(EC_EVTINFO));
+    switch (e.code()) {
+        case EC_DATETIME: cfu_date_time(static_cast<const date_time_event&>(*e.payload).now); break;
+        case EC_SERV: cfu_service(static_cast<const set_service_event&>(*e.payload).service); break;
+        case EC_EVTINFO: {
+            const auto& received = static_cast<const pi_programme_event&>(*e.payload);
+            handle_programme(received.service, received.programme, e.payload);
+            break;
+        }
+        case EC_RESEND: send_nownext(); break;  // as they stand, set or not
+        case EC_DBCLEAR: clear_db(); break;
+        case EC_TERM: event_proc::process_event(e); break;
+        default: break;
+    }
+}
+
+int SpiEventDb::handle_programme(const ServElemId& service, const PiScheduleProgramme& programme,
+                                 std::shared_ptr<i_evt_base> as_received) {
+    const filing_place place = place_of(programme, current_time_);
+    if (place.decision != filing::filed) return 1;
+
+    auto& days = schedules_[service];
+    auto schedule = days.find(place.day);
+    // Allocated before it is inserted: where there is no memory for it, no day without a schedule stays
+    // behind.
+    if (schedule == days.end()) schedule = days.emplace(place.day, std::make_shared<DaySchedule>()).first;
+    if (file_under(*schedule->second, place.minute, programme) != filing::filed) return 0;
+
+    if (!as_received) as_received = std::make_shared<pi_programme_event>(service, programme);
+    results_.send(std::move(as_received), QID_CBHDL);
+    check_match(service);
+    return 0;
+}
+
+int SpiEventDb::remove_tt_today() {
+    for (auto& [service, days] : schedules_)
+        retire_day(days);
+    find_curtt(false);  // when no day is left the current timetable stays as it was
+    return 1;
+}
+
+int SpiEventDb::clear_db() {
+    clear(now_);
+    clear(next_);
+    current_timetable_.reset();
+    schedules_.clear();
+    return 0;
+}
+
+void SpiEventDb::dump_db() const {
+    for (const auto& [service, days] : schedules_) {
+        for (const auto& [day, programmes] : days) {
+            const std::string date = date_of_day(day).date();
+            static_cast<void>(date);  // deliberately not written anywhere: a place for a breakpoint
+        }
+    }
+}
+
+// ---- now and next ----
 
 int SpiEventDb::find_curtt(bool tomorrow) {
     const auto service = schedules_.find(current_service_);
@@ -74,14 +149,11 @@ int SpiEventDb::cfu_service(const ServElemId& service) {
 }
 
 int SpiEventDb::cfu_date_time(const MotDateTime& now) {
-    if (current_time_.year != 0) {
-        const bool same_day = now.year == current_time_.year && now.month == current_time_.month &&
-                              now.day == current_time_.day;
-        if (!same_day) {
-            remove_tt_today();
-        } else if (now.hour == current_time_.hour && now.minute == current_time_.minute) {
-            return 0;
-        }
+    switch (change_of_clock(current_time_, now)) {
+        case clock_change::new_day: remove_tt_today(); break;
+        case clock_change::same_minute: return 0;
+        case clock_change::first:
+        case clock_change::same_day: break;
     }
     current_time_ = now;
     // The end minute still counts as running here, and no longer in find_now: a change of programme is told
