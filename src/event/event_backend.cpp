@@ -41,8 +41,8 @@ void event_backend::process_event(event& e) {
            << event_name(e.code());
 }
 
-// A router answers nothing: it passes a request on. What was in hand when its thread ended may have been passed
-// on to some already.
+// A router answers nothing: it passes a request on. What was in hand when its thread ended may have been
+// passed on to some already.
 void event_backend::pass_on_when_ended(event& request, bool in_hand) noexcept {
     try {
         if (!in_hand) return process_event(request);

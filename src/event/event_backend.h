@@ -42,8 +42,8 @@ class event_backend : public event_proc {
     // Whether a worker is registered under `id`.
     bool is_registered(_qid id);
 
-    // An EC_TERM, or an answer to one, got lost for want of memory: somebody may be waiting for an answer that
-    // never comes. Any thread.
+    // An EC_TERM, or an answer to one, got lost for want of memory: somebody may be waiting for an answer
+    // that never comes. Any thread.
     void note_lost_answer() noexcept;
     bool lost_an_answer() const { return lost_answer_; }
 
@@ -52,7 +52,8 @@ class event_backend : public event_proc {
     // worker_duties::handle_together; it may be empty.
     explicit event_backend(std::function<bool(std::list<event>& batch)> pass_on);
 
-    // Calls `deliver` with the worker registered under `id`, and while nobody can take it out of the table. False: there is none.
+    // Calls `deliver` with the worker registered under `id`, and while nobody can take it out of the table.
+    // False: there is none.
     template <class Deliver>
     bool with_worker(_qid id, Deliver deliver) {
         const std::lock_guard<std::recursive_mutex> lock(table_mutex_);

@@ -15,19 +15,6 @@ constexpr int kThreadRegistryValue =
     4000;                            // handed to the framework's thread registry, which knows its meaning
 constexpr int kExitTimeout = 10000;  // milliseconds
 
-// What a worker's thread has taken from its queue. However it is left, what was not handled goes back.
-struct taken_batch {
-    event_queue& queue;
-    std::list<event> events;
-
-    explicit taken_batch(event_queue& from) : queue(from) {}
-    ~taken_batch() {
-        if (!events.empty()) queue.put_back(events);
-    }
-    taken_batch(const taken_batch&) = delete;
-    taken_batch& operator=(const taken_batch&) = delete;
-};
-
 }  // namespace
 
 event_proc::event_proc(_qid id) : event_proc(id, worker_duties{}) {
@@ -73,10 +60,10 @@ void event_proc::post_batch(std::list<event>& batch) {
         post_event(std::move(batch.front()));
 }
 
-// Who has appended something wakes only a sleeper. Where no thread will come for it, he looks after it
-// himself.
+// Where nobody sleeps, the notification costs no call of the kernel. Where no thread will come for what was
+// posted, who has posted it looks after it.
 void event_proc::wake_up() {
-    if (more_.asleep) wake_.notify_all();
+    wake_.notify_all();
     if (more_.ended) answer_requests();
 }
 
@@ -126,18 +113,19 @@ void event_proc::run() {
 
 void event_proc::serve() {
     pre();
-    {
-        taken_batch taken(queue_);
-        const auto wait = [this](std::unique_lock<std::mutex>& lock) {
-            if (!running_) return false;
-            more_.asleep = true;
-            wake_.wait(lock);
-            more_.asleep = false;
-            return true;
-        };
-        while (running_ && queue_.take_all(taken.events, wait))
-            handle(taken.events);
+    const auto wait = [this](std::unique_lock<std::mutex>& lock) {
+        if (running_) wake_.wait(lock);
+        return running_.load();
+    };
+    std::list<event> taken;
+    try {
+        while (running_ && queue_.take_all(taken, wait))
+            handle(taken);
+    } catch (...) {
+        queue_.put_back(taken);
+        throw;
     }
+    queue_.put_back(taken);
     post();
 }
 

@@ -56,8 +56,8 @@ class event_queue {
         return true;
     }
 
-    // Clears `running` and tells whether it was set. Under the mutex: `wait` of take_all can test it, and does
-    // not miss the notification that follows.
+    // Clears `running` and tells whether it was set. Under the mutex: `wait` of take_all can test it, and
+    // does not miss the notification that follows.
     bool stop(std::atomic<bool>& running) {
         const std::lock_guard<std::mutex> lock(mutex_);
         return running.exchange(false);

@@ -5,6 +5,7 @@
 // thread only, or on that of whoever calls its operations directly meanwhile.
 #pragma once
 
+#include <exception>
 #include <list>
 #include <memory>
 #include <utility>
@@ -33,10 +34,12 @@ class outbox {
     // throws, not before the next turn ends.
     class turn {
      public:
-        turn(outbox& results, bool goes_on) : results_(results), goes_on_(goes_on) { results_.in_turn_ = true; }
+        turn(outbox& results, bool goes_on) : results_(results), goes_on_(goes_on) {
+            results_.in_turn_ = true;
+        }
         ~turn() {
             results_.in_turn_ = false;
-            if (!goes_on_ || std::uncaught_exceptions() > 0) results_.flush();
+            if (!goes_on_ || std::uncaught_exceptions() > exceptions_before_) results_.flush();
         }
         turn(const turn&) = delete;
         turn& operator=(const turn&) = delete;
@@ -44,6 +47,7 @@ class outbox {
      private:
         outbox& results_;
         const bool goes_on_;
+        const int exceptions_before_ = std::uncaught_exceptions();
     };
 
     // Sends what is held back. No memory is needed.

@@ -1,6 +1,6 @@
-// What the programme database decides, apart from its worker: whether a programme is filed and under which minute
-// of which day, and what a new date does to the days. Pure: the caller has the containers, of programmes or of
-// whatever stands for them.
+// What the programme database decides, apart from its worker: whether a programme is filed and under which
+// minute of which day, and what a new date does to the days. Pure: the caller has the containers, of
+// programmes or of whatever stands for them.
 #pragma once
 
 #include <cstdint>
@@ -35,14 +35,23 @@ filing file_under(std::map<std::uint16_t, Item>& day, std::uint16_t minute, cons
     return day.try_emplace(minute, item).second ? filing::filed : filing::minute_taken;
 }
 
+inline bool same_date(const MotDateTime& a, const MotDateTime& b) {
+    return a.year == b.year && a.month == b.month && a.day == b.day;
+}
+
 enum class clock_change : std::uint8_t { first, same_minute, same_day, new_day };
 
 // What the host's clock does when it moves from `before` (year 0: not set yet) to `now`.
-clock_change change_of_clock(const MotDateTime& before, const MotDateTime& now);
+inline clock_change change_of_clock(const MotDateTime& before, const MotDateTime& now) {
+    if (before.year == 0) return clock_change::first;
+    if (!same_date(before, now)) return clock_change::new_day;
+    return before.hour == now.hour && before.minute == now.minute ? clock_change::same_minute
+                                                                  : clock_change::same_day;
+}
 
 // What a new day does to the days of one service: the first goes, whatever day that is. The host's date is
-// expected to move on by one day at a time. Deliberate: a date that jumps, or goes back, still retires exactly
-// one day.
+// expected to move on by one day at a time. Deliberate: a date that jumps, or goes back, still retires
+// exactly one day.
 template <class Days>
 void retire_day(Days& days) {
     if (!days.empty()) days.erase(days.begin());

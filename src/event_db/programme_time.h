@@ -14,7 +14,9 @@ inline int start_minute(const PiScheduleProgramme& p) {
 
 // The minute of the day in which the programme ends; a programme that ends at midnight ends at 0.
 inline int end_minute(const PiScheduleProgramme& p) {
-    return (start_minute(p) + p.duration / 60) % kMinutesPerDay;
+    const int end = start_minute(p) + p.duration / 60;
+    // The search for now comes here for each programme of the day: most need no division.
+    return end >= 0 && end < kMinutesPerDay ? end : end % kMinutesPerDay;
 }
 
 // At its midnight.

@@ -40,13 +40,13 @@ int PiScheduleScope::parse(spi_parseable& scope) {
 int PiScheduleScope::parse_seid(spi_parseable& service_scope, ServElemId& service) {
     while (service_scope.has_more()) {
         spi_parseable attr(service_scope);
-        if (attr.tag == TAG_SERVICE_SCOPE_ID) service.parse(service_scope, eid, named);
+        if (attr.tag == TAG_SERVICE_SCOPE_ID) service.parse(service_scope, eid, &named);
     }
     return 0;
 }
 
 int PiScheduleScope::parse_content_id(spi_parseable& element) {
-    seid.parse(element, eid, named);
+    seid.parse(element, eid, &named);
     return 0;
 }
 
@@ -94,15 +94,15 @@ int PiBodyParser::parse_schedule(spi_parseable& schedule) {
 int PiBodyParser::parse_programme(spi_parseable& element) {
     PiScheduleProgramme programme;
     programme.eid = eid_;
-    programme.parse(element, tokens_);
+    EnsemblesNamed by_bearers;
+    programme.parse(element, tokens_, &by_bearers);
 
     // The schedule's own service wins over the programme's bearer, whatever that says.
     const ServElemId service = is_set(scope_.seid) ? scope_.seid : programme.bearer;
     if (is_set(service)) {
         listener_.programme_read(service, std::move(programme), offset_);
     } else {
-        listener_.programme_dropped(why_dropped(scope_.named, programme.named), std::move(programme),
-                                    offset_);
+        listener_.programme_dropped(why_dropped(scope_.named, by_bearers), std::move(programme), offset_);
     }
     return 0;
 }

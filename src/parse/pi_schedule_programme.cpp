@@ -10,7 +10,7 @@
 namespace spi {
 
 // programme (TS 102 371, element 0x1C)
-int PiScheduleProgramme::parse(spi_parseable& programme, SpiTokenTable& tokens) {
+int PiScheduleProgramme::parse(spi_parseable& programme, SpiTokenTable& tokens, EnsemblesNamed* named) {
     while (programme.has_more()) {
         spi_parseable child(programme);
         switch (child.tag) {
@@ -21,8 +21,10 @@ int PiScheduleProgramme::parse(spi_parseable& programme, SpiTokenTable& tokens) 
             case TAG_MEDIUM_NAME:
                 if (name.empty()) parse_name(child, tokens);
                 break;
-            case TAG_LOCATION: parse_location(child); break;  // every one: what a later location codes wins
-            default: break;                                   // passed over when `child` closes
+            case TAG_LOCATION:
+                parse_location(child, named);
+                break;       // every one: what a later location codes wins
+            default: break;  // passed over when `child` closes
         }
     }
     return 0;
@@ -40,12 +42,12 @@ int PiScheduleProgramme::parse_crid(spi_parseable& attr) {
 }
 
 // location (TS 102 371, element 0x19)
-int PiScheduleProgramme::parse_location(spi_parseable& location) {
+int PiScheduleProgramme::parse_location(spi_parseable& location, EnsemblesNamed* named) {
     while (location.has_more()) {
         spi_parseable child(location);
         switch (child.tag) {
             case TAG_TIME: parse_time(child); break;
-            case TAG_BEARER: parse_bearer(child); break;
+            case TAG_BEARER: parse_bearer(child, named); break;
             default: break;  // passed over when `child` closes
         }
     }
@@ -68,7 +70,7 @@ int PiScheduleProgramme::parse_time(spi_parseable& time_element) {
 }
 
 // bearer (TS 102 371, element 0x2D); one on another ensemble is ignored
-int PiScheduleProgramme::parse_bearer(spi_parseable& bearer_element) {
+int PiScheduleProgramme::parse_bearer(spi_parseable& bearer_element, EnsemblesNamed* named) {
     while (bearer_element.has_more()) {
         spi_parseable attr(bearer_element);
         if (attr.tag == TAG_BEARER_ID) bearer.parse(attr, eid, named);

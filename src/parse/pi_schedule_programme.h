@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <string>
 
-#include "src/parse/ensembles_named.h"
 #include "src/parse/mot_date_time.h"
 #include "src/parse/serv_elem_id.h"
 #include "src/parse/spi_time_point.h"
 
 namespace spi {
 
+struct EnsemblesNamed;
 class spi_parseable;
 class SpiTokenTable;
 
@@ -25,16 +25,15 @@ struct PiScheduleProgramme {
     std::string name;            // after token expansion; empty if none
     SpiTimePoint time;           // start
     std::uint16_t duration = 0;  // seconds; 0 if absent, 65535 if its attribute is too short
-    EnsemblesNamed named;        // by its bearers
 
     // Reads a programme element (TS 102 371, 0x1C). These all return 0: what is short or missing leaves its
-    // mark in the fields, see above.
-    int parse(spi_parseable& programme, SpiTokenTable& tokens);
+    // mark in the fields, see above. `named` notes which ensembles the bearers name.
+    int parse(spi_parseable& programme, SpiTokenTable& tokens, EnsemblesNamed* named = nullptr);
     int parse_name(spi_parseable& name_element, SpiTokenTable& tokens);
     int parse_crid(spi_parseable& attr);
-    int parse_location(spi_parseable& location);
+    int parse_location(spi_parseable& location, EnsemblesNamed* named = nullptr);
     int parse_time(spi_parseable& time_element);
-    int parse_bearer(spi_parseable& bearer_element);
+    int parse_bearer(spi_parseable& bearer_element, EnsemblesNamed* named = nullptr);
 
     // One line for logs: "09:05 Morning news (30min)".
     std::string sig() const;

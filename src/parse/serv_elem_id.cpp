@@ -31,19 +31,10 @@ int ServElemId::parse(spi_parseable& attr) {
     return 0;
 }
 
-int ServElemId::parse(spi_parseable& attr, unsigned short eid) {
-    EnsemblesNamed unused;
-    return parse(attr, eid, unused);
-}
-
-int ServElemId::parse(spi_parseable& attr, unsigned short eid, EnsemblesNamed& named) {
+int ServElemId::parse(spi_parseable& attr, unsigned short eid, EnsemblesNamed* named) {
     const content_id read = read_content_id(attr);
-    if (read.eid != eid) {
-        if (!named.other) named.first_other = read.eid;
-        named.other = true;
-        return 1;
-    }
-    named.received = true;
+    if (named != nullptr) named->note(read.eid, eid);
+    if (read.eid != eid) return 1;
     *this = read.service;
     return 0;
 }

@@ -20,10 +20,8 @@ struct ServElemId {
     // leaves them out is misread. Always 0.
     int parse(spi_parseable& attr);
     // The same, stored only when the coded ensemble identifier is `eid`: then 0. Otherwise 1, and nothing
-    // changes.
-    int parse(spi_parseable& attr, unsigned short eid);
-    // The same, and notes which ensemble was named.
-    int parse(spi_parseable& attr, unsigned short eid, EnsemblesNamed& named);
+    // changes. `named` notes which ensemble was named.
+    int parse(spi_parseable& attr, unsigned short eid, EnsemblesNamed* named = nullptr);
 
     // All three fields in one number: ecc in bits 40..47, sid in 8..39, scids in 0..7.
     std::uint64_t val() const { return std::uint64_t{ecc} << 40 | std::uint64_t{sid} << 8 | scids; }

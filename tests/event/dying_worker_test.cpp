@@ -45,7 +45,7 @@ struct DyingWorker : testing::Test {
     const watchdog guard;
     thread_faults threads;
     captured_debug debug;
-    journal<int> answers;                          // 0 for an EC_TERM, else a marker's number
+    journal<int> answers;  // 0 for an EC_TERM, else a marker's number
     batch_backend router;  // thread 1
     scripted_worker server{
         QID_SERV, [this](event& e) { answers.add(e.code() == EC_TERM ? 0 : number_of(e)); }};  // thread 2

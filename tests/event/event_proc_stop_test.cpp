@@ -97,7 +97,8 @@ TEST(StoppedWorker, IsStoppedByItsBaseDestructorToo) {
 // A class whose constructor never comes to its end.
 class incomplete_worker final : public event_proc {
  public:
-    explicit incomplete_worker(std::atomic<int>& calls) : event_proc(QID_PARSE, worker_duties{}), calls_(calls) {}
+    explicit incomplete_worker(std::atomic<int>& calls)
+        : event_proc(QID_PARSE, worker_duties{}), calls_(calls) {}
     ~incomplete_worker() override { destroy_proc(); }
     using event_proc::post;
     void pre() override { ++calls_; }
@@ -124,7 +125,8 @@ TEST(StoppedWorker, BeforeItWasCompleteItRunsNeitherHookNorHandler) {
 // Opens the gate in its own time.
 class late_worker final : public event_proc {
  public:
-    explicit late_worker(journal<std::string>& calls) : event_proc(QID_PARSE, worker_duties{}), calls_(calls) {}
+    explicit late_worker(journal<std::string>& calls)
+        : event_proc(QID_PARSE, worker_duties{}), calls_(calls) {}
     ~late_worker() override { destroy_proc(); }
     using event_proc::post;
     void open() { begin(*this); }

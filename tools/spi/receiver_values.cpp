@@ -46,7 +46,7 @@ std::uint16_t receiver_ensemble(byte_view attribute_content) {
     spi::ReadBuffer buffer(attribute_of(attribute_content));
     spi::spi_parseable attribute(buffer);
     spi::EnsemblesNamed named;
-    spi::ServElemId().parse(attribute, 0, named);
+    spi::ServElemId().parse(attribute, 0, &named);
     return named.received ? 0 : named.first_other;
 }
 
