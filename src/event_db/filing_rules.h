@@ -1,6 +1,6 @@
-// What the programme database decides, apart from its worker: whether a programme is filed and under which minute
-// of which day, and what a new date does to the days. Pure: the caller has the containers, of programmes or of
-// whatever stands for them.
+// What the programme database decides, apart from its worker: whether a programme is filed and under which
+// minute of which day, and what a new date does to the days. Pure: the caller has the containers, of
+// programmes or of whatever stands for them.
 #pragma once
 
 #include <cstdint>
@@ -41,8 +41,8 @@ enum class clock_change : std::uint8_t { first, same_minute, same_day, new_day }
 clock_change change_of_clock(const MotDateTime& before, const MotDateTime& now);
 
 // What a new day does to the days of one service: the first goes, whatever day that is. The host's date is
-// expected to move on by one day at a time. Deliberate: a date that jumps, or goes back, still retires exactly
-// one day.
+// expected to move on by one day at a time. Deliberate: a date that jumps, or goes back, still retires
+// exactly one day.
 template <class Days>
 void retire_day(Days& days) {
     if (!days.empty()) days.erase(days.begin());

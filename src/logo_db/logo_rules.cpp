@@ -16,7 +16,7 @@ logo_refusal refusal_of_format(std::uint8_t image_format) {
 
 logo_refusal refusal_of_size(std::uint8_t size_code) {
     return size_code == LOGO_SIZE_128x128 || size_code == LOGO_SIZE_320x240 ? logo_refusal::none
-                                                                           : logo_refusal::size_code;
+                                                                            : logo_refusal::size_code;
 }
 
 logo_refusal refusal_of_logo(const SpiLogoInfo& logo, std::uint32_t body_size) {
@@ -32,8 +32,8 @@ bool gives_way_to_larger(const SpiLogoInfo& logo) {
 }
 
 std::string station_prefix(int ecc, int sid, int scids) {
-    return hexadecimal((static_cast<unsigned>(ecc) & 0xFF) << 20 | (static_cast<unsigned>(sid) & 0xFFFF) << 4 |
-                       (static_cast<unsigned>(scids) & 0xF));
+    return hexadecimal((static_cast<unsigned>(ecc) & 0xFF) << 20 |
+                       (static_cast<unsigned>(sid) & 0xFFFF) << 4 | (static_cast<unsigned>(scids) & 0xF));
 }
 
 std::string larger_logo_name(int ecc, int sid, int scids) {

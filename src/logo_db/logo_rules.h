@@ -1,6 +1,6 @@
-// What the logo store decides, apart from its worker and the disk: which images it takes, which announcement they
-// use up, and whether and why a logo is not written. Pure: the caller has the announcements, or what stands for
-// them.
+// What the logo store decides, apart from its worker and the disk: which images it takes, which announcement
+// they use up, and whether and why a logo is not written. Pure: the caller has the announcements, or what
+// stands for them.
 #pragma once
 
 #include <cstdint>
@@ -44,8 +44,8 @@ logo_refusal refusal_of_logo(const SpiLogoInfo& logo, std::uint32_t body_size);
 // True for a logo that is not written once its station has a file that matches larger_logo_name.
 bool gives_way_to_larger(const SpiLogoInfo& logo);
 
-// How the searches in the logo root name a station: ECC, service identifier and SCIdS packed into one number (of
-// which 8, 16 and 4 bits take part), in upper-case hexadecimal.
+// How the searches in the logo root name a station: ECC, service identifier and SCIdS packed into one number
+// (of which 8, 16 and 4 bits take part), in upper-case hexadecimal.
 std::string station_prefix(int ecc, int sid, int scids);
 // What the names of a station's 320 x 240 logos begin with, of whatever format.
 std::string larger_logo_name(int ecc, int sid, int scids);
@@ -53,14 +53,14 @@ std::string larger_logo_name(int ecc, int sid, int scids);
 // An image of an SPI service: user application type 7, ContentType 2, ContentSubType 1 (JFIF) or 3 (PNG).
 bool is_logo_image(const MotBodyMetadata& metadata);
 
-// What was announced, by the service that the description came with and by content name. Equal names may occur
-// several times, and keep their order: a multimap in effect. Ordered, both of them: a broadcast chooses
+// What was announced, by the service that the description came with and by content name. Equal names may
+// occur several times, and keep their order: a multimap in effect. Ordered, both of them: a broadcast chooses
 // identifiers and names, and could give them all one hash value or one bucket.
 template <class Item>
 using announcement_table = std::map<ServElemId, std::map<std::string, std::vector<Item>>>;
 
-// What an image uses up: every announcement of its name, whatever becomes of each. Nothing for a service without
-// announcements: an image that comes before its announcement is lost.
+// What an image uses up: every announcement of its name, whatever becomes of each. Nothing for a service
+// without announcements: an image that comes before its announcement is lost.
 template <class Item>
 std::optional<std::vector<Item>> use_up(announcement_table<Item>& announced, const ServElemId& service,
                                         const std::string& content_name) {

@@ -6,8 +6,8 @@
 
 namespace spi {
 
-// No prefix; padded with zeros to `digits`. No stream: a name is made for every announcement, and a stream would
-// ask the host's locale first.
+// No prefix; padded with zeros to `digits`. No stream: a name is made for every announcement, and a stream
+// would ask the host's locale first.
 inline void append_hexadecimal(std::string& text, std::uint32_t value, int digits = 1, bool upper = true) {
     int count = 8;
     while (count > digits && value >> (count - 1) * 4 == 0)

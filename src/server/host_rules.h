@@ -1,5 +1,5 @@
-// What the server makes of the host's calls, apart from its workers: which of them an object goes to, and what a
-// change of ensemble does.
+// What the server makes of the host's calls, apart from its workers: which of them an object goes to, and
+// what a change of ensemble does.
 #pragma once
 
 #include <cstdint>
@@ -32,8 +32,8 @@ inline ensemble_change change_of_ensemble(std::uint16_t before, std::uint16_t no
     return now == 0 ? ensemble_change::lost : ensemble_change::another;
 }
 
-// From one ensemble to another, or to none, everything that was received is forgotten; from none to one nothing is.
-// Deliberate.
+// From one ensemble to another, or to none, everything that was received is forgotten; from none to one
+// nothing is. Deliberate.
 inline bool forgets_everything(ensemble_change change) {
     return change == ensemble_change::another || change == ensemble_change::lost;
 }
