@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "spi_wrap/spi_server.h"
+#include "src/parse/mot_content.h"
 
 namespace spi_wrap {
 namespace {
 
 // The application type of SPI data services (TS 101 756).
-constexpr std::uint16_t kSpiApplication = 7;
 
 spi::SpiServer* core_of(const spi_server* server) {
     return server == nullptr ? nullptr : server->core();
@@ -59,7 +59,7 @@ int toSpiServer::FeedMotBody(MotBodyMetadata& metadata, MotBody& body, ServElemI
     spi::SpiServer* const core = core_of(server_);
     if (core == nullptr) return 0;
     spi::MotBodyMetadata parameters;
-    parameters.user_application_type = kSpiApplication;
+    parameters.user_application_type = spi::kSpiApplication;
     parameters.content_type = metadata.content_type;
     parameters.content_subtype = metadata.content_subtype;
     parameters.content_name = metadata.content_name;

@@ -1,12 +1,12 @@
 // Builds binary SPI objects (ETSI TS 102 371) for tests, for the recordings under examples/ and for fuzzing.
 //
 // It is the other half of the tests' oracle: it shares no line with the code that reads the objects and
-// includes nothing from src/, so that both sides would have to be wrong in the same way to agree on something
-// wrong. It can also build what no broadcaster should send (lengths in an unnecessarily long form, lengths
-// that lie, objects cut short). Everything is a plain function over bytes; nothing is kept, any thread may
-// call it. A value that the coding has no room for throws std::invalid_argument (a length beyond 24 bits:
-// std::length_error): a mistake in a test shows where it is. Whole objects from plain records are in
-// spi_builder_objects.h.
+// includes nothing from src/ but the table of tags, so that both sides would have to be wrong in the same way
+// to agree on something wrong. It can also build what no broadcaster should send (lengths in an unnecessarily
+// long form, lengths that lie, objects cut short). Everything is a plain function over bytes; nothing is
+// kept, any thread may call it. A value that the coding has no room for throws std::invalid_argument (a
+// length beyond 24 bits: std::length_error): a mistake in a test shows where it is. Whole objects from plain
+// records are in spi_builder_objects.h.
 //
 //   const bytes object = elem(tag::service_information, {elem(tag::ensemble, {elem(tag::service, {
 //       elem(tag::short_name, {text("R4")}),
@@ -22,9 +22,17 @@
 #include <utility>
 #include <vector>
 
-#include "testkit/spi_builder_tags.h"
+#include "src/parse/spi_tags.h"
 
 namespace spi_builder {
+
+// A test holds these numbers to the standard's.
+namespace tag = spi::tag;
+namespace attribute = spi::attribute;
+using spi::logo_colour_rectangle;
+using spi::logo_colour_square;
+using spi::logo_type;
+using spi::logo_unrestricted;
 
 using bytes = std::vector<std::uint8_t>;
 

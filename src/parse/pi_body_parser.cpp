@@ -26,9 +26,9 @@ int PiScheduleScope::parse(spi_parseable& scope) {
     while (scope.has_more()) {
         spi_parseable child(scope);
         switch (child.tag) {
-            case TAG_SCOPE_START_TIME: start.parse(child); break;
-            case TAG_SCOPE_STOP_TIME: stop.parse(child); break;
-            case TAG_SERVICE_SCOPE: parse_seid(child, seid); break;
+            case attribute::scope::start_time: start.parse(child); break;
+            case attribute::scope::stop_time: stop.parse(child); break;
+            case tag::service_scope: parse_seid(child, seid); break;
             default: break;  // passed over when `child` closes
         }
     }
@@ -40,7 +40,7 @@ int PiScheduleScope::parse(spi_parseable& scope) {
 int PiScheduleScope::parse_seid(spi_parseable& service_scope, ServElemId& service) {
     while (service_scope.has_more()) {
         spi_parseable attr(service_scope);
-        if (attr.tag == TAG_SERVICE_SCOPE_ID) service.parse(service_scope, eid, &named);
+        if (attr.tag == attribute::service_scope::id) service.parse(service_scope, eid, &named);
     }
     return 0;
 }
@@ -58,7 +58,7 @@ int PiBodyParser::parse(MotBody&& body) {
     ReadBuffer buffer(std::move(body));
     while (buffer.in_body()) {
         spi_parseable element(buffer);
-        if (element.tag == TAG_EPG) parse_epg(element);
+        if (element.tag == tag::epg) parse_epg(element);
     }
     return 0;
 }
@@ -68,9 +68,9 @@ int PiBodyParser::parse_epg(spi_parseable& epg) {
     while (epg.has_more()) {
         spi_parseable child(epg);
         switch (child.tag) {
-            case TAG_TOKEN_TABLE: tokens_.parse(child); break;
-            case TAG_DEFAULT_CONTENT_ID: scope_.parse_content_id(child); break;
-            case TAG_SCHEDULE: parse_schedule(child); break;
+            case tag::token_table: tokens_.parse(child); break;
+            case tag::default_content_id: scope_.parse_content_id(child); break;
+            case tag::schedule: parse_schedule(child); break;
             default: break;  // passed over when `child` closes
         }
     }
@@ -83,8 +83,8 @@ int PiBodyParser::parse_schedule(spi_parseable& schedule) {
         offset_ = schedule.buf.pos;
         spi_parseable child(schedule);
         switch (child.tag) {
-            case TAG_SCOPE: scope_.parse(child); break;
-            case TAG_PROGRAMME: parse_programme(child); break;
+            case tag::scope: scope_.parse(child); break;
+            case tag::programme: parse_programme(child); break;
             default: break;  // passed over when `child` closes
         }
     }

@@ -14,17 +14,15 @@ int PiScheduleProgramme::parse(spi_parseable& programme, SpiTokenTable& tokens, 
     while (programme.has_more()) {
         spi_parseable child(programme);
         switch (child.tag) {
-            case TAG_PROGRAMME_SHORT_ID: parse_crid(child); break;
+            case attribute::programme::short_id: parse_crid(child); break;
             // The long name wins over a medium name, in either order; short names are not read for
             // programmes.
-            case TAG_LONG_NAME: parse_name(child, tokens); break;
-            case TAG_MEDIUM_NAME:
+            case tag::long_name: parse_name(child, tokens); break;
+            case tag::medium_name:
                 if (name.empty()) parse_name(child, tokens);
                 break;
-            case TAG_LOCATION:
-                parse_location(child, named);
-                break;       // every one: what a later location codes wins
-            default: break;  // passed over when `child` closes
+            case tag::location: parse_location(child, named); break;  // every one: what a later location codes wins
+            default: break;                                           // passed over when `child` closes
         }
     }
     return 0;
@@ -46,8 +44,8 @@ int PiScheduleProgramme::parse_location(spi_parseable& location, EnsemblesNamed*
     while (location.has_more()) {
         spi_parseable child(location);
         switch (child.tag) {
-            case TAG_TIME: parse_time(child); break;
-            case TAG_BEARER: parse_bearer(child, named); break;
+            case tag::time: parse_time(child); break;
+            case tag::bearer: parse_bearer(child, named); break;
             default: break;  // passed over when `child` closes
         }
     }
@@ -59,10 +57,10 @@ int PiScheduleProgramme::parse_time(spi_parseable& time_element) {
     while (time_element.has_more()) {
         spi_parseable attr(time_element);
         switch (attr.tag) {
-            case TAG_TIME_TIME: time.parse(attr); break;
+            case attribute::time::time: time.parse(attr); break;
             // Bounded by the element, not by the attribute. Deliberate: an attribute of one byte takes the
             // next byte of the element as its second.
-            case TAG_TIME_DURATION: duration = time_element.ru16(); break;
+            case attribute::time::duration: duration = time_element.ru16(); break;
             default: break;
         }
     }
@@ -73,7 +71,7 @@ int PiScheduleProgramme::parse_time(spi_parseable& time_element) {
 int PiScheduleProgramme::parse_bearer(spi_parseable& bearer_element, EnsemblesNamed* named) {
     while (bearer_element.has_more()) {
         spi_parseable attr(bearer_element);
-        if (attr.tag == TAG_BEARER_ID) bearer.parse(attr, eid, named);
+        if (attr.tag == attribute::bearer::id) bearer.parse(attr, eid, named);
     }
     return 0;
 }

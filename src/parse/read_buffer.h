@@ -19,6 +19,10 @@ class ReadBuffer {
  public:
     // No element could be read. Also what a tag byte 0x7F reads as.
     static constexpr std::uint8_t kNoTag = 127;
+    // How many bytes of a length follow its first one (TS 102 371).
+    static constexpr std::uint32_t more_length_bytes(std::uint8_t first) {
+        return first < kTwoByteLength ? 0 : first == kTwoByteLength ? 2 : 3;
+    }
     // A three-byte length that could not be read.
     static constexpr std::uint32_t kNoLength = 0xFFFFFFFF;
 
@@ -133,8 +137,9 @@ inline std::uint8_t ReadBuffer::eval_tag() const {
 
 inline std::uint32_t ReadBuffer::read_len() {
     if (!holds(1)) return 255;  // a missing length byte reads as 255, like every missing byte
-    if (data[pos] < kTwoByteLength) return ru8();
-    return ru8() == kTwoByteLength ? ru16() : ru24();
+    const std::uint8_t first = ru8();
+    const std::uint32_t more = more_length_bytes(first);
+    return more == 0 ? first : more == 2 ? ru16() : ru24();
 }
 
 // The budget's end is the body's.

@@ -13,7 +13,7 @@ int SiBodyParser::parse(ServElemId seid, MotBody&& body) {
     ReadBuffer buffer(std::move(body));
     while (buffer.in_body()) {
         spi_parseable element(buffer);
-        if (element.tag == TAG_SERVICE_INFORMATION) parse_si(element);
+        if (element.tag == tag::service_information) parse_si(element);
     }
     return 0;
 }
@@ -23,8 +23,8 @@ int SiBodyParser::parse_si(spi_parseable& service_information) {
     while (service_information.has_more()) {
         spi_parseable child(service_information);
         switch (child.tag) {
-            case TAG_TOKEN_TABLE: tokens_.parse(child); break;
-            case TAG_ENSEMBLE: parse_ensemble(child); break;
+            case tag::token_table: tokens_.parse(child); break;
+            case tag::ensemble: parse_ensemble(child); break;
             default: break;  // passed over when `child` closes
         }
     }
@@ -36,7 +36,7 @@ int SiBodyParser::parse_ensemble(spi_parseable& ensemble) {
     while (ensemble.has_more()) {
         offset_ = ensemble.buf.pos;
         spi_parseable child(ensemble);
-        if (child.tag == TAG_SERVICE) parse_service(child);
+        if (child.tag == tag::service) parse_service(child);
     }
     return 0;
 }

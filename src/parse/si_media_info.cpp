@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "src/parse/spi_parseable.h"
+#include "src/parse/spi_tags.h"
 #include "src/parse/spi_token_table.h"
 
 namespace spi {
@@ -23,12 +24,10 @@ int SiMediaInfo::parse_url(spi_parseable& attr, SpiTokenTable& tokens) {
 }
 
 void SiMediaInfo::set_type(unsigned char type) {
-    constexpr unsigned char kColourSquare = 4;
-    constexpr unsigned char kColourRectangle = 6;
-    if (type == kColourSquare) {
+    if (type == logo_colour_square) {
         width = 32;
         height = 32;
-    } else if (type == kColourRectangle) {
+    } else if (type == logo_colour_rectangle) {
         width = 112;
         height = 32;
     }

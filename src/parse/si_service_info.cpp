@@ -15,12 +15,12 @@ int SiServiceInfo::parse(spi_parseable& service, SpiTokenTable& tokens) {
         spi_parseable child(service);
         switch (child.tag) {
             // The medium name wins over a short name, in either order.
-            case TAG_MEDIUM_NAME: parse_name(child, tokens); break;
-            case TAG_SHORT_NAME:
+            case tag::medium_name: parse_name(child, tokens); break;
+            case tag::short_name:
                 if (name.empty()) parse_name(child, tokens);
                 break;
-            case TAG_MEDIA_DESCRIPTION: parse_mediadesc(child, tokens); break;
-            case TAG_SERVICE_BEARER: parse_bearer(child); break;
+            case tag::media_description: parse_mediadesc(child, tokens); break;
+            case tag::service_bearer: parse_bearer(child); break;
             default: break;  // passed over when `child` closes
         }
     }
@@ -36,7 +36,7 @@ int SiServiceInfo::parse_name(spi_parseable& name_element, SpiTokenTable& tokens
 int SiServiceInfo::parse_bearer(spi_parseable& bearer) {
     while (bearer.has_more()) {
         spi_parseable attr(bearer);
-        if (attr.tag == TAG_BEARER_ID) id.parse(attr);
+        if (attr.tag == attribute::service_bearer::id) id.parse(attr);
     }
     return 0;
 }
@@ -45,7 +45,7 @@ int SiServiceInfo::parse_bearer(spi_parseable& bearer) {
 int SiServiceInfo::parse_mediadesc(spi_parseable& description, SpiTokenTable& tokens) {
     while (description.has_more()) {
         spi_parseable child(description);
-        if (child.tag != TAG_MULTIMEDIA) continue;
+        if (child.tag != tag::multimedia) continue;
         SiMediaInfo media;
         // As known by now: logos in front of the bearer keep the identifier of zeros, or that of an earlier
         // bearer.
@@ -61,11 +61,11 @@ int SiServiceInfo::parse_multimedia(spi_parseable& multimedia, SpiTokenTable& to
     while (multimedia.has_more()) {
         spi_parseable attr(multimedia);
         switch (attr.tag) {
-            case TAG_MULTIMEDIA_MIME_VALUE: media.parse_mime(attr, tokens); break;
-            case TAG_MULTIMEDIA_URL: media.parse_url(attr, tokens); break;
-            case TAG_MULTIMEDIA_TYPE: media.set_type(attr.ru8()); break;
-            case TAG_MULTIMEDIA_WIDTH: media.width = attr.ru16(); break;
-            case TAG_MULTIMEDIA_HEIGHT: media.height = attr.ru16(); break;
+            case attribute::multimedia::mime: media.parse_mime(attr, tokens); break;
+            case attribute::multimedia::url: media.parse_url(attr, tokens); break;
+            case attribute::multimedia::type: media.set_type(attr.ru8()); break;
+            case attribute::multimedia::width: media.width = attr.ru16(); break;
+            case attribute::multimedia::height: media.height = attr.ru16(); break;
             default: break;
         }
     }

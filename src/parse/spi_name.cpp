@@ -9,7 +9,7 @@ namespace spi {
 void read_name(spi_parseable& name_element, const SpiTokenTable& tokens, std::string& name) {
     while (name_element.has_more()) {
         spi_parseable child(name_element);
-        if (child.tag != TAG_CDATA) continue;  // attributes: xml:lang
+        if (child.tag != tag::text) continue;  // attributes: xml:lang
         name.clear();
         child.buf.read_string(name, child.content_left(), tokens);
     }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "src/parse/mot_content.h"
 #include "src/parse/pi_schedule_programme.h"
 #include "src/parse/serv_elem_id.h"
 #include "testkit/spi_builder.h"
@@ -50,11 +51,11 @@ struct carousel_object {
     }
 };
 
-constexpr std::uint8_t kImage = 2;
-constexpr std::uint8_t kSpiObject = 7;
-constexpr std::uint16_t kServiceInformation = 0;
-constexpr std::uint16_t kProgrammeInformation = 1;
-constexpr std::uint16_t kJfif = 1;
-constexpr std::uint16_t kPng = 3;
+constexpr auto kImage = spi::kMotImage;
+constexpr auto kSpiObject = spi::kMotSpiObject;
+constexpr auto kServiceInformation = spi::kMotServiceInformation;
+constexpr auto kProgrammeInformation = spi::kMotProgrammeInformation;
+constexpr auto kJfif = spi::kMotJfif;
+constexpr auto kPng = spi::kMotPng;
 
 }  // namespace soak

@@ -66,13 +66,13 @@ class HostileBodies : public ::testing::Test {
     work of_pi(const bytes& body) {
         spi::PiBodyParser pi(parser, 0);
         return count(body, [&](spi::spi_parseable& e) {
-            if (e.tag == spi::TAG_EPG) pi.parse_epg(e);
+            if (e.tag == spi::tag::epg) pi.parse_epg(e);
         });
     }
     work of_si(const bytes& body) {
         spi::SiBodyParser si(parser);
         return count(body, [&](spi::spi_parseable& e) {
-            if (e.tag == spi::TAG_SERVICE_INFORMATION) si.parse_si(e);
+            if (e.tag == spi::tag::service_information) si.parse_si(e);
         });
     }
     template <class Handle>

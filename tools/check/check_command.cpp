@@ -12,7 +12,7 @@
 #include "tools/check/json_report.h"
 #include "tools/check/report.h"
 #include "tools/check/text_report.h"
-#include "tools/files/written_file.h"
+#include "tools/files/whole_file.h"
 #include "tools/playing/storage.h"
 #include "tools/terminal/complain.h"
 #include "tools/terminal/interrupt.h"
@@ -71,7 +71,8 @@ int print(const check_report& report, const check_options& options) {
         complain(printable(report.input.calls.name) + ": " + each +
                  "; this is a fault of dabspi: what is said of this line may be wrong");
     if (!options.html.empty()) {
-        const std::string error = write_whole_file(options.html, html_report(report));
+        const std::string error =
+            options.html == "-" ? "" : write_whole_file(options.html, html_report(report));
         if (!error.empty()) {
             complain("cannot write " + printable(options.html) + ": " + error);
             return kExitFailed;

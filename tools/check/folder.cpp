@@ -6,11 +6,13 @@
 #include <map>
 #include <utility>
 
+#include "src/parse/mot_content.h"
 #include "tools/check/local_day.h"
 #include "tools/inspect/image_header.h"
 #include "tools/inspect/inspected.h"
 #include "tools/receiver/receiver_view.h"
 #include "tools/spi/decode.h"
+#include "tools/text/hexadecimal.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::check {
@@ -19,18 +21,6 @@ namespace {
 
 // The data service does not stand in the bodies; any will do, as long as all come with the same one.
 constexpr std::uint32_t kSomeDataService = 0x00000FFE;
-
-std::uint16_t image_subtype(const bytes& body) {
-    const auto header = read_image_header(body);
-    const std::string kind = header ? header->kind : "";
-    return kind == "PNG" ? 3 : kind == "BMP" ? 2 : kind == "JPEG" ? 1 : 0;
-}
-
-std::string hexadecimal(std::uint32_t value) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%04X", static_cast<unsigned>(value));
-    return text;
-}
 
 // The most frequent; the smallest of several.
 template <class Key>
@@ -92,7 +82,7 @@ class folder_reader {
         }
         const auto guess = most_frequent(schedules.empty() ? others : schedules);
         ensemble_ = guess.value_or(1);
-        in_.said.push_back(guess ? "the ensemble is taken to be " + hexadecimal(ensemble_) +
+        in_.said.push_back(guess ? "the ensemble is taken to be " + hexadecimal(ensemble_, 4) +
                                        ", which most objects name; --ensemble sets it"
                                  : "no object names an ensemble; --ensemble sets it");
     }
@@ -166,9 +156,11 @@ class folder_reader {
         for (std::uint16_t subtype = 0; subtype <= 2; ++subtype)
             for (const object& each : objects_)
                 if (spi_object::natural_subtype(each.tree) == subtype)
-                    add(call_of(each.body, kSpiContent, subtype), each.body.source);
-        for (const inspected_body& each : images_)
-            add(call_of(each, kImageContent, image_subtype(*each.body)), each.source);
+                    add(call_of(each.body, spi::kMotSpiObject, subtype), each.body.source);
+        for (const inspected_body& each : images_) {
+            const auto header = read_image_header(*each.body);
+            add(call_of(each, spi::kMotImage, header ? mot_subtype(*header) : spi::kMotGif), each.source);
+        }
     }
 
     feed_mot_body call_of(const inspected_body& body, std::uint8_t type, std::uint16_t subtype) const {

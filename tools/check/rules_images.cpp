@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "src/parse/mot_content.h"
 #include "tools/check/input.h"
 #include "tools/check/logo_text.h"
 #include "tools/check/png_check.h"
@@ -32,9 +33,9 @@ class image_rules {
         finding what{finding_code::logo_subtype, arrival.line, arrival.object};
         if (!arrival.subtype_used) {
             what.text = "ContentSubType " + std::to_string(object.subtype) +
-                        (object.subtype == 0   ? ", GIF"
-                         : object.subtype == 2 ? ", BMP"
-                                               : "");
+                        (object.subtype == spi::kMotGif   ? ", GIF"
+                         : object.subtype == spi::kMotBmp ? ", BMP"
+                                                          : "");
             found_.add(what);
         } else if (arrival.uses.empty()) {
             unmatched(arrival, object, what);

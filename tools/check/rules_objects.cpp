@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "src/parse/mot_content.h"
 #include "tools/check/rules.h"
 #include "tools/text/utf8.h"
 
@@ -115,7 +116,7 @@ void look_at_arrival(const history& in, const object_arrival& arrival, finding_l
         case object_arrival::subtype:
             what.code = finding_code::subtype_not_read;
             what.text = "ContentSubType " + std::to_string(object.subtype) +
-                        (object.subtype == 2 ? ", group information" : "");
+                        (object.subtype == spi::kMotGroupInformation ? ", group information" : "");
             break;
         case object_arrival::content_type: what.text = "ContentType " + std::to_string(object.type); break;
     }

@@ -6,18 +6,12 @@
 #include "tools/check/input.h"
 #include "tools/check/local_day.h"
 #include "tools/check/rules.h"
+#include "tools/text/hexadecimal.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::check {
 
 namespace {
-
-std::string hexadecimal(std::uint16_t ensemble) {
-    std::string digits;
-    for (int shift = 12; shift >= 0; shift -= 4)
-        digits += "0123456789ABCDEF"[ensemble >> shift & 0xF];
-    return "0x" + digits;
-}
 
 std::string shown(const programme_arrival& of) {
     return (of.name.empty() ? "a programme without a title" : in_quotes(of.name)) +
@@ -26,7 +20,7 @@ std::string shown(const programme_arrival& of) {
 
 void note_without_service(const programme_arrival& of, const spi::no_service& why, finding what,
                           finding_list& found) {
-    const std::string names = shown(of) + " names ensemble " + hexadecimal(why.ensemble);
+    const std::string names = shown(of) + " names ensemble " + hexadecimal(why.ensemble, 4);
     switch (why.reason) {
         case spi::no_service::not_named:
             what.code = finding_code::no_scope_no_bearer;
@@ -39,7 +33,7 @@ void note_without_service(const programme_arrival& of, const spi::no_service& wh
         case spi::no_service::other_ensemble:
             what.code = of.ensemble == 0 ? finding_code::before_ensemble : finding_code::other_ensemble;
             what.text = names;
-            if (of.ensemble != 0) what.text += ", and the receiver is on " + hexadecimal(of.ensemble);
+            if (of.ensemble != 0) what.text += ", and the receiver is on " + hexadecimal(of.ensemble, 4);
             break;
     }
     found.add_of_object(what, std::to_string(of.offset));

@@ -116,7 +116,7 @@ int write_files(const made_all& all, const options_of_encode& options) {
     for (const made_file& each : all.files) {
         const std::string body(each.object.body.begin(), each.object.body.end());
         if (each.file != "-") {
-            write_whole_file(each.file, body);
+            write_whole_file_and_folders(each.file, body);
         } else {
             on_standard_output = true;
             if (!print(body, STDOUT_FILENO)) return kExitFailed;
@@ -169,6 +169,7 @@ command add_encode_command(CLI::App& dabspi) {
         app->add_option("--directory,-d", options->directory,
                         "Where objects go, each under its content name (default: the current\ndirectory). "
                         "Made if it is missing")
+            ->check(refuse_empty_folder)
             ->option_text("DIR");
     app->add_option("--name", options->name, "The content name of the one object, instead of the usual one")
         ->option_text("NAME");

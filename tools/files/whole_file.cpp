@@ -27,26 +27,31 @@ std::string system_text(int error) {
     return std::generic_category().message(error);
 }
 
-[[noreturn]] void cannot_write(const std::string& path, int error) {
-    throw std::runtime_error(printable(path) + " cannot be written: " + system_text(error));
-}
-
 // Everything, or the error's number.
-int write_all(int descriptor, const std::string& content) {
-    for (std::size_t done = 0; done < content.size();) {
-        const ssize_t written = ::write(descriptor, content.data() + done, content.size() - done);
+int write_all(int descriptor, std::string_view content) {
+    while (!content.empty()) {
+        const ssize_t written = ::write(descriptor, content.data(), content.size());
         if (written < 0 && errno == EINTR) continue;
         if (written < 0) return errno;
-        done += static_cast<std::size_t>(written);
+        content.remove_prefix(static_cast<std::size_t>(written));
     }
     return 0;
 }
 
-// What is no regular file (a terminal, a pipe, a device) is written to where it stands.
-bool is_special(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
-}
+// A new file beside `path`, which nobody else has.
+struct temporary_file {
+    explicit temporary_file(const std::string& path) {
+        // A run that was killed may have left one under this process's number.
+        for (int i = 0; descriptor < 0 && i < 100; ++i) {
+            name = path + ".new" + std::to_string(::getpid()) + "." + std::to_string(i);
+            descriptor = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+            if (descriptor < 0 && errno != EEXIST) return;
+        }
+    }
+
+    std::string name;
+    int descriptor = -1;
+};
 
 }  // namespace
 
@@ -65,23 +70,35 @@ std::optional<std::string> read_whole_file(const std::string& path, std::string&
     return std::nullopt;
 }
 
-void write_whole_file(const std::string& path, const std::string& content) {
+std::string write_whole_file(const std::string& path, std::string_view content) {
+    if (std::filesystem::path(path).filename().empty()) return "this is not a file's name";
+    struct stat there {};
+    const bool replaces = ::lstat(path.c_str(), &there) == 0;
+    if (replaces && S_ISLNK(there.st_mode)) return "it is a symbolic link; name the file itself";
+    if (replaces && S_ISDIR(there.st_mode)) return system_text(EISDIR);
+    if (replaces && !S_ISREG(there.st_mode)) return "it is not a regular file";
+
+    const temporary_file made(path);
+    if (made.descriptor < 0) return system_text(errno);
+    int error = replaces && ::fchmod(made.descriptor, there.st_mode & 0777) != 0 ? errno : 0;
+    if (error == 0) error = write_all(made.descriptor, content);
+    if (::close(made.descriptor) != 0 && error == 0) error = errno;
+    if (error == 0 && ::rename(made.name.c_str(), path.c_str()) != 0) error = errno;
+    if (error == 0) return {};
+    ::unlink(made.name.c_str());
+    return system_text(error);
+}
+
+void write_whole_file_and_folders(const std::string& path, std::string_view content) {
     const std::filesystem::path folder = std::filesystem::path(path).parent_path();
     std::error_code failed;
     if (!folder.empty()) std::filesystem::create_directories(folder, failed);
-    if (failed) cannot_write(path, failed.value());
+    const std::string error = failed ? failed.message() : write_whole_file(path, content);
+    if (!error.empty()) throw std::runtime_error(printable(path) + " cannot be written: " + error);
+}
 
-    const bool in_place = is_special(path);
-    const std::string target = in_place ? path : path + ".new" + std::to_string(::getpid());
-    const int flags = O_WRONLY | O_CLOEXEC | (in_place ? 0 : O_CREAT | O_EXCL);
-    const int descriptor = ::open(target.c_str(), flags, 0666);
-    if (descriptor < 0) cannot_write(path, errno);
-    int error = write_all(descriptor, content);
-    if (::close(descriptor) != 0 && error == 0) error = errno;
-    if (error == 0 && !in_place && ::rename(target.c_str(), path.c_str()) != 0) error = errno;
-    if (error == 0) return;
-    if (!in_place) ::unlink(target.c_str());
-    cannot_write(path, error);
+std::string refuse_empty_folder(const std::string& folder) {
+    return folder.empty() ? "the name of the folder is empty" : "";
 }
 
 }  // namespace dabspi

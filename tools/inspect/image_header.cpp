@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "src/parse/mot_content.h"
+
 namespace dabspi {
 
 namespace {
@@ -53,6 +55,14 @@ std::optional<image_header> read_image_header(byte_view body) {
     if (begins_with(body, "BM"sv) && body.size() > 26 && little_endian(body, 14, 4) == 40)
         return image_header{"BMP", little_endian(body, 18, 4), little_endian(body, 22, 4)};
     return std::nullopt;
+}
+
+std::uint16_t mot_subtype(const image_header& image) {
+    const std::string_view kind = image.kind;
+    return kind == "PNG"    ? spi::kMotPng
+           : kind == "BMP"  ? spi::kMotBmp
+           : kind == "JPEG" ? spi::kMotJfif
+                            : spi::kMotGif;
 }
 
 }  // namespace dabspi

@@ -17,4 +17,7 @@ struct image_header {
 // Nothing for bytes that are no image of these kinds.
 std::optional<image_header> read_image_header(spi_object::byte_view body);
 
+// The ContentSubType that such an image has in MOT.
+std::uint16_t mot_subtype(const image_header& image);
+
 }  // namespace dabspi

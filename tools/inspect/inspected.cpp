@@ -9,6 +9,7 @@
 #include <system_error>
 #include <tuple>
 
+#include "src/parse/mot_content.h"
 #include "tools/inspect/image_header.h"
 #include "tools/spi/schema.h"
 #include "tools/text/utf8.h"
@@ -18,8 +19,6 @@ namespace dabspi {
 namespace {
 
 constexpr std::size_t kLongestBody = 0x0FFFFFFF;  // a MOT body's size has 28 bits
-constexpr std::uint8_t kImage = 2;                // MOT ContentType
-constexpr std::uint8_t kSpi = 7;
 
 std::string_view text_of(const bytes& content) {
     return {reinterpret_cast<const char*>(content.data()), content.size()};
@@ -146,9 +145,9 @@ class gatherer {
 };
 
 body_kind kind_of(std::uint8_t content_type) {
-    return content_type == kSpi     ? body_kind::spi_object
-           : content_type == kImage ? body_kind::image
-                                    : body_kind::other;
+    return content_type == spi::kMotSpiObject ? body_kind::spi_object
+           : content_type == spi::kMotImage   ? body_kind::image
+                                              : body_kind::other;
 }
 
 }  // namespace

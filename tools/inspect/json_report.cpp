@@ -5,6 +5,7 @@
 
 #include "tools/inspect/image_header.h"
 #include "tools/spi/receiver_values.h"
+#include "tools/text/hexadecimal.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -13,22 +14,6 @@ namespace {
 
 using namespace spi_object;
 using nlohmann::ordered_json;
-
-std::string hexadecimal(std::uint32_t number, int digits = 1) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%0*X", digits, static_cast<unsigned>(number));
-    return text;
-}
-
-std::string all_bytes(byte_view from) {
-    std::string text;
-    text.reserve(2 * from.size());
-    for (const std::uint8_t byte : from) {
-        text += "0123456789abcdef"[byte >> 4];
-        text += "0123456789abcdef"[byte & 0xF];
-    }
-    return text;
-}
 
 ordered_json to_json(const problem& of) {
     ordered_json json;
@@ -117,8 +102,7 @@ void add_service(ordered_json& json, const spi::ServElemId& service) {
 
 void add_name(ordered_json& json, const std::string& name) {
     json["name"] = name;
-    if (!is_well_formed_utf8(name))
-        json["name_hex"] = all_bytes({reinterpret_cast<const std::uint8_t*>(name.data()), name.size()});
+    if (!is_well_formed_utf8(name)) json["name_hex"] = all_bytes(name);
 }
 
 ordered_json to_json(const taken_programme& of) {

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <utility>
 
+#include "src/parse/mot_content.h"
 #include "src/server/spi_server.h"
 #include "tools/playing/fed_library.h"
 #include "tools/playing/storage.h"
@@ -10,8 +11,6 @@
 namespace dabspi {
 
 namespace {
-
-constexpr std::uint16_t kSpiApplication = 7;  // the DAB user application type of SPI
 
 service_id from(const spi::ServElemId& id) {
     return {id.sid, id.ecc, id.scids};
@@ -59,7 +58,7 @@ class core_library final : public fed_library {
     }
     void feed(const feed_mot_body& object) override {
         spi::MotBodyMetadata metadata;
-        metadata.user_application_type = kSpiApplication;
+        metadata.user_application_type = spi::kSpiApplication;
         metadata.content_type = object.content_type;
         metadata.content_subtype = object.content_subtype;
         metadata.content_name = object.content_name;

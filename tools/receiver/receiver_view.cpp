@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "src/parse/mot_content.h"
 #include "src/parse/spi_body.h"
 #include "src/parse/spi_parseable.h"
 #include "src/parse/spi_tags.h"
@@ -59,10 +60,10 @@ void find_logos(byte_view body, std::vector<taken_service>& services) {
         spi::spi_parseable service(buffer);
         while (service.has_more()) {
             spi::spi_parseable media(service);
-            while (media.tag == spi::TAG_MEDIA_DESCRIPTION && media.has_more()) {
+            while (media.tag == spi::tag::media_description && media.has_more()) {
                 const std::uint32_t offset = buffer.pos;
                 const spi::spi_parseable logo(media);
-                if (logo.tag == spi::TAG_MULTIMEDIA) each.logo_offsets.push_back(offset);
+                if (logo.tag == spi::tag::multimedia) each.logo_offsets.push_back(offset);
             }
         }
         // Fewer where the budget of the body has ended the service.
@@ -93,12 +94,12 @@ std::optional<std::uint16_t> home_ensemble(const object& of) {
 
 std::uint16_t natural_subtype(const object& of) {
     switch (of.kind) {
-        case object_kind::service_information: return 0;
-        case object_kind::group_information: return 2;
+        case object_kind::service_information: return spi::kMotServiceInformation;
+        case object_kind::group_information: return spi::kMotGroupInformation;
         case object_kind::programme_information:
         case object_kind::unknown: break;
     }
-    return 1;
+    return spi::kMotProgrammeInformation;
 }
 
 }  // namespace dabspi::spi_object

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "src/parse/mot_content.h"
 #include "tools/encode/encode_report.h"
 #include "tools/files/whole_file.h"
 #include "tools/inspect/image_header.h"
@@ -10,17 +11,6 @@
 namespace dabspi {
 
 namespace {
-
-constexpr std::uint8_t kImage = 2;  // MOT content type
-
-// MOT content sub-type of an image (ETSI TS 101 756).
-std::optional<std::uint16_t> image_subtype(std::string_view kind) {
-    if (kind == "GIF") return std::uint16_t{0};
-    if (kind == "JPEG") return std::uint16_t{1};
-    if (kind == "BMP") return std::uint16_t{2};
-    if (kind == "PNG") return std::uint16_t{3};
-    return std::nullopt;
-}
 
 std::string how_it_is_encoded(const planned_object& object) {
     std::string key = object.ensemble ? ensemble_id_text(*object.ensemble) : "";
@@ -104,15 +94,14 @@ std::optional<planned_body> plan_bodies::read(const planned_object& object, cons
     result.content_name = std::filesystem::path(source).filename().string();
     if (object.what == planned_object::kind::object) return result;
     const std::optional<image_header> image = read_image_header(*file.body);
-    const std::optional<std::uint16_t> subtype = image ? image_subtype(image->kind) : std::nullopt;
-    if (!subtype && !object.content_subtype) {
+    if (!image && !object.content_subtype) {
         errors_.push_back(
             in_quotes(source, 200) +
             " is no PNG, JPEG, GIF or BMP image; send it as an \"object\", or say its \"content_subtype\"");
         return std::nullopt;
     }
-    result.content_type = kImage;
-    result.content_subtype = subtype.value_or(0);
+    result.content_type = spi::kMotImage;
+    result.content_subtype = image ? mot_subtype(*image) : std::uint16_t{0};
     return result;
 }
 

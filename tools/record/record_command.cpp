@@ -105,7 +105,7 @@ int write(const std::vector<made_from>& all, const std::string& directory) {
         std::size_t size = 0;
         for_each_file(each, directory, [&](const std::string& file, std::string_view content) {
             size += content.size();
-            if (!stands_there(file, content)) write_whole_file(file, std::string(content));
+            if (!stands_there(file, content)) write_whole_file_and_folders(file, content);
         });
         text += printable(inside(directory, each.recording)) + ": " + counted(each.made.calls, "call") +
                 ", " + counted(each.made.files.size(), "body file") + ", " + std::to_string(size) +
@@ -156,6 +156,7 @@ command add_record_command(CLI::App& dabspi) {
     app->add_option(
            "--directory,-d", options->directory,
            "Where PLAN.jsonl and its objects go (default: the current directory).\nMade if it is missing")
+        ->check(refuse_empty_folder)
         ->option_text("DIR");
     app->add_flag("--check", options->check,
                   "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/text/hexadecimal.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -9,26 +10,6 @@ namespace dabspi {
 namespace {
 
 using nlohmann::ordered_json;
-
-std::string hexadecimal(std::uint32_t value) {
-    std::string digits;
-    do {
-        digits.insert(digits.begin(), "0123456789ABCDEF"[value & 0xF]);
-        value >>= 4;
-    } while (value != 0);
-    return "0x" + digits;
-}
-
-std::string all_bytes(const std::string& text) {
-    std::string result;
-    result.reserve(2 * text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        result += "0123456789abcdef"[byte >> 4];
-        result += "0123456789abcdef"[byte & 0xF];
-    }
-    return result;
-}
 
 ordered_json to_json(const programme& of) {
     ordered_json json;

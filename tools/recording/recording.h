@@ -46,10 +46,6 @@ struct set_current_service {
     std::uint16_t ensemble = 0;
 };
 
-// ContentType of a MOT object (EN 301 234), as far as the receiver takes it.
-constexpr std::uint8_t kImageContent = 2;
-constexpr std::uint8_t kSpiContent = 7;
-
 struct feed_mot_body {
     std::uint8_t content_type = 0;
     std::uint16_t content_subtype = 0;

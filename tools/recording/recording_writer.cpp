@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/text/base64.h"
+#include "tools/text/hexadecimal.h"
 
 namespace dabspi {
 
@@ -11,19 +12,13 @@ using nlohmann::ordered_json;
 
 namespace {
 
-std::string hex(std::uint32_t value) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%X", static_cast<unsigned>(value));
-    return text;
-}
-
 ordered_json feed(const fed_object& object) {
     ordered_json call = {{"call", "FeedMotBody"},
                          {"content_type", object.content_type},
                          {"content_subtype", object.content_subtype},
                          {"content_name", object.content_name},
-                         {"sid", hex(object.data_service.sid)},
-                         {"ecc", hex(object.data_service.ecc)}};
+                         {"sid", hexadecimal(object.data_service.sid)},
+                         {"ecc", hexadecimal(object.data_service.ecc)}};
     if (object.data_service.scids != 0) call["scids"] = object.data_service.scids;
     return call;
 }
@@ -52,10 +47,10 @@ void recording_writer::set_date_time(const std::string& date, const std::string&
 
 void recording_writer::set_current_service(const service_id& service, std::uint16_t ensemble) {
     add({{"call", "SetCurrentService"},
-         {"sid", hex(service.sid)},
-         {"ecc", hex(service.ecc)},
+         {"sid", hexadecimal(service.sid)},
+         {"ecc", hexadecimal(service.ecc)},
          {"scids", service.scids},
-         {"ensemble", hex(ensemble)}});
+         {"ensemble", hexadecimal(ensemble)}});
 }
 
 void recording_writer::feed_body(const fed_object& object, const bytes& body) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "src/parse/read_buffer.h"
 #include "src/parse/spi_token_table.h"
 #include "tools/spi/node_values.h"
 #include "tools/spi/texts.h"
@@ -15,9 +16,6 @@ namespace {
 constexpr std::size_t kMostNodes = 250000;
 constexpr std::size_t kMostProblems = 1000;
 constexpr unsigned kDeepest = 24;
-constexpr std::uint8_t kTwoByteLength = 0xFE;
-constexpr std::uint8_t kThreeByteLength = 0xFF;
-constexpr std::uint8_t kNoTag = 127;  // as the receiver reads it
 
 std::string at_byte(std::size_t offset) {
     return "byte " + std::to_string(offset);
@@ -118,7 +116,7 @@ class decoder {
             return read;
         }
         const std::uint8_t first = body_[at + 1];
-        const std::uint32_t more = first < kTwoByteLength ? 0 : first == kTwoByteLength ? 2 : 3;
+        const std::uint32_t more = spi::ReadBuffer::more_length_bytes(first);
         if (limit - at - 2 < more) {
             cut(problem_code::length_cut, limit - at - 1, more == 2 ? 65535 : 0xFFFFFF,
                 "the length has " + std::to_string(more) + " bytes, and " + std::to_string(limit - at - 2) +
@@ -131,12 +129,12 @@ class decoder {
         read.stated = more == 0 ? first : body_.number(at + 2, more);
         const std::uint32_t present = limit - read.content();
         read.length = std::min(read.stated, present);
-        if (first == kThreeByteLength && body_.size() - at - 2 < 4 && parent_is_read)
+        if (more == 3 && body_.size() - at - 2 < 4 && parent_is_read)
             add_to(
                 read, problem_code::length_in_last_bytes, at, "a length of three bytes ends the object",
                 "cannot read it there, takes this as an element without content, and moves on by one byte");
         if (read.stated > present) note_overlong(read, parent);
-        if (read.tag == kNoTag && parent_is_read)
+        if (read.tag == spi::ReadBuffer::kNoTag && parent_is_read)
             add_to(read, problem_code::tag_127, at, "the tag 0x7F",
                    "takes it for no tag, moves on by one byte, and takes the length for a tag");
         return read;
@@ -217,8 +215,8 @@ class decoder {
         }
     }
 
-    static constexpr std::uint8_t spi_attribute_mime = 0x80;
-    static constexpr std::uint8_t spi_attribute_url = 0x82;
+    static constexpr std::uint8_t spi_attribute_mime = spi::attribute::multimedia::mime;
+    static constexpr std::uint8_t spi_attribute_url = spi::attribute::multimedia::url;
     static bool first_one_counts(const element_entry* entry, const node& attribute) {
         return entry != nullptr && entry->tag == tag::multimedia &&
                (attribute.tag == spi_attribute_mime || attribute.tag == spi_attribute_url);
@@ -344,7 +342,7 @@ class decoder {
         const auto each_child = [this](std::uint32_t from, std::uint32_t limit, const auto& call) {
             for (std::uint32_t at = from; at < limit;) {
                 const std::uint8_t first = body_[at + 1];
-                const std::uint32_t more = first < kTwoByteLength ? 0 : first == kTwoByteLength ? 2 : 3;
+                const std::uint32_t more = spi::ReadBuffer::more_length_bytes(first);
                 if (limit - at < 2 + more) return;
                 const std::uint32_t content = at + 2 + more;
                 const std::uint32_t stated = more == 0 ? first : body_.number(at + 2, more);

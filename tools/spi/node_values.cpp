@@ -22,14 +22,14 @@ node_value text_of(byte_view content) {
 // What the receiver makes of a number with too few bytes.
 std::string short_number(byte_view content, const value_place& place) {
     if (!place.read || place.attribute == nullptr) return {};
-    if (place.parent == spi::TAG_TIME && place.attribute->tag == spi::TAG_TIME_DURATION) {
+    if (place.parent == tag::time && place.attribute->tag == spi::attribute::time::duration) {
         // Bounded by the element, not by the attribute.
         if (place.behind_in_parent >= 2 && place.body.size() >= 2)
             return "takes what follows as the missing bytes: " + std::to_string(place.body.number(0, 2)) +
                    " s";
         return "takes it as 65,535 s";
     }
-    if (place.parent == spi::TAG_PROGRAMME) return "takes it as 0xFFFFFF";
+    if (place.parent == tag::programme) return "takes it as 0xFFFFFF";
     if (place.attribute->type == value_type::enumeration) return "takes it as 255";
     return content.size() < 2 ? "takes it as 65,535" : "";
 }
@@ -57,7 +57,7 @@ node_value decode_enumeration(byte_view content, const value_place& place, std::
 
 node_value decode_id(byte_view content, const value_place& place, std::vector<problem>& problems) {
     // The library reads the identifier of a service scope up to the end of that element.
-    const bool by_parent = place.parent == spi::TAG_SERVICE_SCOPE && place.attribute != nullptr;
+    const bool by_parent = place.parent == tag::service_scope && place.attribute != nullptr;
     const content_id id = decode_content_id(
         content, by_parent ? place.body.part(0, place.behind_in_parent) : content, problems);
     if (has(problems, {problem_code::content_id_as_text})) return text_of(content);

@@ -12,54 +12,11 @@
 #include <string_view>
 #include <vector>
 
+#include "src/parse/spi_tags.h"
+
 namespace dabspi::spi_object {
 
-// Tags of elements by their XML names; what has no element in XML has a name of its own.
-namespace tag {
-enum : std::uint8_t {
-    text = 0x01,  // the text of an element ("CDATA")
-    epg = 0x02,
-    service_information = 0x03,
-    token_table = 0x04,         // not in XML
-    default_content_id = 0x05,  // not in XML
-    default_language = 0x06,    // in XML the top element's xml:lang
-    short_name = 0x10,
-    medium_name = 0x11,
-    long_name = 0x12,
-    media_description = 0x13,
-    genre = 0x14,
-    keywords = 0x16,
-    member_of = 0x17,
-    link = 0x18,
-    location = 0x19,
-    short_description = 0x1A,
-    long_description = 0x1B,
-    programme = 0x1C,
-    programme_groups = 0x20,
-    schedule = 0x21,
-    programme_group = 0x23,
-    scope = 0x24,
-    service_scope = 0x25,
-    ensemble = 0x26,
-    service = 0x28,
-    service_bearer = 0x29,  // in XML "bearer", like 0x2D
-    multimedia = 0x2B,
-    time = 0x2C,
-    bearer = 0x2D,
-    programme_event = 0x2E,
-    relative_time = 0x2F,
-    radiodns = 0x31,
-    geolocation = 0x32,
-    country = 0x33,
-    point = 0x34,
-    polygon = 0x35,
-    on_demand = 0x36,
-    presentation_time = 0x37,
-    acquisition_time = 0x38,
-
-    first_attribute = 0x80,  // this and all above are attributes
-};
-}  // namespace tag
+namespace tag = spi::tag;
 
 // How the content of an attribute (or of an element that has neither attributes nor children) is coded.
 enum class value_type {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <random>
 
@@ -20,6 +21,44 @@ std::vector<std::string> disagreements_of(const dabspi::recording& calls) {
     const dabspi::storage place = dabspi::storage::temporary();
     const hearing heard = hear(calls, place.path());
     return disagreements(make_history(calls, heard), heard);
+}
+
+// What became of each arrival of one object, in order.
+std::vector<object_arrival::fate_t> arrivals_of(const history& in, const std::string& name) {
+    std::vector<object_arrival::fate_t> all;
+    for (const object_arrival& each : in.arrivals)
+        if (in.objects[each.object].content_name == name) all.push_back(each.fate);
+    return all;
+}
+
+std::size_t filed(const history& in) {
+    return static_cast<std::size_t>(
+        std::count_if(in.programmes.begin(), in.programmes.end(),
+                      [](const programme_arrival& each) { return each.filed(); }));
+}
+
+TEST(ReceiverModel, ReadsAnObjectAgainOnANewDayOnly) {
+    broadcast calls = tuned();
+    const bytes object = schedule_object(whole_day(kToday + 1));
+    calls.pi("a", object).clock("20260310", "0500").pi("a", object).clock("20260311", "0000").pi("a", object);
+    EXPECT_EQ(arrivals_of(calls.check().past, "a"),
+              (std::vector{object_arrival::read, object_arrival::repeated, object_arrival::read}));
+}
+
+TEST(ReceiverModel, RetiresADayEvenWhenTheDateGoesBack) {
+    broadcast calls = tuned();
+    const bytes object = schedule_object(whole_day(kToday));
+    calls.pi("a", object).clock("20260311", "0000").clock("20260310", "0000").pi("a", object);
+    EXPECT_EQ(filed(calls.check().past), 8U);
+}
+
+TEST(ReceiverModel, ForgetsEverythingOnAnotherEnsemble) {
+    broadcast calls = tuned();
+    const bytes object = schedule_object(whole_day(kToday));
+    calls.pi("a", object).listen(0xC221, 0x1000).listen().pi("a", object);
+    const history past = calls.check().past;
+    EXPECT_EQ(arrivals_of(past, "a"), (std::vector{object_arrival::read, object_arrival::read}));
+    EXPECT_EQ(filed(past), 8U);
 }
 
 TEST(ReceiverModel, AgreesWithTheLibraryOnEveryExample) {
