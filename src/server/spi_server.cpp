@@ -6,7 +6,7 @@
 #include "src/event/payloads.h"
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
-#include "src/parse/spi_parser.h"
+#include "src/parse/worker/spi_parser.h"
 #include "src/server/host_rules.h"
 #include "src/server/spi_callback.h"
 #include "src/server/version_text.h"
