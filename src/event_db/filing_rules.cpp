@@ -5,10 +5,6 @@
 namespace spi {
 namespace {
 
-bool same_date(const MotDateTime& a, const MotDateTime& b) {
-    return a.year == b.year && a.month == b.month && a.day == b.day;
-}
-
 std::uint32_t local_day(const PiScheduleProgramme& programme) {
     const int minute = start_minute(programme);
     if (minute < 0) return programme.time.mjd - 1;
@@ -35,13 +31,6 @@ filing_place place_of(const PiScheduleProgramme& programme, const MotDateTime& d
     const bool today = same_date(date_of_day(day), date);
     if (!today && !same_date(date_of_day(day - 1), date)) return {filing::other_day, 0, 0};
     return {filing::filed, day, day_key(programme)};
-}
-
-clock_change change_of_clock(const MotDateTime& before, const MotDateTime& now) {
-    if (before.year == 0) return clock_change::first;
-    if (!same_date(before, now)) return clock_change::new_day;
-    return before.hour == now.hour && before.minute == now.minute ? clock_change::same_minute
-                                                                  : clock_change::same_day;
 }
 
 }  // namespace spi

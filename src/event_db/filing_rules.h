@@ -19,6 +19,10 @@ enum class filing : std::uint8_t {
     other_day       // neither today nor tomorrow
 };
 
+inline bool same_date(const MotDateTime& a, const MotDateTime& b) {
+    return a.year == b.year && a.month == b.month && a.day == b.day;
+}
+
 struct filing_place {
     filing decision;         // filed, or why the programme is refused
     std::uint32_t day;       // local day number (MJD)
@@ -38,7 +42,12 @@ filing file_under(std::map<std::uint16_t, Item>& day, std::uint16_t minute, cons
 enum class clock_change : std::uint8_t { first, same_minute, same_day, new_day };
 
 // What the host's clock does when it moves from `before` (year 0: not set yet) to `now`.
-clock_change change_of_clock(const MotDateTime& before, const MotDateTime& now);
+inline clock_change change_of_clock(const MotDateTime& before, const MotDateTime& now) {
+    if (before.year == 0) return clock_change::first;
+    if (!same_date(before, now)) return clock_change::new_day;
+    return before.hour == now.hour && before.minute == now.minute ? clock_change::same_minute
+                                                                  : clock_change::same_day;
+}
 
 // What a new day does to the days of one service: the first goes, whatever day that is. The host's date is
 // expected to move on by one day at a time. Deliberate: a date that jumps, or goes back, still retires

@@ -104,9 +104,9 @@ void SpiServer::FeedMotBody(MotBodyMetadata metadata, MotBody&& body, ServElemId
 void SpiServer::SetCurrentService(ServElemId& service, unsigned short ensemble) {
     const std::uint16_t before = ensemble_;
     try {
-        const ensemble_change change = change_of_ensemble(before, ensemble);
         check_ensemble(ensemble);
-        if (reaches_parser(change)) send_to(QID_PARSE, std::make_shared<set_ensemble_event>(ensemble));
+        if (reaches_parser(change_of_ensemble(before, ensemble)))
+            send_to(QID_PARSE, std::make_shared<set_ensemble_event>(ensemble));
     } catch (...) {
         // Out of memory: the change has not reached the workers. A host that calls again must find it still
         // to be made.
