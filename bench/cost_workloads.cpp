@@ -21,9 +21,9 @@
 #include "src/event/payloads.h"
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
-#include "src/parse/spi_parser.h"
+#include "src/parse/body/pi_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
+#include "src/parse/worker/spi_parser.h"
 #include "testkit/bodies.h"
 #include "testkit/counted_heap.h"
 

@@ -6,9 +6,9 @@
 #include "bench/event_sink.h"
 #include "bench/material.h"
 #include "bench/paired.h"
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
-#include "src/parse/spi_parser.h"
+#include "src/parse/body/pi_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
+#include "src/parse/worker/spi_parser.h"
 #include "testkit/bodies.h"
 
 namespace {

@@ -5,8 +5,8 @@
 
 #include "fuzz/fuzz_support.h"
 #include "src/event/payloads.h"
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
+#include "src/parse/body/pi_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
 #include "tools/inspect/json_report.h"
 #include "tools/inspect/text_report.h"
 #include "tools/spi/xml_document.h"

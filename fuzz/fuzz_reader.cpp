@@ -1,8 +1,8 @@
 // The reader itself, walked in a way that the input decides: no read leaves the body, and no walk exceeds its
 // budget.
 #include "fuzz/fuzz_support.h"
-#include "src/parse/spi_parseable.h"
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_parseable.h"
+#include "src/parse/reader/spi_token_table.h"
 
 namespace {
 

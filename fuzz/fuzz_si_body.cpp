@@ -2,7 +2,7 @@
 // stays linear in its size.
 #include "fuzz/fuzz_support.h"
 #include "src/event/payloads.h"
-#include "src/parse/si_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static sender& out = *new sender;

@@ -15,7 +15,7 @@
 
 #include "src/event/event_backend.h"
 #include "src/parse/mot_body.h"
-#include "src/parse/spi_parser.h"
+#include "src/parse/worker/spi_parser.h"
 
 // Fails the run, with the input kept by libFuzzer, when `condition` does not hold.
 inline void expect(bool condition, const char* what) {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "fuzz/fuzz_support.h"
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_token_table.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include "fuzz/fuzz_support.h"
 #include "src/parse/mot_date_time.h"
 #include "src/parse/pi_schedule_programme.h"
+#include "src/parse/reader/spi_parseable.h"
 #include "src/parse/serv_elem_id.h"
-#include "src/parse/spi_parseable.h"
 #include "src/parse/spi_time_point.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

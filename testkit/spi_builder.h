@@ -22,7 +22,7 @@
 #include <utility>
 #include <vector>
 
-#include "src/parse/spi_tags.h"
+#include "src/parse/reader/spi_tags.h"
 
 namespace spi_builder {
 

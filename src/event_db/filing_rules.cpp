@@ -1,6 +1,6 @@
 #include "src/event_db/filing_rules.h"
 
-#include "src/event_db/programme_time.h"
+#include "src/event_db/programme_time_rules.h"
 
 namespace spi {
 namespace {

@@ -19,6 +19,10 @@ enum class filing : std::uint8_t {
     other_day       // neither today nor tomorrow
 };
 
+inline bool same_date(const MotDateTime& a, const MotDateTime& b) {
+    return a.year == b.year && a.month == b.month && a.day == b.day;
+}
+
 struct filing_place {
     filing decision;         // filed, or why the programme is refused
     std::uint32_t day;       // local day number (MJD)

@@ -4,7 +4,7 @@
 
 #include "src/event/payloads.h"
 #include "src/event_db/filing_rules.h"
-#include "src/event_db/programme_time.h"
+#include "src/event_db/programme_time_rules.h"
 
 namespace spi {
 

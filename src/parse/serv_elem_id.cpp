@@ -1,7 +1,7 @@
 #include "src/parse/serv_elem_id.h"
 
 #include "src/parse/ensembles_named.h"
-#include "src/parse/spi_parseable.h"
+#include "src/parse/reader/spi_parseable.h"
 
 namespace spi {
 namespace {

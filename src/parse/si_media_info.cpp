@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "src/parse/spi_parseable.h"
-#include "src/parse/spi_tags.h"
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_parseable.h"
+#include "src/parse/reader/spi_tags.h"
+#include "src/parse/reader/spi_token_table.h"
 
 namespace spi {
 namespace {

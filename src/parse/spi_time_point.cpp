@@ -1,6 +1,6 @@
 #include "src/parse/spi_time_point.h"
 
-#include "src/parse/spi_parseable.h"
+#include "src/parse/reader/spi_parseable.h"
 
 namespace spi {
 namespace {

@@ -6,7 +6,7 @@
 #include "src/event/payloads.h"
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
-#include "src/parse/spi_parser.h"
+#include "src/parse/worker/spi_parser.h"
 #include "src/server/host_rules.h"
 #include "src/server/spi_callback.h"
 #include "src/server/version_text.h"
@@ -104,9 +104,9 @@ void SpiServer::FeedMotBody(MotBodyMetadata metadata, MotBody&& body, ServElemId
 void SpiServer::SetCurrentService(ServElemId& service, unsigned short ensemble) {
     const std::uint16_t before = ensemble_;
     try {
-        const ensemble_change change = change_of_ensemble(before, ensemble);
         check_ensemble(ensemble);
-        if (reaches_parser(change)) send_to(QID_PARSE, std::make_shared<set_ensemble_event>(ensemble));
+        if (reaches_parser(change_of_ensemble(before, ensemble)))
+            send_to(QID_PARSE, std::make_shared<set_ensemble_event>(ensemble));
     } catch (...) {
         // Out of memory: the change has not reached the workers. A host that calls again must find it still
         // to be made.

@@ -7,7 +7,7 @@
 #include <new>
 
 #include "src/event/payloads.h"
-#include "src/parse/spi_parser.h"
+#include "src/parse/worker/spi_parser.h"
 #include "testkit/spi_builder_objects.h"
 #include "tests/parse/reading.h"
 #include "tests/support/recording_router.h"

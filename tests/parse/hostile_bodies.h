@@ -8,10 +8,10 @@
 #include <string>
 
 #include "src/event/payloads.h"
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
-#include "src/parse/spi_parser.h"
-#include "src/parse/spi_tags.h"
+#include "src/parse/body/pi_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
+#include "src/parse/reader/spi_tags.h"
+#include "src/parse/worker/spi_parser.h"
 #include "testkit/overlapping_elements.h"
 #include "tests/parse/reading.h"
 #include "tests/support/recording_router.h"

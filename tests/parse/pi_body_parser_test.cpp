@@ -1,5 +1,5 @@
 // Whole programme information objects, through the worker's handler.
-#include "src/parse/pi_body_parser.h"
+#include "src/parse/body/pi_body_parser.h"
 
 #include "tests/parse/parse_fixture.h"
 

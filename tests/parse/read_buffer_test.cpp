@@ -1,5 +1,5 @@
 // The cursor: numbers, tags, lengths, skipping and copying.
-#include "src/parse/read_buffer.h"
+#include "src/parse/reader/read_buffer.h"
 
 #include <gtest/gtest.h>
 

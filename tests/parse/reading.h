@@ -5,10 +5,10 @@
 #include <string>
 
 #include "src/parse/mot_date_time.h"
-#include "src/parse/read_buffer.h"
+#include "src/parse/reader/read_buffer.h"
+#include "src/parse/reader/spi_parseable.h"
+#include "src/parse/reader/spi_token_table.h"
 #include "src/parse/serv_elem_id.h"
-#include "src/parse/spi_parseable.h"
-#include "src/parse/spi_token_table.h"
 #include "testkit/bodies.h"
 
 // A cursor at the first byte.

@@ -1,5 +1,5 @@
 // Whole service information objects, through the worker's handler.
-#include "src/parse/si_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
 
 #include "tests/parse/parse_fixture.h"
 

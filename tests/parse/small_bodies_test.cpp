@@ -3,8 +3,8 @@
 // body is read: each is an array of exactly its size, under AddressSanitizer a byte too far is an error.
 #include "tests/parse/parse_fixture.h"
 
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
+#include "src/parse/body/pi_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
 
 namespace {
 

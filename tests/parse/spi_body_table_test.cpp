@@ -1,5 +1,5 @@
 // Which objects have been seen.
-#include "src/parse/spi_body_table.h"
+#include "src/parse/body/spi_body_table.h"
 
 #include <gtest/gtest.h>
 

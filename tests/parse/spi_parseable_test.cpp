@@ -1,5 +1,5 @@
 // The scope of one element: how it opens, what can be read inside, where it closes.
-#include "src/parse/spi_parseable.h"
+#include "src/parse/reader/spi_parseable.h"
 
 #include <gtest/gtest.h>
 

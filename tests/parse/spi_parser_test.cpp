@@ -1,5 +1,5 @@
 // The parser worker: which objects it parses, what it keeps, what it answers.
-#include "src/parse/spi_parser.h"
+#include "src/parse/worker/spi_parser.h"
 
 #include "tests/parse/parse_fixture.h"
 #include "tests/support/captured_stderr.h"

@@ -1,5 +1,5 @@
 // Each tag's number, as ETSI TS 102 371 has it.
-#include "src/parse/spi_tags.h"
+#include "src/parse/reader/spi_tags.h"
 
 #include <gtest/gtest.h>
 

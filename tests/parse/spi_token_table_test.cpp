@@ -1,5 +1,5 @@
 // The string tokens of one object.
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_token_table.h"
 
 #include <gtest/gtest.h>
 

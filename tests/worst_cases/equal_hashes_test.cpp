@@ -2,7 +2,7 @@
 // What the tables do with them is counted in comparisons of identifiers.
 #include "src/event_db/spi_event_db.h"
 #include "src/logo_db/spi_logo_db.h"
-#include "src/parse/spi_body_table.h"
+#include "src/parse/body/spi_body_table.h"
 #include "tests/worst_cases/costed.h"
 
 namespace {

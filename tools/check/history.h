@@ -15,8 +15,8 @@
 
 #include "src/event_db/filing_rules.h"
 #include "src/logo_db/logo_rules.h"
+#include "src/parse/body/spi_body_listener.h"
 #include "src/parse/serv_elem_id.h"
-#include "src/parse/spi_body_listener.h"
 #include "src/parse/spi_logo_info.h"
 #include "src/parse/spi_time_point.h"
 #include "tools/recording/recording.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_token_table.h"
 #include "tools/inspect/image_header.h"
 #include "tools/inspect/receiver_text.h"
 #include "tools/spi/texts.h"

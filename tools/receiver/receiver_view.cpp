@@ -4,10 +4,10 @@
 #include <memory>
 #include <utility>
 
+#include "src/parse/body/spi_body.h"
 #include "src/parse/mot_content.h"
-#include "src/parse/spi_body.h"
-#include "src/parse/spi_parseable.h"
-#include "src/parse/spi_tags.h"
+#include "src/parse/reader/spi_parseable.h"
+#include "src/parse/reader/spi_tags.h"
 
 namespace dabspi::spi_object {
 

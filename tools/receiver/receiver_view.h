@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
+#include "src/parse/body/spi_body_listener.h"
 #include "src/parse/pi_schedule_programme.h"
 #include "src/parse/si_service_info.h"
-#include "src/parse/spi_body_listener.h"
 #include "tools/spi/byte_view.h"
 #include "tools/spi/tree.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "src/parse/read_buffer.h"
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/read_buffer.h"
+#include "src/parse/reader/spi_token_table.h"
 #include "tools/spi/node_values.h"
 #include "tools/spi/texts.h"
 #include "tools/spi/value_problems.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "src/parse/spi_tags.h"
+#include "src/parse/reader/spi_tags.h"
 #include "tools/spi/value_problems.h"
 
 namespace dabspi::spi_object {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "src/parse/ensembles_named.h"
-#include "src/parse/spi_parseable.h"
+#include "src/parse/reader/spi_parseable.h"
 
 namespace dabspi::spi_object {
 

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "src/parse/spi_tags.h"
+#include "src/parse/reader/spi_tags.h"
 
 namespace dabspi::spi_object {
 

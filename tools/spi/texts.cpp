@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "src/parse/spi_parseable.h"
+#include "src/parse/reader/spi_parseable.h"
 #include "tools/spi/value_problems.h"
 #include "tools/text/utf8.h"
 

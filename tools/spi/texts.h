@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_token_table.h"
 #include "tools/spi/byte_view.h"
 #include "tools/spi/tree.h"
 

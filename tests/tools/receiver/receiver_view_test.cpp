@@ -4,9 +4,9 @@
 #include <random>
 
 #include "src/event/payloads.h"
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
-#include "src/parse/spi_parser.h"
+#include "src/parse/body/pi_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
+#include "src/parse/worker/spi_parser.h"
 #include "testkit/bodies.h"
 #include "tests/support/recording_router.h"
 #include "tests/tools/spi/decoded.h"

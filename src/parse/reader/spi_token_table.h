@@ -11,7 +11,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "src/parse/spi_parseable.h"
+#include "src/parse/reader/spi_parseable.h"
 
 namespace spi {
 

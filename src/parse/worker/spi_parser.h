@@ -8,11 +8,11 @@
 
 #include "src/event/event_proc.h"
 #include "src/event/outbox.h"
+#include "src/parse/body/spi_body_listener.h"
+#include "src/parse/body/spi_body_table.h"
 #include "src/parse/mot_body.h"
 #include "src/parse/mot_date_time.h"
 #include "src/parse/serv_elem_id.h"
-#include "src/parse/spi_body_listener.h"
-#include "src/parse/spi_body_table.h"
 
 namespace spi {
 

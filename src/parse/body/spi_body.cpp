@@ -1,10 +1,10 @@
-#include "src/parse/spi_body.h"
+#include "src/parse/body/spi_body.h"
 
 #include <utility>
 
+#include "src/parse/body/pi_body_parser.h"
+#include "src/parse/body/si_body_parser.h"
 #include "src/parse/mot_content.h"
-#include "src/parse/pi_body_parser.h"
-#include "src/parse/si_body_parser.h"
 
 namespace spi {
 

@@ -14,9 +14,9 @@ inline int start_minute(const PiScheduleProgramme& p) {
 
 // The minute of the day in which the programme ends; a programme that ends at midnight ends at 0.
 inline int end_minute(const PiScheduleProgramme& p) {
-    const int end = start_minute(p) + p.duration / 60;
-    // The search for now comes here for each programme of the day: most need no division.
-    return end >= 0 && end < kMinutesPerDay ? end : end % kMinutesPerDay;
+    const int minute = start_minute(p) + p.duration / 60;
+    // Mostly within the day, and looked at for every programme of it at every tick: no division there.
+    return minute >= 0 && minute < kMinutesPerDay ? minute : minute % kMinutesPerDay;
 }
 
 // At its midnight.

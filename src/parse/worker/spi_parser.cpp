@@ -1,9 +1,9 @@
-#include "src/parse/spi_parser.h"
+#include "src/parse/worker/spi_parser.h"
 
 #include <utility>
 
 #include "src/event/payloads.h"
-#include "src/parse/spi_body.h"
+#include "src/parse/body/spi_body.h"
 
 namespace spi {
 

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
+#include "src/parse/body/spi_body_listener.h"
 #include "src/parse/mot_body.h"
 #include "src/parse/serv_elem_id.h"
-#include "src/parse/spi_body_listener.h"
 
 namespace spi {
 

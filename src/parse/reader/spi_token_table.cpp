@@ -1,4 +1,4 @@
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_token_table.h"
 
 #include <utility>
 

@@ -7,13 +7,13 @@
 
 #include <cstdint>
 
+#include "src/parse/body/spi_body_listener.h"
 #include "src/parse/ensembles_named.h"
 #include "src/parse/mot_body.h"
+#include "src/parse/reader/spi_parseable.h"
+#include "src/parse/reader/spi_token_table.h"
 #include "src/parse/serv_elem_id.h"
-#include "src/parse/spi_body_listener.h"
-#include "src/parse/spi_parseable.h"
 #include "src/parse/spi_time_point.h"
-#include "src/parse/spi_token_table.h"
 
 namespace spi {
 

@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "src/parse/read_buffer.h"
+#include "src/parse/reader/read_buffer.h"
 
 namespace spi {
 

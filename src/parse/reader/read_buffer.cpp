@@ -1,4 +1,4 @@
-#include "src/parse/read_buffer.h"
+#include "src/parse/reader/read_buffer.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,7 +6,7 @@
 #include <new>
 #include <string_view>
 
-#include "src/parse/spi_token_table.h"
+#include "src/parse/reader/spi_token_table.h"
 
 namespace spi {
 namespace {

@@ -1,4 +1,4 @@
-#include "src/parse/spi_body_table.h"
+#include "src/parse/body/spi_body_table.h"
 
 namespace spi {
 

@@ -1,8 +1,8 @@
-#include "src/parse/pi_body_parser.h"
+#include "src/parse/body/pi_body_parser.h"
 
 #include <utility>
 
-#include "src/parse/spi_tags.h"
+#include "src/parse/reader/spi_tags.h"
 
 namespace spi {
 namespace {
