@@ -39,10 +39,6 @@ filing file_under(std::map<std::uint16_t, Item>& day, std::uint16_t minute, cons
     return day.try_emplace(minute, item).second ? filing::filed : filing::minute_taken;
 }
 
-inline bool same_date(const MotDateTime& a, const MotDateTime& b) {
-    return a.year == b.year && a.month == b.month && a.day == b.day;
-}
-
 enum class clock_change : std::uint8_t { first, same_minute, same_day, new_day };
 
 // What the host's clock does when it moves from `before` (year 0: not set yet) to `now`.
