@@ -23,7 +23,7 @@ inline bool same_date(const MotDateTime& a, const MotDateTime& b) {
     return a.year == b.year && a.month == b.month && a.day == b.day;
 }
 
-struct filing_place {
+struct filing_slot {
     filing decision;         // filed, or why the programme is refused
     std::uint32_t day;       // local day number (MJD)
     std::uint16_t minute;    // the key of the day: a minute of the day, or one that no search reaches
@@ -31,7 +31,7 @@ struct filing_place {
 };
 
 // Where a programme belongs by the host's date (year 0: none yet).
-filing_place place_of(const PiScheduleProgramme& programme, const MotDateTime& date);
+filing_slot slot_of(const PiScheduleProgramme& programme, const MotDateTime& date);
 
 // The first programme for a start minute wins: a repeat, and a changed title too, is not filed.
 template <class Item>
