@@ -24,11 +24,11 @@ std::uint16_t day_key(const PiScheduleProgramme& programme) {
 
 }  // namespace
 
-bool filing_place::reachable() const {
+bool filing_slot::reachable() const {
     return minute < kMinutesPerDay;
 }
 
-filing_place place_of(const PiScheduleProgramme& programme, const MotDateTime& date) {
+filing_slot slot_of(const PiScheduleProgramme& programme, const MotDateTime& date) {
     if (programme.time.mjd == 0) return {filing::without_start, 0, 0};
     if (date.year == 0) return {filing::before_date, 0, 0};
     const std::uint32_t day = local_day(programme);

@@ -19,7 +19,7 @@ enum class filing : std::uint8_t {
     other_day       // neither today nor tomorrow
 };
 
-struct filing_place {
+struct filing_slot {
     filing decision;         // filed, or why the programme is refused
     std::uint32_t day;       // local day number (MJD)
     std::uint16_t minute;    // the key of the day: a minute of the day, or one that no search reaches
@@ -27,7 +27,7 @@ struct filing_place {
 };
 
 // Where a programme belongs by the host's date (year 0: none yet).
-filing_place place_of(const PiScheduleProgramme& programme, const MotDateTime& date);
+filing_slot slot_of(const PiScheduleProgramme& programme, const MotDateTime& date);
 
 // The first programme for a start minute wins: a repeat, and a changed title too, is not filed.
 template <class Item>

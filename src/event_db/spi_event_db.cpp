@@ -33,15 +33,15 @@ void SpiEventDb::process_event(event& e) {
 
 int SpiEventDb::handle_programme(const ServElemId& service, const PiScheduleProgramme& programme,
                                  std::shared_ptr<i_evt_base> as_received) {
-    const filing_place place = place_of(programme, current_time_);
-    if (place.decision != filing::filed) return 1;
+    const filing_slot slot = slot_of(programme, current_time_);
+    if (slot.decision != filing::filed) return 1;
 
     auto& days = schedules_[service];
-    auto schedule = days.find(place.day);
+    auto schedule = days.find(slot.day);
     // Allocated before it is inserted: where there is no memory for it, no day without a schedule stays
     // behind.
-    if (schedule == days.end()) schedule = days.emplace(place.day, std::make_shared<DaySchedule>()).first;
-    if (file_under(*schedule->second, place.minute, programme) != filing::filed) return 0;
+    if (schedule == days.end()) schedule = days.emplace(slot.day, std::make_shared<DaySchedule>()).first;
+    if (file_under(*schedule->second, slot.minute, programme) != filing::filed) return 0;
 
     if (!as_received) as_received = std::make_shared<pi_programme_event>(service, programme);
     send(std::move(as_received), QID_CBHDL);

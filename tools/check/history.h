@@ -36,7 +36,7 @@ struct sent_object {
 };
 
 struct object_arrival {
-    enum fate_t {
+    enum outcome_t {
         read,
         repeated,      // name and size are known, and so are the bytes
         changed,       // name and size are known, the bytes are others: not read
@@ -47,7 +47,7 @@ struct object_arrival {
     };
     std::size_t line;
     std::size_t object;
-    fate_t fate;
+    outcome_t outcome;
     std::size_t before;  // changed, blocked: the object that stands in the way
 };
 
@@ -61,11 +61,11 @@ struct programme_arrival {
     spi::ServElemId service;
     std::string name;
     spi::SpiTimePoint time;
-    unsigned duration = 0;     // seconds
-    long start = 0;            // local, minutes since 1858-11-17
-    bool unreachable = false;  // filed under a minute that is never looked for
-    std::size_t holder = 0;    // minute_taken: the programme that has the minute
-    std::size_t life = 0;      // counts up whenever everything that was received is forgotten
+    unsigned duration = 0;      // seconds
+    long start = 0;             // local, minutes since 1858-11-17
+    bool unreachable = false;   // filed under a minute that is never looked for
+    std::size_t holder = 0;     // minute_taken: the programme that has the minute
+    std::size_t reception = 0;  // counts up whenever everything that was received is forgotten
 
     bool filed() const { return !dropped && decision == spi::filing::filed; }
     long end() const { return start + static_cast<long>(duration / 60); }

@@ -20,15 +20,15 @@ namespace dabspi::check {
 
 namespace {
 
-// The logo files that the listener was told of, by line.
-using told_files = std::multimap<std::size_t, std::string>;
+// The logo files that the listener was called with, by line.
+using reported_files = std::multimap<std::size_t, std::string>;
 
 class receiver {
  public:
-    explicit receiver(const hearing& heard) {
-        for (const heard_notification& each : heard.all)
+    explicit receiver(const replay_result& replayed) {
+        for (const replayed_notification& each : replayed.all)
             if (const auto* logo = std::get_if<station_logo>(&each.what))
-                told_.emplace(each.line, logo->file);
+                reported_.emplace(each.line, logo->file);
     }
 
     void take(const call& next) {
@@ -110,8 +110,8 @@ class receiver {
         return out_.objects.size() - 1;
     }
 
-    void arrive(std::size_t object, object_arrival::fate_t fate, std::size_t before = 0) {
-        out_.arrivals.push_back({line_, object, fate, before});
+    void arrive(std::size_t object, object_arrival::outcome_t outcome, std::size_t before = 0) {
+        out_.arrivals.push_back({line_, object, outcome, before});
     }
 
     void take_spi(std::size_t object) {
@@ -142,7 +142,7 @@ class receiver {
 
     void forget_everything() {
         note_tomorrows();
-        ++life_;
+        ++reception_;
         forget_read_objects();
         schedules_.clear();
         waiting_.clear();
@@ -156,7 +156,7 @@ class receiver {
         arrival.object = object;
         arrival.offset = taken.offset;
         arrival.ensemble = parser_ensemble_;
-        arrival.life = life_;
+        arrival.reception = reception_;
         arrival.service = taken.service;
         arrival.name = taken.programme.name;
         arrival.time = taken.programme.time;
@@ -168,13 +168,13 @@ class receiver {
     }
 
     void file(const spi::PiScheduleProgramme& programme, programme_arrival& arrival) {
-        const spi::filing_place place = spi::place_of(programme, clock_);
-        arrival.decision = place.decision;
-        if (place.decision != spi::filing::filed) return;
-        arrival.unreachable = !place.reachable();
-        auto& day = schedules_[arrival.service][place.day];
-        arrival.decision = spi::file_under(day, place.minute, out_.programmes.size());
-        arrival.holder = day.at(place.minute);
+        const spi::filing_slot slot = spi::slot_of(programme, clock_);
+        arrival.decision = slot.decision;
+        if (slot.decision != spi::filing::filed) return;
+        arrival.unreachable = !slot.reachable();
+        auto& day = schedules_[arrival.service][slot.day];
+        arrival.decision = spi::file_under(day, slot.minute, out_.programmes.size());
+        arrival.holder = day.at(slot.minute);
     }
 
     void note_tomorrows() {
@@ -213,17 +213,17 @@ class receiver {
         arrival.subtype_used =
             spi::is_logo_image({spi::kSpiApplication, sent.type, sent.subtype, sent.content_name});
         if (arrival.subtype_used) {
-            std::multiset<std::string> told;
-            for (auto [at, last] = told_.equal_range(line_); at != last; ++at)
-                told.insert(at->second);
+            std::multiset<std::string> reported;
+            for (auto [at, last] = reported_.equal_range(line_); at != last; ++at)
+                reported.insert(at->second);
             for (const std::size_t each : spi::use_up(waiting_, sent.data_service, sent.content_name)
                                               .value_or(std::vector<std::size_t>()))
-                arrival.uses.push_back({each, use(out_.announcements[each], *sent.body, told)});
+                arrival.uses.push_back({each, use(out_.announcements[each], *sent.body, reported)});
         }
         out_.images.push_back(std::move(arrival));
     }
 
-    spi::logo_refusal use(const announcement& of, const bytes& body, std::multiset<std::string>& told) {
+    spi::logo_refusal use(const announcement& of, const bytes& body, std::multiset<std::string>& reported) {
         spi::SpiLogoInfo logo;
         logo.service = of.station;
         logo.image_format = of.format;
@@ -234,25 +234,25 @@ class receiver {
         const std::string large =
             spi::larger_logo_name(of.station.ecc, static_cast<int>(of.station.sid), of.station.scids);
         const auto there = files_.lower_bound(large);
-        const auto heard = told.find(of.file);
+        const auto found = reported.find(of.file);
         // When one image serves both sizes, the order among them is not laid down: the listener knows it.
         if (spi::gives_way_to_larger(logo) && there != files_.end() &&
-            there->compare(0, large.size(), large) == 0 && heard == told.end())
+            there->compare(0, large.size(), large) == 0 && found == reported.end())
             return spi::logo_refusal::larger_there;
-        if (heard != told.end()) told.erase(heard);
+        if (found != reported.end()) reported.erase(found);
         files_.insert(of.file);
         return spi::logo_refusal::none;
     }
 
     history out_;
     std::size_t line_ = 0;
-    told_files told_;
+    reported_files reported_;
     std::multimap<object_key, std::size_t> known_;
 
     // The server's, the parser's and the database's own notes.
     std::uint16_t host_ensemble_ = 0;
     std::uint16_t parser_ensemble_ = 0;
-    std::size_t life_ = 0;
+    std::size_t reception_ = 0;
     spi::MotDateTime parser_date_;
     spi::SpiBodyTable table_;
     std::map<std::pair<spi::ServElemId, std::string>, std::size_t> remembered_;  // what the table knows
@@ -266,39 +266,40 @@ class receiver {
     std::set<std::string> files_;
 };
 
-std::string told_text(const spi::ServElemId& service, const spi::MotDateTime& start, unsigned minutes,
-                      const std::string& name) {
+std::string reported_text(const spi::ServElemId& service, const spi::MotDateTime& start, unsigned minutes,
+                          const std::string& name) {
     return std::to_string(service.val()) + " " + start.date() + " " + start.time() + " " +
            std::to_string(minutes) + " " + name;
 }
 
 }  // namespace
 
-history make_history(const recording& from, const hearing& heard) {
-    receiver receiving(heard);
+history make_history(const recording& from, const replay_result& replayed) {
+    receiver receiving(replayed);
     for (const call& each : from.calls)
         receiving.take(each);
     return receiving.finish();
 }
 
-std::vector<std::string> disagreements(const history& told, const hearing& heard) {
+std::vector<std::string> disagreements(const history& simulated, const replay_result& replayed) {
     // Programmes in their order, logos in any.
-    std::map<std::size_t, std::vector<std::string>> expected_programmes, heard_programmes;
-    std::map<std::size_t, std::multiset<std::string>> expected_logos, heard_logos;
-    for (const programme_arrival& each : told.programmes)
+    std::map<std::size_t, std::vector<std::string>> expected_programmes, replayed_programmes;
+    std::map<std::size_t, std::multiset<std::string>> expected_logos, replayed_logos;
+    for (const programme_arrival& each : simulated.programmes)
         if (each.filed())
             expected_programmes[each.line].push_back(
-                told_text(each.service, each.time.local_time(0), each.duration / 60, each.name));
-    for (const image_arrival& each : told.images)
+                reported_text(each.service, each.time.local_time(0), each.duration / 60, each.name));
+    for (const image_arrival& each : simulated.images)
         for (const image_arrival::use& use : each.uses)
             if (use.refusal == spi::logo_refusal::none)
-                expected_logos[each.line].insert(told.announcements[use.announcement].file);
-    for (const heard_notification& each : heard.all) {
+                expected_logos[each.line].insert(simulated.announcements[use.announcement].file);
+    for (const replayed_notification& each : replayed.all) {
         if (const auto* programme = std::get_if<programme_info>(&each.what)) {
-            heard_programmes[each.line].push_back(told_text(id_of(programme->service), programme->item.start,
-                                                            programme->item.duration, programme->item.name));
+            replayed_programmes[each.line].push_back(
+                reported_text(id_of(programme->service), programme->item.start, programme->item.duration,
+                              programme->item.name));
         } else if (const auto* logo = std::get_if<station_logo>(&each.what)) {
-            heard_logos[each.line].insert(logo->file);
+            replayed_logos[each.line].insert(logo->file);
         }
     }
     std::vector<std::string> lines;
@@ -314,13 +315,13 @@ std::vector<std::string> disagreements(const history& told, const hearing& heard
             if (ours != expected.end() && theirs != real.end() && ours->second == theirs->second) continue;
             lines.push_back("line " + std::to_string(line) + ": " +
                             std::to_string(theirs == real.end() ? 0 : theirs->second.size()) + " " + things +
-                            " were told, and " +
+                            " were reported, and " +
                             std::to_string(ours == expected.end() ? 0 : ours->second.size()) +
                             " are explained, or they differ");
         }
     };
-    if (!told.cut) compare(expected_programmes, heard_programmes, "programmes");
-    compare(expected_logos, heard_logos, "logos");
+    if (!simulated.cut) compare(expected_programmes, replayed_programmes, "programmes");
+    compare(expected_logos, replayed_logos, "logos");
     return lines;
 }
 
