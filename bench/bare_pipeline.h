@@ -1,4 +1,4 @@
-// What hand-offs between threads cost with nothing around them: the ceiling of everything that passes the
+// What hand-offs between threads cost with nothing around them: the reference of everything that passes the
 // library's queues.
 //
 // A stage is a thread with a std::list, a mutex and a condition variable; an item is a destination and a
@@ -20,7 +20,7 @@ namespace bench {
 
 struct bare_payload {
     virtual ~bare_payload() = default;
-    unsigned char room[96] = {};  // a programme's size
+    unsigned char payload[96] = {};  // a programme's size
 };
 
 struct bare_item {
@@ -76,17 +76,17 @@ class bare_stage {
     std::thread thread_;
 };
 
-// The roads of the library, bare: host -> router -> parser -> router -> database -> router -> notifier.
+// The library's ways, bare: host -> router -> parser -> router -> database -> router -> notifier.
 class bare_pipeline {
  public:
     // kEverybody: to five stages, of which the database has something for the notifier. kTick: to five
     // stages, and that is all.
     enum : int { kParser, kDatabase, kNotifier, kEverybody, kTick };
 
-    // `programmes`: made of each item that reaches the parser. `heard` is called on the notifier's thread,
+    // `programmes`: made of each item that reaches the parser. `received` is called on the notifier's thread,
     // for each item but a broadcast; of a tick, by each of the five stages, on its own thread.
-    bare_pipeline(unsigned programmes, std::function<void()> heard)
-        : programmes_(programmes), heard_(std::move(heard)) {}
+    bare_pipeline(unsigned programmes, std::function<void()> received)
+        : programmes_(programmes), received_(std::move(received)) {}
     ~bare_pipeline() {
         for (bare_stage* stage : {&router_, &parser_, &database_, &notifier_, &logo_store_, &server_})
             stage->stop();
@@ -107,7 +107,7 @@ class bare_pipeline {
     }
 
     void tick(const bare_item& item) {
-        if (item.destination == kTick) heard_();
+        if (item.destination == kTick) received_();
     }
     // A programme is passed on, of the rest something new is made.
     void find_now_next(bare_item& item) {
@@ -119,11 +119,11 @@ class bare_pipeline {
     }
 
     const unsigned programmes_;
-    const std::function<void()> heard_;
+    const std::function<void()> received_;
     std::mutex table_mutex_;
     bare_stage notifier_{[this](bare_item& item) {
         tick(item);
-        if (item.destination == kNotifier) heard_();
+        if (item.destination == kNotifier) received_();
     }};
     bare_stage server_{[this](bare_item& item) { tick(item); }};
     bare_stage logo_store_{[this](bare_item& item) { tick(item); }};

@@ -1,6 +1,6 @@
 // The clock and the change of service, with many services whose programmes of two days are stored: what these
-// cost the database, and a tick for the whole library. The ceiling of the database's figures is the same with
-// ten services, since services that are not listened to should cost nothing.
+// cost the database, and a tick for the whole library. The reference of the database's figures is the same
+// with ten services, since services that are not listened to should cost nothing.
 #include <memory>
 
 #include "bench/bare_pipeline.h"
@@ -80,14 +80,14 @@ void midnight(benchmark::State& state) {
         ++tomorrow.day;
         return seconds_of([&] { db.db.cfu_date_time(tomorrow); });
     };
-    const auto ceiling = [&] {
+    const auto reference = [&] {
         std::map<std::uint16_t, spi::PiScheduleProgramme> all;
         for (unsigned i = 0; i < services * 48; ++i)
             all.emplace_hint(all.end(), static_cast<std::uint16_t>(i), programme_at(i % 1440));
         return seconds_of([&] { all.clear(); }) * dropped /
                static_cast<double>(std::min(services * 48U, 65536U));
     };
-    measure(state, figure, {{"bare", ceiling}}, {dropped});
+    measure(state, figure, {{"bare", reference}}, {dropped});
 }
 
 // A server with programmes of some services, of which one is listened to.
@@ -112,9 +112,9 @@ struct full_server {
     }
 };
 
-// Ticks through the whole server; ceilings are the same with ten services, and the bare broadcast. Where the
-// scheduler puts the threads, and on one processor.
-void tick_server(benchmark::State& state, room where, unsigned services) {
+// Ticks through the whole server; references are the same with ten services, and the bare broadcast. Where
+// the scheduler puts the threads, and on one processor.
+void tick_server(benchmark::State& state, processors where, unsigned services) {
     constexpr unsigned kCount = 50;
     constexpr unsigned kStages = 5;
     const placement here(where);
@@ -122,7 +122,7 @@ void tick_server(benchmark::State& state, room where, unsigned services) {
     full_server few(10);
     countdown passed;
     bare_pipeline bare(0, [&] { passed.call(); });
-    const auto ceiling = [&] {
+    const auto reference = [&] {
         passed.expect(std::size_t{kCount} * kStages);
         return seconds_of([&] {
             for (unsigned i = 0; i < kCount; ++i)
@@ -131,7 +131,7 @@ void tick_server(benchmark::State& state, room where, unsigned services) {
         });
     };
     measure(state, [&] { return many.ticks(kCount); },
-            {{"bare", ceiling}, {"10_services", [&] { return few.ticks(kCount); }}}, {kCount});
+            {{"bare", reference}, {"10_services", [&] { return few.ticks(kCount); }}}, {kCount});
 }
 
 BENCHMARK(tick_database)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime();
@@ -139,7 +139,7 @@ BENCHMARK(change_of_service)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime();
 BENCHMARK(midnight)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime()->Iterations(5);
 
 [[maybe_unused]] const bool registered = [] {
-    for (const room where : {room::kAnywhere, room::kOneProcessor}) {
+    for (const processors where : {processors::kAnywhere, processors::kOneProcessor}) {
         for (const unsigned services : {10, 100, 1000}) {
             const std::string name = "tick_server/" + std::to_string(services) + name_of(where);
             benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {

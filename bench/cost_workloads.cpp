@@ -121,7 +121,7 @@ round_of logos() {
 }
 
 // Ten objects with 100 programmes each, from the host to the listener.
-round_of road() {
+round_of end_to_end() {
     const auto core = std::make_shared<live_core>();
     core->set_clock(600);
     core->tune(0x3000);
@@ -164,7 +164,7 @@ const std::map<std::string, std::function<round_of()>>& workloads() {
         {"ticks", ticks},
         {"logos", logos},
         {"hand-offs", hand_off_events},
-        {"road", road},
+        {"end_to_end", end_to_end},
         {"broadcasts", broadcasts},
     };
     return all;

@@ -11,7 +11,7 @@ namespace bench {
 
 class event_sink final : public spi::event_backend {
  public:
-    explicit event_sink(std::size_t room) : event_backend(deferred{}) { kept_.reserve(room); }
+    explicit event_sink(std::size_t capacity) : event_backend(deferred{}) { kept_.reserve(capacity); }
     ~event_sink() override { destroy_proc(); }
 
     int post_event(spi::event e) override {

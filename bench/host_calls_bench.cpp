@@ -2,7 +2,7 @@
 // into a library at rest, whose router has to be woken by a call of the kernel: where the scheduler puts the
 // threads, on one processor where the router may run before the call returns, and where it may not.
 //
-// Ceilings of a body: a copy of its bytes into memory that is there ("memcpy"), and into an array that is
+// References of a body: a copy of its bytes into memory that is there ("memcpy"), and into an array that is
 // made for it ("copy"), which no host call can do without since the host keeps its own. Of every call: a bare
 // hand-off to one thread ("bare").
 #include <time.h>
@@ -12,10 +12,10 @@
 #include <fstream>
 
 #include "bench/bare_pipeline.h"
-#include "bench/ceilings.h"
 #include "bench/material.h"
 #include "bench/paired.h"
 #include "bench/placement.h"
+#include "bench/references.h"
 #include "spi_wrap/to_spi_server.h"
 #include "src/event/quiet.h"
 #include "testkit/sandbox.h"
@@ -55,7 +55,7 @@ void rest() {
 
 // `calls` calls in a row into a library at rest: 1 finds the router asleep, many keep it awake.
 void host_call(benchmark::State& state, unsigned calls, const std::function<void()>& call,
-               const std::vector<side>& ceilings) {
+               const std::vector<side>& references) {
     const auto figure = [&] {
         live_host::settle();
         if (calls == 1) rest();
@@ -64,7 +64,7 @@ void host_call(benchmark::State& state, unsigned calls, const std::function<void
                 call();
         });
     };
-    measure(state, figure, ceilings, {static_cast<double>(calls), 0, true});
+    measure(state, figure, references, {static_cast<double>(calls), 0, true});
 }
 
 // Hand-offs to one thread that does nothing with them.
@@ -87,7 +87,7 @@ class bare_hand_off {
     bare_stage stage_{[this](bare_item&) { ++handled_; }};
 };
 
-void feed(benchmark::State& state, std::size_t size, bool burst, room where) {
+void feed(benchmark::State& state, std::size_t size, bool burst, processors where) {
     const placement here(where);
     const unsigned calls =
         burst ? static_cast<unsigned>(std::clamp<std::size_t>(4'000'000 / (size + 1), 4, 200)) : 1;
@@ -120,7 +120,7 @@ void feed(benchmark::State& state, std::size_t size, bool burst, room where) {
               {{"memcpy", memory}, {"copy", copy}, {"bare", [&] { return bare(calls); }}});
 }
 
-void small_call(benchmark::State& state, bool burst, room where,
+void small_call(benchmark::State& state, bool burst, processors where,
                 const std::function<void(live_host&)>& call) {
     const placement here(where);
     const unsigned calls = burst ? 200 : 1;
@@ -145,33 +145,35 @@ void set_current_service(live_host& host) {
     host.server->SetCurrentService(service, kEnsemble);
 }
 
-void add(const std::string& name, bool burst, room where,
-         const std::function<void(benchmark::State&, bool, room)>& call) {
+void add(const std::string& name, bool burst, processors where,
+         const std::function<void(benchmark::State&, bool, processors)>& call) {
     benchmark::RegisterBenchmark(("host/" + name + (burst ? "/burst" : "/rest") + name_of(where)).c_str(),
                                  [=](benchmark::State& state) { call(state, burst, where); })
         ->UseManualTime()
         ->Iterations(burst ? 40 : 200);
 }
 
-void add_all(bool burst, room where) {
+void add_all(bool burst, processors where) {
     for (const auto& [name, size] :
          {std::pair("0B", 0), {"1kB", 1 << 10}, {"64kB", 64 << 10}, {"1MB", 1 << 20}}) {
         add("feed/" + std::string(name), burst, where,
-            [size = static_cast<std::size_t>(size)](benchmark::State& state, bool in_burst, room there) {
+            [size = static_cast<std::size_t>(size)](benchmark::State& state, bool in_burst,
+                                                    processors there) {
                 feed(state, size, in_burst, there);
             });
     }
     for (const auto& [name, call] :
          {std::pair("set_date_time", &set_date_time), {"set_current_service", &set_current_service}}) {
-        add(name, burst, where, [call = call](benchmark::State& state, bool in_burst, room there) {
+        add(name, burst, where, [call = call](benchmark::State& state, bool in_burst, processors there) {
             small_call(state, in_burst, there, call);
         });
     }
 }
 
 [[maybe_unused]] const bool registered = [] {
-    add_all(true, room::kAnywhere);
-    for (const room where : {room::kAnywhere, room::kOneProcessor, room::kOneProcessorBatch})
+    add_all(true, processors::kAnywhere);
+    for (const processors where :
+         {processors::kAnywhere, processors::kOneProcessor, processors::kOneProcessorBatch})
         add_all(false, where);
     return true;
 }();

@@ -1,6 +1,6 @@
 // From a host call into a library at rest until the listener is called: every thread on the way is asleep and
-// has to be woken. The ceiling is a bare chain of the same threads. Each is measured where the scheduler puts
-// the threads, and on one processor.
+// has to be woken. The reference is a bare chain of the same threads. Each is measured where the scheduler
+// puts the threads, and on one processor.
 #include <time.h>
 
 #include "bench/bare_pipeline.h"
@@ -23,31 +23,31 @@ double seconds(clock::duration d) {
     return std::chrono::duration<double>(d).count();
 }
 
-void compare(benchmark::State& state, countdown& heard, const std::function<void()>& prepare,
+void compare(benchmark::State& state, countdown& received, const std::function<void()>& prepare,
              const std::function<void()>& call, int bare_destination) {
     const auto figure = [&] {
         prepare();
         live_core::settle();
-        heard.expect(1);
+        received.expect(1);
         rest();
         const auto begin = clock::now();
         call();
-        return seconds(heard.wait() - begin);
+        return seconds(received.wait() - begin);
     };
-    countdown bare_heard;
-    bare_pipeline bare(1, [&] { bare_heard.call(); });
-    const auto ceiling = [&] {
-        bare_heard.expect(1);
+    countdown bare_received;
+    bare_pipeline bare(1, [&] { bare_received.call(); });
+    const auto reference = [&] {
+        bare_received.expect(1);
         rest();
         const auto begin = clock::now();
         bare.post(bare_destination);
-        return seconds(bare_heard.wait() - begin);
+        return seconds(bare_received.wait() - begin);
     };
-    measure(state, figure, {{"bare", ceiling}}, {1, 0, true});
+    measure(state, figure, {{"bare", reference}}, {1, 0, true});
 }
 
 // Host, router, database, router, notifier.
-void latency_resend(benchmark::State& state, room where) {
+void latency_resend(benchmark::State& state, processors where) {
     const placement here(where);
     live_core core;
     compare(
@@ -55,7 +55,7 @@ void latency_resend(benchmark::State& state, room where) {
 }
 
 // Host, router, parser, router, database, router, notifier: an object with one new programme.
-void latency_object(benchmark::State& state, room where) {
+void latency_object(benchmark::State& state, processors where) {
     const placement here(where);
     live_core core;
     core.set_clock(600);
@@ -73,7 +73,7 @@ void latency_object(benchmark::State& state, room where) {
 }
 
 // A tick of the clock at which the programme changes: to everybody, and from the database to the notifier.
-void latency_tick(benchmark::State& state, room where) {
+void latency_tick(benchmark::State& state, processors where) {
     const placement here(where);
     live_core core;
     core.set_clock(0);
@@ -91,7 +91,8 @@ void latency_tick(benchmark::State& state, room where) {
 }
 
 [[maybe_unused]] const bool registered = [] {
-    for (const room where : {room::kAnywhere, room::kOneProcessor, room::kOneProcessorBatch}) {
+    for (const processors where :
+         {processors::kAnywhere, processors::kOneProcessor, processors::kOneProcessorBatch}) {
         for (const auto& [name, latency] :
              {std::pair("resend", &latency_resend), {"object", &latency_object}, {"tick", &latency_tick}}) {
             benchmark::RegisterBenchmark(

@@ -1,4 +1,4 @@
-// A server with a listener that tells when it has heard what was expected, and the same for the bare
+// A server with a listener that tells when it has received what was expected, and the same for the bare
 // pipeline.
 #pragma once
 

@@ -119,7 +119,7 @@ void announcements() {
     print("blocks per announcement", static_cast<double>(heap.blocks()) / kCount);
 }
 
-void whole_road() {
+void end_to_end() {
     constexpr unsigned kObjects = 20;
     constexpr unsigned kProgrammes = 100;
     live_core core;
@@ -158,6 +158,6 @@ int main() {
     queued_bodies();
     stored_programmes();
     announcements();
-    whole_road();
+    end_to_end();
     std::printf("\n}\n");
 }

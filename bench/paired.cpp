@@ -46,14 +46,14 @@ double seconds_of(const std::function<void()>& work) {
 }
 
 void measure(benchmark::State& state, const std::function<double()>& figure,
-             const std::vector<side>& ceilings, const shape& turn) {
+             const std::vector<side>& references, const shape& turn) {
     samples own;
-    std::vector<samples> theirs(ceilings.size());
+    std::vector<samples> theirs(references.size());
     for (auto _ : state) {
         own.take(figure);
         state.SetIterationTime(own.wall.back());
-        for (std::size_t i = 0; i < ceilings.size(); ++i)
-            theirs[i].take(ceilings[i].turn);
+        for (std::size_t i = 0; i < references.size(); ++i)
+            theirs[i].take(references[i].turn);
     }
     const double to_ns = 1e9 / turn.items;
     const double median = quantile(own.wall, 0.5);
@@ -65,8 +65,8 @@ void measure(benchmark::State& state, const std::function<double()>& figure,
     };
     add(own, "");
     if (turn.bytes > 0) state.counters["MB/s"] = turn.bytes / median / 1e6;
-    for (std::size_t i = 0; i < ceilings.size(); ++i) {
-        const std::string at = "@" + ceilings[i].name;
+    for (std::size_t i = 0; i < references.size(); ++i) {
+        const std::string at = "@" + references[i].name;
         add(theirs[i], at);
         state.counters["of" + at] = median * to_ns / state.counters["ns" + at];
     }

@@ -2,10 +2,10 @@
 // are made of them.
 #include <algorithm>
 
-#include "bench/ceilings.h"
 #include "bench/event_sink.h"
 #include "bench/material.h"
 #include "bench/paired.h"
+#include "bench/references.h"
 #include "src/parse/pi_body_parser.h"
 #include "src/parse/si_body_parser.h"
 #include "testkit/bodies.h"

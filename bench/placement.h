@@ -12,32 +12,32 @@
 
 namespace bench {
 
-enum class room {
+enum class processors {
     kAnywhere,
     kOneProcessor,
     // As well, a woken thread does not run before its waker has to wait: what a call costs by itself.
     kOneProcessorBatch,
 };
 
-inline const char* name_of(room where) {
+inline const char* name_of(processors where) {
     switch (where) {
-        case room::kOneProcessor: return "/one_processor";
-        case room::kOneProcessorBatch: return "/one_processor_batch";
-        case room::kAnywhere: break;
+        case processors::kOneProcessor: return "/one_processor";
+        case processors::kOneProcessorBatch: return "/one_processor_batch";
+        case processors::kAnywhere: break;
     }
     return "";
 }
 
 class placement {
  public:
-    explicit placement(room where) {
+    explicit placement(processors where) {
         check(sched_getaffinity(0, sizeof before_, &before_));
-        if (where == room::kAnywhere) return;
+        if (where == processors::kAnywhere) return;
         cpu_set_t one;
         CPU_ZERO(&one);
         CPU_SET(last_of(before_), &one);
         check(sched_setaffinity(0, sizeof one, &one));
-        if (where == room::kOneProcessorBatch) check(set_policy(SCHED_BATCH));
+        if (where == processors::kOneProcessorBatch) check(set_policy(SCHED_BATCH));
     }
     ~placement() {
         set_policy(SCHED_OTHER);

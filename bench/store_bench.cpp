@@ -1,5 +1,5 @@
 // Filing: programmes into a full store, announcements of logos, and finding the announcement of an image. The
-// ceilings are bare maps of the same kind and size, one insertion or search each.
+// references are bare maps of the same kind and size, one insertion or search each.
 #include <map>
 #include <memory>
 #include <vector>
@@ -49,7 +49,7 @@ void file_programme(benchmark::State& state) {
         sent.clear();
         return seconds;
     };
-    const auto ceiling = [&] {
+    const auto reference = [&] {
         store.clear();
         for (unsigned service = 0; service < services; ++service)
             for (unsigned minute = 0; minute < kMinutesOfTwoDays; minute += 30)
@@ -59,7 +59,7 @@ void file_programme(benchmark::State& state) {
                 bare_file(store, service, one_more);
         });
     };
-    measure(state, figure, {{"map", ceiling}}, {static_cast<double>(services)});
+    measure(state, figure, {{"map", reference}}, {static_cast<double>(services)});
     sent.unregister_queue(spi::QID_EVTDB, false);
 }
 
@@ -88,14 +88,14 @@ void announce(benchmark::State& state) {
         spi::SpiLogoDb logos;
         return seconds_of([&] { logos.handle_meta(station(0), info); });
     };
-    const auto ceiling = [&] {
+    const auto reference = [&] {
         std::map<std::string, std::vector<spi::SpiLogoInfo>> table;
         return seconds_of([&] {
             for (const spi::SpiLogoInfo& logo : info.logos)
                 table[logo.name].push_back(logo);
         });
     };
-    measure(state, figure, {{"map", ceiling}}, {static_cast<double>(count)});
+    measure(state, figure, {{"map", reference}}, {static_cast<double>(count)});
 }
 
 // An image for each of ten announcements out of all, which uses them up.
@@ -115,7 +115,7 @@ void match_image(benchmark::State& state) {
                 logos.handle_bodyimg(image, spi::MotBody(), station(0));
         });
     };
-    const auto ceiling = [&] {
+    const auto reference = [&] {
         std::map<std::string, std::vector<spi::SpiLogoInfo>> table;
         for (const spi::SpiLogoInfo& logo : info.logos)
             table[logo.name].push_back(logo);
@@ -127,7 +127,7 @@ void match_image(benchmark::State& state) {
                 table.extract(name);
         });
     };
-    measure(state, figure, {{"map", ceiling}}, {kImages});
+    measure(state, figure, {{"map", reference}}, {kImages});
 }
 
 BENCHMARK(file_programme)

@@ -21,17 +21,17 @@
 namespace {
 
 // The next write takes this many bytes at most; the disk is full behind them.
-std::size_t room = SIZE_MAX;
+std::size_t space_left = SIZE_MAX;
 
 }  // namespace
 
 extern "C" ssize_t __real_write(int, const void*, std::size_t);
 extern "C" ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
-    if (room == 0 && size > 0) {
+    if (space_left == 0 && size > 0) {
         errno = ENOSPC;
         return -1;
     }
-    return __real_write(descriptor, bytes, std::min(size, room));
+    return __real_write(descriptor, bytes, std::min(size, space_left));
 }
 
 namespace {
@@ -72,11 +72,11 @@ struct store_model {
 
     // The names that are told.
     std::vector<std::string> image(const spi::MotBodyMetadata& metadata, const std::string& body,
-                                   const spi::ServElemId& with, std::size_t first_room) {
-        std::vector<std::string> told;
+                                   const spi::ServElemId& with, std::size_t first_space) {
+        std::vector<std::string> reported;
         const bool logo_image = metadata.user_application_type == 7 && metadata.content_type == 2 &&
                                 (metadata.content_subtype == 1 || metadata.content_subtype == 3);
-        if (!logo_image) return told;
+        if (!logo_image) return reported;
         std::vector<spi::SpiLogoInfo> others;
         std::vector<spi::SpiLogoInfo> matching;
         for (const spi::SpiLogoInfo& logo : announced[key(with)])
@@ -91,14 +91,14 @@ struct store_model {
                                   (logo.size_code == 3 || logo.size_code == 4) && body.size() <= 22528;
             if (!writable || !root_works) continue;
             const std::string name = file_name(logo);
-            files[name] = body.substr(0, std::min(first_room, body.size()));
-            if (body.size() <= first_room) {
-                told.push_back(name);
+            files[name] = body.substr(0, std::min(first_space, body.size()));
+            if (body.size() <= first_space) {
+                reported.push_back(name);
             } else {
                 remove(station + '_' + hex(logo.size_code));
             }
         }
-        return told;
+        return reported;
     }
     bool has(const std::string& start) const {
         const auto found = files.lower_bound(start);
@@ -208,21 +208,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 const std::string body = kind == 15
                                              ? std::string(22528 + input.ConsumeBool(), 'x')
                                              : input.ConsumeBytesAsString(static_cast<std::size_t>(kind));
-                room = input.ConsumeIntegralInRange(0, 5) == 0
-                           ? input.ConsumeIntegralInRange<std::size_t>(0, body.size())
-                           : SIZE_MAX;
+                space_left = input.ConsumeIntegralInRange(0, 5) == 0
+                                 ? input.ConsumeIntegralInRange<std::size_t>(0, body.size())
+                                 : SIZE_MAX;
                 handle(std::make_shared<spi::image_body_event>(
                     metadata, body_of(reinterpret_cast<const std::uint8_t*>(body.data()), body.size()),
                     with));
-                const std::vector<std::string> expected = model.image(metadata, body, with, room);
-                room = SIZE_MAX;
-                std::vector<std::string> told;
+                const std::vector<std::string> expected = model.image(metadata, body, with, space_left);
+                space_left = SIZE_MAX;
+                std::vector<std::string> reported;
                 for (const spi::event& e : router.events) {
                     expect(e.destination == spi::QID_CBHDL, "logos are told to the listener");
-                    told.push_back(dynamic_cast<const spi::si_logo_event&>(*e.payload).logo.name);
+                    reported.push_back(dynamic_cast<const spi::si_logo_event&>(*e.payload).logo.name);
                 }
                 router.events.clear();
-                expect(told == expected, "store and model tell the same logos");
+                expect(reported == expected, "store and model tell the same logos");
             }
         }
         expect(router.events.empty(), "images alone are told");

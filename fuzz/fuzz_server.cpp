@@ -41,9 +41,9 @@ spi::ServElemId small_service(FuzzedDataProvider& input) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    auto hears = std::make_shared<listener>();
-    hears->root = root();
-    spi::SpiServer server(hears, hears->root, hears->root);
+    auto notified = std::make_shared<listener>();
+    notified->root = root();
+    spi::SpiServer server(notified, notified->root, notified->root);
     for (int calls = 0; calls < 40 && input.remaining_bytes() > 0; ++calls) {
         switch (input.ConsumeIntegralInRange(0, 6)) {
             case 0: {

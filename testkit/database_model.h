@@ -41,7 +41,7 @@ class database_model {
     // Lets go of the rows that nothing can reach any more; for runs over many days.
     void forget_retired_days();
 
-    // How often the roads were taken that a random walk may miss.
+    // How often the paths were taken that a random walk may miss.
     struct counts {
         int stored = 0, refused = 0, taken = 0, wrapped_keys = 0;
         int updates = 0, updates_without_next = 0, untitled_now = 0;

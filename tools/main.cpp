@@ -10,8 +10,8 @@
 
 #include "tools/command_line/command.h"
 #include "tools/command_line/command_line.h"
-#include "tools/terminal/complain.h"
-#include "tools/terminal/standard_descriptors.h"
+#include "tools/terminal/error_messages.h"
+#include "tools/terminal/standard_streams.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ namespace {
 int printed(int status) {
     std::cout.flush();
     if (std::cout) return status;
-    dabspi::complain("cannot write to standard output");
+    dabspi::print_error("cannot write to standard output");
     return dabspi::kExitFailed;
 }
 
@@ -35,7 +35,7 @@ int run(int argc, char** argv) {
     for (const dabspi::command& each : commands) {
         if (each.arguments->parsed()) return each.run();
     }
-    dabspi::complain("a command is needed");
+    dabspi::print_error("a command is needed");
     std::cerr << app.help();
     return dabspi::kExitUnusable;
 }
@@ -43,15 +43,15 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    dabspi::occupy_closed_descriptors();
+    dabspi::occupy_closed_standard_streams();
     // A closed pipe shows up where it is written to, so that temporary files get removed.
     std::signal(SIGPIPE, SIG_IGN);
     try {
         return run(argc, argv);
     } catch (const std::bad_alloc&) {
-        dabspi::complain("out of memory");
+        dabspi::print_error("out of memory");
     } catch (const std::exception& error) {
-        dabspi::complain(error.what());
+        dabspi::print_error(error.what());
     }
     return dabspi::kExitFailed;
 }

@@ -1,5 +1,5 @@
-// What the library takes of a receiver: memory of an idle server and of one that has heard an ensemble, the
-// stacks of its threads, the time to start and stop. Prints a table in Markdown.
+// What the library takes of a receiver: memory of an idle server and of one that has received an ensemble,
+// the stacks of its threads, the time to start and stop. Prints a table in Markdown.
 //
 // Stacks are given to the threads painted, so that the deepest byte ever written shows. The heap is counted
 // in operator new, as the C library rounds it.
@@ -83,8 +83,8 @@ void be_quiet() {
 }
 
 // Two rounds of the carousel in the morning, then the clock for two hours.
-void hear(spi::SpiServer& server, const soak::ensemble& ensemble, long day,
-          const std::vector<soak::carousel_object>& objects) {
+void receive(spi::SpiServer& server, const soak::ensemble& ensemble, long day,
+             const std::vector<soak::carousel_object>& objects) {
     constexpr int kMorning = 8 * 60;
     spi::MotDateTime now = soak::date_time_of(day, kMorning);
     server.SetDateTime(now);
@@ -171,21 +171,21 @@ int main(int argc, char** argv) {
     const long resident_before_ensemble = status_kb("VmRSS:");
     counted_heap heap;
     server = make(listener, logo_root);
-    hear(*server, home, day, objects);
+    receive(*server, home, day, objects);
     const std::uint64_t ensemble_bytes = heap.live();
     const std::uint64_t ensemble_peak = heap.peak();
     const long resident_ensemble = status_kb("VmRSS:");
     server.reset();
-    const counting_listener heard = *listener;
-    if (heard.programmes == 0 || heard.logos == 0 || heard.now_next == 0) {
-        std::fputs("footprint: the ensemble was not heard\n", stderr);
+    const counting_listener received = *listener;
+    if (received.programmes == 0 || received.logos == 0 || received.now_next == 0) {
+        std::fputs("footprint: the ensemble was not received\n", stderr);
         return 1;
     }
 
     threads_made = 0;
     painting = true;
     server = make(listener, logo_root);
-    hear(*server, home, day, objects);
+    receive(*server, home, day, objects);
     server.reset();
 
     utsname machine{};
@@ -195,8 +195,8 @@ int main(int argc, char** argv) {
     std::printf(
         "| heap with the ensemble: %zu objects of %llu bytes, %zu services, %u programmes, %u logos written "
         "| %llu bytes |\n",
-        objects.size(), static_cast<unsigned long long>(bytes), home.stations.size(), heard.programmes,
-        heard.logos, static_cast<unsigned long long>(ensemble_bytes));
+        objects.size(), static_cast<unsigned long long>(bytes), home.stations.size(), received.programmes,
+        received.logos, static_cast<unsigned long long>(ensemble_bytes));
     std::printf("| the same at its highest | %llu bytes |\n", static_cast<unsigned long long>(ensemble_peak));
     for (std::size_t i = 0; i < kWorkers.size(); ++i)
         std::printf("| stack of the %s | %zu bytes |\n", kWorkers[i], used(stacks[i]));

@@ -20,8 +20,8 @@ std::string read_file(const fs::path& path) {
 }  // namespace
 
 void file_set::add(const std::string& path, std::string_view text) {
-    const auto [place, fresh] = files_.emplace(path, text);
-    if (!fresh && place->second != text) throw std::logic_error("two different files named " + path);
+    const auto [entry, fresh] = files_.emplace(path, text);
+    if (!fresh && entry->second != text) throw std::logic_error("two different files named " + path);
 }
 
 void file_set::add(const std::string& path, const spi_builder::bytes& content) {

@@ -52,15 +52,16 @@ bool lock_file(int descriptor) {
 
 // Whether the file that is locked is still the one that others find under its name: the one who lets go
 // removes it. Where that cannot be found out, trying again would not end.
-enum class place_t { kInPlace, kGone, kUnknown };
+enum class lock_file_state { kInPlace, kGone, kUnknown };
 
-place_t place_of(int descriptor, const std::string& path) {
+lock_file_state state_of(int descriptor, const std::string& path) {
     struct stat locked {};
     struct stat named {};
-    if (fstat(descriptor, &locked) != 0) return place_t::kUnknown;
-    if (stat(path.c_str(), &named) != 0) return errno == ENOENT ? place_t::kGone : place_t::kUnknown;
+    if (fstat(descriptor, &locked) != 0) return lock_file_state::kUnknown;
+    if (stat(path.c_str(), &named) != 0)
+        return errno == ENOENT ? lock_file_state::kGone : lock_file_state::kUnknown;
     const bool same = locked.st_ino == named.st_ino && locked.st_dev == named.st_dev;
-    return same ? place_t::kInPlace : place_t::kGone;
+    return same ? lock_file_state::kInPlace : lock_file_state::kGone;
 }
 
 // The descriptor of the lock file, or -1 and what the file "cannot be".
@@ -70,11 +71,11 @@ int take_lock_file(const std::string& path, const char*& cannot_be) {
         cannot_be = "opened";
         if (descriptor == -1) return -1;
         const bool locked = lock_file(descriptor);
-        const place_t place = locked ? place_of(descriptor, path) : place_t::kUnknown;
-        if (place == place_t::kInPlace) return descriptor;
+        const lock_file_state state = locked ? state_of(descriptor, path) : lock_file_state::kUnknown;
+        if (state == lock_file_state::kInPlace) return descriptor;
         close(descriptor);
         cannot_be = locked ? "looked at" : "locked";
-        if (place == place_t::kUnknown) return -1;
+        if (state == lock_file_state::kUnknown) return -1;
     }
 }
 

@@ -14,7 +14,7 @@ class Announcing : public EventDb {
     }
 };
 
-TEST_F(Announcing, TellsNowAndNextInOneUpdate) {
+TEST_F(Announcing, ReportsNowAndNextInOneUpdate) {
     at("1030");
     on_air("1000", 60, "News");
     on_air("1100", 60, "Talk");
@@ -23,12 +23,12 @@ TEST_F(Announcing, TellsNowAndNextInOneUpdate) {
     expect_now_next("News", "Talk");
 }
 
-TEST_F(Announcing, TellsNowAsItArrivesAndNextAsItArrives) {
+TEST_F(Announcing, ReportsNowAsItArrivesAndNextAsItArrives) {
     news_and_talk();
     expect_sent({"stored News", "now News, next -", "stored Talk", "now News, next Talk"});
 }
 
-TEST_F(Announcing, TellsNothingUntilNowIsKnown) {
+TEST_F(Announcing, ReportsNothingUntilNowIsKnown) {
     at("1030");
     listen_to(station);
     on_air("1100", 60, "Talk");
@@ -37,7 +37,7 @@ TEST_F(Announcing, TellsNothingUntilNowIsKnown) {
     expect_sent({"stored News", "now News, next Talk"});
 }
 
-TEST_F(Announcing, TellsNothingWhileNowLasts) {
+TEST_F(Announcing, ReportsNothingWhileNowLasts) {
     news_and_talk();
     forget_sent();
     EXPECT_EQ(at("1031"), 0);

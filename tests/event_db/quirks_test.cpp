@@ -14,7 +14,7 @@ class Quirks : public EventDb {
     }
 };
 
-TEST_F(Quirks, AChangeOfProgrammeIsToldOneMinuteAfterTheEnd) {
+TEST_F(Quirks, AChangeOfProgrammeIsReportedOneMinuteAfterTheEnd) {
     at("1030");
     on_air("1000", 60, "News");
     on_air("1100", 60, "Talk");

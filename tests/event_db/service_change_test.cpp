@@ -15,7 +15,7 @@ class ServiceChange : public EventDb {
     }
 };
 
-TEST_F(ServiceChange, TellsTheNewServicesNowAndNext) {
+TEST_F(ServiceChange, ReportsTheNewServicesNowAndNext) {
     EXPECT_EQ(listen_to(station), 0);
     expect_now_next("News", "Talk");
     EXPECT_EQ(listen_to(other_station), 0);
@@ -47,7 +47,7 @@ TEST_F(ServiceChange, ToOneWithNothingOnSendsNothing) {
     EXPECT_EQ(standing(), "now -, next -");
 }
 
-TEST_F(ServiceChange, ThereAndBackTellsTheSameAgain) {
+TEST_F(ServiceChange, ThereAndBackReportsTheSameAgain) {
     listen_to(station);
     listen_to(other_station);
     forget_sent();

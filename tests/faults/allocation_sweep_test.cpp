@@ -1,6 +1,6 @@
-// Memory that is missing at every point of a whole life in turn: once, and from then on.
+// Memory that is missing at every point of a whole reception in turn: once, and from then on.
 #include "tests/event/watchdog.h"
-#include "tests/faults/life_checks.h"
+#include "tests/faults/reception_checks.h"
 #include "tests/wrap/failing_new.h"
 
 namespace {
@@ -12,33 +12,34 @@ struct AllocationSweep : testing::TestWithParam<std::tuple<surface, failing_new:
     const surface interface = std::get<0>(GetParam());
     const failing_new::mode_t mode = std::get<1>(GetParam());
 
-    void SetUp() override { whole_life(interface).run(); }  // what the process keeps for good is made
+    void SetUp() override { whole_reception(interface).run(); }  // what the process keeps for good is made
 
-    life_result live_with(long n) const {
-        life_fault fault;
+    reception_result play_with(long n) const {
+        reception_fault fault;
         fault.begin = [this, n] { failing_new::fail_at(n, mode); };
         fault.end = [] { failing_new::stop(); };
         fault.struck = [] { return failing_new::has_failed(); };
         fault.host_tries_again = mode == failing_new::kOnce;
-        whole_life life(interface);
-        return life.run(fault);
+        whole_reception reception(interface);
+        return reception.run(fault);
     }
 
-    static long reports_in(const life_result& life) {
+    static long reports_in(const reception_result& reception) {
         long reports = 0;
-        for (const std::string& message : lines_and_texts(life)) {
+        for (const std::string& message : lines_and_texts(reception)) {
             EXPECT_EQ(message, kNoMemoryReport);
             ++reports;
         }
-        EXPECT_EQ(life.banners, static_cast<std::size_t>(reports));
+        EXPECT_EQ(reception.banners, static_cast<std::size_t>(reports));
         return reports;
     }
 
-    // Whatever else is told comes from a worker that lives, about one that does not: an empty now or next.
-    void expect_nothing_made_up(const life_result& life) const {
+    // Whatever else is reported comes from a worker that lives, about one that does not: an empty now or
+    // next.
+    void expect_nothing_made_up(const reception_result& reception) const {
         const std::vector<std::string> reference = reference_notes(interface);
-        EXPECT_LE(life.notes.size(), reference.size());
-        for (const std::string& note : life.notes)
+        EXPECT_LE(reception.notes.size(), reference.size());
+        for (const std::string& note : reception.notes)
             EXPECT_THAT(reference, testing::Contains(note));
     }
 
@@ -46,75 +47,76 @@ struct AllocationSweep : testing::TestWithParam<std::tuple<surface, failing_new:
     // end is reported. Nothing is laid down for two cases: the destructor's requests, which have nobody to be
     // thrown at (it ends all the same), and a new thread's entry in the platform's table, which does without.
     // Memory that stays missing is told to the host by every later call.
-    void expect_not_silent(const life_result& life) const {
-        if (life.construction != life_result::kConstructed) {
-            EXPECT_EQ(life.construction, life_result::kOutOfMemory);
+    void expect_not_silent(const reception_result& reception) const {
+        if (reception.construction != reception_result::kConstructed) {
+            EXPECT_EQ(reception.construction, reception_result::kOutOfMemory);
         } else if (failing_new::failed_on_this_thread()) {
-            if (life.struck_in != life_phase::kDestruction) {
-                EXPECT_GE(life.told, 1);
+            if (reception.struck_in != reception_phase::kDestruction) {
+                EXPECT_GE(reception.thrown, 1);
             }
-        } else if (life.struck_in > life_phase::kFirstEvent) {
-            EXPECT_GE(life.banners, 1U);
+        } else if (reception.struck_in > reception_phase::kFirstEvent) {
+            EXPECT_GE(reception.banners, 1U);
         }
         if (mode == failing_new::kFromThenOn) {
-            EXPECT_EQ(life.calls_as_ever, 0);
+            EXPECT_EQ(reception.calls_as_ever, 0);
         }
     }
 
     // One allocation failed: somebody was told, the host by an exception or the log by a thread's end.
     // Silence is for what does without: a new thread's entry in the platform's table, and the requests of the
     // destructor.
-    void expect_told_once(const life_result& life) const {
-        const long reports = reports_in(life);
-        const bool thrown = life.construction == life_result::kOutOfMemory;
-        const long told = life.told + (thrown ? 1 : 0) + reports;
-        const bool may_be_silent =
-            life.struck_in == life_phase::kDestruction ||
-            (life.struck_in <= life_phase::kFirstEvent && life.construction == life_result::kConstructed);
-        EXPECT_LE(told, 1);
+    void expect_reported_once(const reception_result& reception) const {
+        const long reports = reports_in(reception);
+        const bool thrown = reception.construction == reception_result::kOutOfMemory;
+        const long reported = reception.thrown + (thrown ? 1 : 0) + reports;
+        const bool may_be_silent = reception.struck_in == reception_phase::kDestruction ||
+                                   (reception.struck_in <= reception_phase::kFirstEvent &&
+                                    reception.construction == reception_result::kConstructed);
+        EXPECT_LE(reported, 1);
         if (!may_be_silent) {
-            EXPECT_EQ(told, 1);
+            EXPECT_EQ(reported, 1);
         }
         if (thrown) {
-            EXPECT_TRUE(life.notes.empty());
+            EXPECT_TRUE(reception.notes.empty());
         } else if (reports == 0) {
-            EXPECT_EQ(life.notes, reference_notes(interface));  // the host asked again, or nobody noticed
-            EXPECT_EQ(logo_files(life).size(), 2U);
+            EXPECT_EQ(reception.notes,
+                      reference_notes(interface));  // the host asked again, or nobody noticed
+            EXPECT_EQ(logo_files(reception).size(), 2U);
         } else {
-            expect_nothing_made_up(life);
+            expect_nothing_made_up(reception);
         }
     }
 };
 
-TEST_P(AllocationSweep, EveryPointOfALifeIsSurvived) {
+TEST_P(AllocationSweep, EveryPointOfAReceptionIsSurvived) {
     long n = 1;
     long constructions_failed = 0;
     for (; n < kMostAllocations; ++n) {
         about_to_try("allocation " + std::to_string(n));
         SCOPED_TRACE("allocation " + std::to_string(n));
-        const life_result life = live_with(n);
-        if (!life.struck) {
-            expect_faultless(life, interface);
-            expect_a_faultless_life(interface);
+        const reception_result reception = play_with(n);
+        if (!reception.struck) {
+            expect_faultless(reception, interface);
+            expect_a_faultless_reception(interface);
             break;
         }
-        expect_sound(life);
-        EXPECT_TRUE(life.construction == life_result::kConstructed ||
-                    life.construction == life_result::kOutOfMemory);
-        if (life.construction == life_result::kOutOfMemory) ++constructions_failed;
-        expect_not_silent(life);
+        expect_sound(reception);
+        EXPECT_TRUE(reception.construction == reception_result::kConstructed ||
+                    reception.construction == reception_result::kOutOfMemory);
+        if (reception.construction == reception_result::kOutOfMemory) ++constructions_failed;
+        expect_not_silent(reception);
         if (mode == failing_new::kOnce) {
-            expect_told_once(life);
+            expect_reported_once(reception);
         } else {
-            reports_in(life);
-            expect_nothing_made_up(life);
+            reports_in(reception);
+            expect_nothing_made_up(reception);
         }
-        if (n % kFollowEvery == 0) expect_a_faultless_life(interface);
+        if (n % kFollowEvery == 0) expect_a_faultless_reception(interface);
         if (HasFailure()) break;
     }
     EXPECT_LT(n, kMostAllocations);
     EXPECT_GT(constructions_failed, 30);
-    EXPECT_GT(n, 180);  // or the life was not a whole one
+    EXPECT_GT(n, 180);  // or the reception was not a whole one
     report_tried("allocation", interface, mode == failing_new::kOnce ? "once" : "from then on", n - 1);
 }
 

@@ -7,7 +7,7 @@
 #include "testkit/journal.h"
 #include "tests/event/counted_payloads.h"
 #include "tests/event/watchdog.h"
-#include "tests/faults/life_checks.h"
+#include "tests/faults/reception_checks.h"
 #include "tests/server/ending_server.h"
 #include "tests/support/captured_debug.h"
 
@@ -19,7 +19,7 @@ struct BlockedListener : testing::TestWithParam<surface> {
     const watchdog guard;
     const captured_debug debug;
     sandbox here;
-    life_notes notes;
+    listener_notes notes;
     gate entered;
     gate may_return;
     std::unique_ptr<host> subject;
@@ -76,7 +76,7 @@ struct BlockedListener : testing::TestWithParam<surface> {
     }
 };
 
-TEST_P(BlockedListener, HearsEverythingInOrderOnceItReturns) {
+TEST_P(BlockedListener, ReceivesEverythingInOrderOnceItReturns) {
     block_and_go_on();
     may_return.open();
     EXPECT_TRUE(spi::wait_until_quiet(std::chrono::minutes(1)));
@@ -85,7 +85,7 @@ TEST_P(BlockedListener, HearsEverythingInOrderOnceItReturns) {
     EXPECT_EQ(notes.all(), expected);
 }
 
-TEST_P(BlockedListener, IsWaitedForByTheEndAndHearsWhatWasQueuedBefore) {
+TEST_P(BlockedListener, IsWaitedForByTheEndAndReceivesWhatWasQueuedBefore) {
     block_and_go_on();
     counted_payloads::forget();
     std::atomic<bool> ended{false};

@@ -10,7 +10,7 @@
 #include "platform/zeb_shared_memory.h"
 #include "spi_wrap/to_spi_server.h"
 #include "tests/event/watchdog.h"
-#include "tests/faults/life_checks.h"
+#include "tests/faults/reception_checks.h"
 
 namespace {
 
@@ -34,12 +34,12 @@ struct DyingNeighbour : testing::Test {
     void TearDown() override {
         sandbox::refuse = nullptr;
         const watchdog guard;
-        expect_a_faultless_life(surface::kWrapper);
+        expect_a_faultless_reception(surface::kWrapper);
     }
 
-    static life_result live(whole_life& life) {
+    static reception_result play(whole_reception& reception) {
         const watchdog guard;  // a process is split only while it has one thread
-        return life.run();
+        return reception.run();
     }
     enum ending { kKilled, kRegular, kCrashed };
     static ending end_of(pid_t child) {
@@ -54,15 +54,15 @@ struct DyingNeighbour : testing::Test {
 // n-th is the same one each time.
 TEST_F(DyingNeighbour, MayBeKilledAtEveryCallOfItsConstruction) {
     {
-        whole_life first(surface::kWrapper);
-        live(first);
+        whole_reception first(surface::kWrapper);
+        play(first);
     }
-    for (const auto block : {whole_life::kFreshBlock, whole_life::kStandingBlock}) {
+    for (const auto block : {whole_reception::kFreshBlock, whole_reception::kStandingBlock}) {
         long points = 0;
         int empty_blocks = 0;
         for (;; ++points) {
             SCOPED_TRACE(points + 1);
-            whole_life life(surface::kWrapper, block);
+            whole_reception reception(surface::kWrapper, block);
             const pid_t child = fork();
             ASSERT_NE(child, -1);
             if (child == 0) {
@@ -75,34 +75,34 @@ TEST_F(DyingNeighbour, MayBeKilledAtEveryCallOfItsConstruction) {
             const ending end = end_of(child);
             ASSERT_NE(end, kCrashed);    // of itself, or by the alarm: no point was reached then
             if (end == kRegular) break;  // it has lived through all its calls
-            const bool empty =
-                std::filesystem::exists(life.here.block()) && std::filesystem::is_empty(life.here.block());
-            const life_result result = live(life);
+            const bool empty = std::filesystem::exists(reception.here.block()) &&
+                               std::filesystem::is_empty(reception.here.block());
+            const reception_result result = play(reception);
             if (empty) {
                 // Made and not yet sized: whoever comes later does not grow it.
                 ++empty_blocks;
-                EXPECT_EQ(result.construction, life_result::kLogicError);
+                EXPECT_EQ(result.construction, reception_result::kLogicError);
                 EXPECT_EQ(lines_and_texts(result), std::vector<std::string>{"151 mmap error\n"});
                 EXPECT_EQ(result.left_behind, "");
-                EXPECT_EQ(std::filesystem::file_size(life.here.block()), 0U);
+                EXPECT_EQ(std::filesystem::file_size(reception.here.block()), 0U);
             } else {
                 expect_faultless(result, surface::kWrapper);
             }
             if (HasFailure()) return;
         }
         EXPECT_GT(points, 10);
-        EXPECT_EQ(empty_blocks, block == whole_life::kFreshBlock ? 1 : 0);
+        EXPECT_EQ(empty_blocks, block == whole_reception::kFreshBlock ? 1 : 0);
         report_tried("SIGKILL of a neighbour", surface::kWrapper,
-                     block == whole_life::kFreshBlock ? "fresh block" : "standing block", points);
+                     block == whole_reception::kFreshBlock ? "fresh block" : "standing block", points);
     }
 }
 
 TEST_F(DyingNeighbour, ThatDiesWhileItIsWaitedForGivesTheLockAway) {
     {
-        whole_life first(surface::kWrapper);
-        live(first);
+        whole_reception first(surface::kWrapper);
+        play(first);
     }
-    whole_life life(surface::kWrapper);
+    whole_reception reception(surface::kWrapper);
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const pid_t child = fork();
@@ -121,7 +121,7 @@ TEST_F(DyingNeighbour, ThatDiesWhileItIsWaitedForGivesTheLockAway) {
     close(ends[1]);
     to_be_killed = child;
     sandbox::refuse = &kill_the_other_at_the_lock;
-    expect_faultless(live(life), surface::kWrapper);
+    expect_faultless(play(reception), surface::kWrapper);
     EXPECT_EQ(to_be_killed, 0);
     EXPECT_EQ(end_of(child), kKilled);
 }

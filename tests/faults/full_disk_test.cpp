@@ -6,14 +6,14 @@
 
 #include <csignal>
 
-#include "tests/faults/logo_life.h"
+#include "tests/faults/logo_reception.h"
 #include "tests/faults/system_faults.h"
 
 namespace {
 
-class disk_life : public logo_life {
+class disk_reception : public logo_reception {
  public:
-    explicit disk_life(surface interface) : logo_life(interface) {}
+    explicit disk_reception(surface interface) : logo_reception(interface) {}
 
     void try_each_byte_under_the_systems_limit() {
         std::signal(SIGXFSZ, SIG_IGN);
@@ -35,15 +35,16 @@ class disk_life : public logo_life {
     // With room for `bytes`: told and there only when all of it fits.
     void expect_whole_or_nothing(std::size_t bytes) {
         const bool fits = bytes >= on_air::png().size();
-        EXPECT_EQ(told(), fits ? std::vector<std::string>{kTold} : std::vector<std::string>{}) << bytes;
+        EXPECT_EQ(reported(), fits ? std::vector<std::string>{kReported} : std::vector<std::string>{})
+            << bytes;
         EXPECT_EQ(tree(root), fits ? (entries_t{{kFile, on_air::png_text()}}) : entries_t{}) << bytes;
         EXPECT_TRUE(messages().empty());
     }
 };
 
-class FullDisk : public testing::TestWithParam<surface>, protected disk_life {
+class FullDisk : public testing::TestWithParam<surface>, protected disk_reception {
  protected:
-    FullDisk() : disk_life(GetParam()) {}
+    FullDisk() : disk_reception(GetParam()) {}
 
  private:
     const watchdog guard_;
@@ -63,7 +64,7 @@ TEST_P(FullDisk, LeavesAWholeLogoOrNoneAtEveryByte) {
 TEST_P(FullDisk, TakesTheOlderLogoAwayAtEveryByte) {
     for (std::size_t bytes = 0; bytes < on_air::png().size(); ++bytes) {
         announce_and_receive();
-        ASSERT_EQ(told(), std::vector<std::string>{kTold});
+        ASSERT_EQ(reported(), std::vector<std::string>{kReported});
         const std::string name = announce();
         system_faults::take_only(bytes);
         receive(name);
@@ -74,13 +75,13 @@ TEST_P(FullDisk, TakesTheOlderLogoAwayAtEveryByte) {
 
 class DiskLimit : public testing::TestWithParam<surface> {};
 
-// The limit is a whole process's, so the life is that of a process of its own.
+// The limit is a whole process's, so the reception is that of a process of its own.
 TEST_P(DiskLimit, LeavesAWholeLogoOrNoneAtEveryByte) {
     const pid_t child = fork();
     ASSERT_NE(child, -1);
     if (child == 0) {
         alarm(100);
-        disk_life(GetParam()).try_each_byte_under_the_systems_limit();
+        disk_reception(GetParam()).try_each_byte_under_the_systems_limit();
         std::fflush(stdout);
         _exit(HasFailure() ? 1 : 0);
     }

@@ -9,8 +9,8 @@
 
 #include "spi_wrap/to_spi_server.h"
 #include "src/server/spi_server.h"
-#include "tests/faults/broadcast_life.h"
-#include "tests/faults/life_notes.h"
+#include "tests/faults/listener_notes.h"
+#include "tests/faults/on_air.h"
 
 enum class surface { kCore, kWrapper };
 
@@ -33,7 +33,7 @@ class host {
 
 class core_host final : public host {
  public:
-    core_host(life_notes& notes, const std::string& logo_root)
+    core_host(listener_notes& notes, const std::string& logo_root)
         : listener_(std::make_shared<core_listener>(notes)), logo_root_(logo_root) {}
 
     void construct() override {
@@ -69,7 +69,7 @@ class core_host final : public host {
 
 class wrapper_host final : public host {
  public:
-    explicit wrapper_host(life_notes& notes) : listener_(notes) {}
+    explicit wrapper_host(listener_notes& notes) : listener_(notes) {}
 
     void construct() override { server_ = std::make_unique<spi_wrap::toSpiServer>(&listener_); }
     void set_time(unsigned day, unsigned hour, unsigned minute) override {
@@ -96,7 +96,8 @@ class wrapper_host final : public host {
     std::unique_ptr<spi_wrap::toSpiServer> server_;
 };
 
-inline std::unique_ptr<host> make_host(surface interface, life_notes& notes, const std::string& logo_root) {
+inline std::unique_ptr<host> make_host(surface interface, listener_notes& notes,
+                                       const std::string& logo_root) {
     if (interface == surface::kCore) return std::make_unique<core_host>(notes, logo_root);
     return std::make_unique<wrapper_host>(notes);
 }

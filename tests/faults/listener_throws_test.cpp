@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "tests/event/watchdog.h"
-#include "tests/faults/life_checks.h"
+#include "tests/faults/reception_checks.h"
 
 namespace {
 
@@ -18,46 +18,46 @@ struct throwing_case {
 
 struct ThrowingListener : testing::TestWithParam<throwing_case> {
     const watchdog guard;
-    void SetUp() override { whole_life(GetParam().interface).run(); }
+    void SetUp() override { whole_reception(GetParam().interface).run(); }
 };
 
 // The notes up to and with the one that throws.
-std::vector<std::string> heard_until(const throwing_case& at) {
-    std::vector<std::string> heard;
+std::vector<std::string> received_until(const throwing_case& at) {
+    std::vector<std::string> received;
     int left = at.occurrence;
     for (const std::string& note : reference_notes(at.interface)) {
-        heard.push_back(note);
-        if (note.rfind(at.call, 0) == 0 && --left == 0) return heard;
+        received.push_back(note);
+        if (note.rfind(at.call, 0) == 0 && --left == 0) return received;
     }
     return {};
 }
 
 TEST_P(ThrowingListener, EndsNotificationAndNothingElse) {
     const throwing_case at = GetParam();
-    life_result life;
+    reception_result reception;
     {
-        whole_life struck(at.interface);
+        whole_reception struck(at.interface);
         int seen = 0;
         struck.notes.during_a_call = [&](const char* text) {
             if (std::string(text).rfind(at.call, 0) != 0 || ++seen != at.occurrence) return;
             if (at.what == thrown::kException) throw std::runtime_error("no more");
             throw 42;
         };
-        life = struck.run();
+        reception = struck.run();
     }
-    expect_sound(life);
-    ASSERT_FALSE(heard_until(at).empty());
-    EXPECT_EQ(life.notes, heard_until(at));
-    EXPECT_EQ(life.told, 0);
-    EXPECT_EQ(logo_files(life).size(), 2U);
+    expect_sound(reception);
+    ASSERT_FALSE(received_until(at).empty());
+    EXPECT_EQ(reception.notes, received_until(at));
+    EXPECT_EQ(reception.thrown, 0);
+    EXPECT_EQ(logo_files(reception).size(), 2U);
     const std::string report = at.what == thrown::kException
                                    ? "431 catch exception. thread name [dabspi], what [no more]\n"
                                    : "436 catch exception. thread name [dabspi]\n";
-    EXPECT_EQ(lines_and_texts(life), std::vector<std::string>{report});
-    ASSERT_EQ(life.messages.size(), 1U);
-    EXPECT_EQ(life.messages[0].function, "Entry");
-    EXPECT_EQ(life.banners, 1U);
-    expect_a_faultless_life(at.interface);
+    EXPECT_EQ(lines_and_texts(reception), std::vector<std::string>{report});
+    ASSERT_EQ(reception.messages.size(), 1U);
+    EXPECT_EQ(reception.messages[0].function, "Entry");
+    EXPECT_EQ(reception.banners, 1U);
+    expect_a_faultless_reception(at.interface);
 }
 
 std::vector<throwing_case> throwing_cases() {

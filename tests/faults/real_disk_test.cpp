@@ -29,7 +29,7 @@ std::string content(const std::string& name) {
 
 // The text of the notes after one logo of `image` was received, and whether its file is there.
 std::string receive(const spi_builder::bytes& image) {
-    life_notes notes;
+    listener_notes notes;
     core_host subject(notes, kRoot);
     subject.construct();
     subject.set_time(2, 10, 30);
@@ -42,18 +42,18 @@ std::string receive(const spi_builder::bytes& image) {
     subject.feed(2, 3, "logo.png", image);
     if (!spi::wait_until_quiet(std::chrono::minutes(1))) return "not quiet";
     subject.destroy();
-    std::string told;
+    std::string reported;
     for (const std::string& note : notes.all())
-        told += note + "; ";
+        reported += note + "; ";
     struct stat status {};
     const bool there = lstat((std::string(kRoot) + "/E1C2210_4.PNG").c_str(), &status) == 0;
-    return told + (there ? "a file of " + std::to_string(status.st_size) : "no file");
+    return reported + (there ? "a file of " + std::to_string(status.st_size) : "no file");
 }
 
-void in_private(const std::function<std::string()>& piece) {
+void in_private(const std::function<std::string()>& action) {
     const temporary_directory mount_point;
     std::string failure;
-    const private_root_result result = in_private_root(mount_point.path().string(), piece, failure);
+    const private_root_result result = in_private_root(mount_point.path().string(), action, failure);
     if (result == private_root_result::kNotPermitted) GTEST_SKIP() << "this machine permits no namespaces";
     EXPECT_EQ(result, private_root_result::kPassed);
     EXPECT_EQ(failure, "");

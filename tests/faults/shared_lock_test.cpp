@@ -5,7 +5,7 @@
 #include <cerrno>
 
 #include "tests/event/watchdog.h"
-#include "tests/faults/life_checks.h"
+#include "tests/faults/reception_checks.h"
 #include "tests/faults/system_faults.h"
 
 namespace {
@@ -13,32 +13,32 @@ namespace {
 struct SharedLock : testing::Test {
     const watchdog guard;
 
-    void SetUp() override { whole_life(surface::kWrapper).run(); }
-    void TearDown() override { expect_a_faultless_life(surface::kWrapper); }  // nothing of it stays
+    void SetUp() override { whole_reception(surface::kWrapper).run(); }
+    void TearDown() override { expect_a_faultless_reception(surface::kWrapper); }  // nothing of it stays
 
-    void live_with(const char* function, int error) {
-        life_fault fault;
+    void play_with(const char* function, int error) {
+        reception_fault fault;
         fault.begin = [=] { system_faults::arm(function, 1, system_faults::kFromThenOn, error); };
         fault.end = [] { system_faults::disarm(); };
-        result = whole_life(surface::kWrapper).run(fault);
+        result = whole_reception(surface::kWrapper).run(fault);
         EXPECT_TRUE(system_faults::struck());
     }
     static std::string given_up(const std::string& what) {
         return std::string("0 ") + kLockFile + " cannot be " + what + "; locked within this process only\n";
     }
-    life_result result;
+    reception_result result;
 };
 
 TEST_F(SharedLock, WhoseFileCannotBeLookedAtIsGivenUp) {
-    live_with("fstat", EIO);
-    EXPECT_EQ(result.construction, life_result::kLogicError);  // the block cannot be looked at either
+    play_with("fstat", EIO);
+    EXPECT_EQ(result.construction, reception_result::kLogicError);  // the block cannot be looked at either
     EXPECT_THAT(lines_and_texts(result), testing::ElementsAre(given_up("looked at"), "151 mmap error\n"));
     EXPECT_EQ(result.left_behind, "");
 }
 
 TEST_F(SharedLock, WhoseNameCannotBeLookedUpIsGivenUp) {
-    live_with("stat", EACCES);
-    EXPECT_EQ(result.construction, life_result::kConstructed);
+    play_with("stat", EACCES);
+    EXPECT_EQ(result.construction, reception_result::kConstructed);
     // The logo root cannot be looked up either.
     EXPECT_THAT(lines_and_texts(result), testing::Contains(given_up("looked at")).Times(1));
     EXPECT_EQ(lines_and_texts(result).front(), given_up("looked at"));
@@ -46,16 +46,16 @@ TEST_F(SharedLock, WhoseNameCannotBeLookedUpIsGivenUp) {
 }
 
 TEST_F(SharedLock, ThatTheSystemDoesNotGrantIsGivenUpAloud) {
-    live_with("flock", ENOLCK);
+    play_with("flock", ENOLCK);
     EXPECT_EQ(result.notes, reference_notes(surface::kWrapper));
     EXPECT_THAT(lines_and_texts(result), testing::ElementsAre(given_up("locked")));
     EXPECT_EQ(result.left_behind, "");
 }
 
 TEST_F(SharedLock, AtWhoseNameAPipeStandsDoesNotHoldTheHostUp) {
-    whole_life life(surface::kWrapper);
-    ASSERT_EQ(mkfifo(life.here.at(kLockFile).c_str(), 0666), 0);
-    expect_faultless(life.run(), surface::kWrapper);
+    whole_reception reception(surface::kWrapper);
+    ASSERT_EQ(mkfifo(reception.here.at(kLockFile).c_str(), 0666), 0);
+    expect_faultless(reception.run(), surface::kWrapper);
 }
 
 }  // namespace

@@ -8,14 +8,14 @@
 #include <cerrno>
 #include <cstring>
 
-#include "tests/faults/logo_life.h"
+#include "tests/faults/logo_reception.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using lines = std::vector<std::string>;
 
-class StandingAtTheName : public LogoLife {
+class StandingAtTheName : public LogoReception {
  protected:
     const std::string at = root + "/" + kFile;
 
@@ -26,12 +26,12 @@ class StandingAtTheName : public LogoLife {
     void expect_refused(const entries_t& left) {
         const entries_t before = tree(outside);
         announce_and_receive();
-        EXPECT_EQ(told(), lines{});
+        EXPECT_EQ(reported(), lines{});
         EXPECT_EQ(messages(), lines{});
         EXPECT_EQ(tree(root), left);
         EXPECT_EQ(tree(outside), before);
         announce_and_receive();
-        EXPECT_EQ(told(), left.empty() ? lines{kTold} : lines{});
+        EXPECT_EQ(reported(), left.empty() ? lines{kReported} : lines{});
         EXPECT_EQ(tree(root), left.empty() ? (entries_t{{kFile, on_air::png_text()}}) : left);
         EXPECT_EQ(tree(outside), before);
     }
@@ -46,7 +46,7 @@ TEST_P(StandingAtTheName, ALinkToALogoBesideItIsRemovedAndTheLogoIsNot) {
     std::ofstream(root + "/E1C2240_4.PNG") << "another station's";
     fs::create_symlink("E1C2240_4.PNG", at);
     announce_and_receive();
-    EXPECT_EQ(told(), lines{});
+    EXPECT_EQ(reported(), lines{});
     EXPECT_EQ(tree(root), (entries_t{{"E1C2240_4.PNG", "another station's"}}));
 }
 
@@ -80,7 +80,7 @@ TEST_P(StandingAtTheName, ADirectoryStaysWithAllThatIsInIt) {
 TEST_P(StandingAtTheName, AFileWithASecondNameIsOverwrittenUnderBoth) {
     fs::create_hard_link(outside + "/target", at);  // a regular file: written in place, as it is laid down
     announce_and_receive();
-    EXPECT_EQ(told(), lines{kTold});
+    EXPECT_EQ(reported(), lines{kReported});
     EXPECT_EQ(tree(outside), (entries_t{{"target", on_air::png_text()}}));
 }
 

@@ -24,7 +24,7 @@ std::atomic<long> counted{0};
 std::atomic<long> refused_calls{0};
 std::atomic<long> refused_threads{0};
 std::atomic<std::size_t> most_written{SIZE_MAX};
-char first_name[8192];  // written by the thread of the first refusal, read after its life
+char first_name[8192];  // written by the thread of the first refusal, read after its reception
 
 int refused(const char* function, const char* name = nullptr) {
     const char* const wanted = armed;
@@ -53,7 +53,7 @@ void arm(const char* function, long n, mode_t mode, int error) {
 }
 void disarm() {
     armed = nullptr;
-    refused_threads = 0;  // the next life's threads are all there
+    refused_threads = 0;  // the next reception's threads are all there
 }
 long calls() {
     return counted;

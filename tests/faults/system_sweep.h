@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "tests/faults/system_faults.h"
-#include "tests/faults/whole_life.h"
+#include "tests/faults/whole_reception.h"
 
 // One point of a sweep: which call failed, and how.
 struct strike {
     surface interface;
-    whole_life::block_t block;
+    whole_reception::block_t block;
     system_faults::mode_t mode;
     long n;
     int error;
@@ -22,10 +22,10 @@ struct strike {
 struct fault_row {
     const char* function;
     std::vector<int> errors;
-    // Whether the core's life has such calls; the wrapper's has them all.
+    // Whether the core's reception has such calls; the wrapper's has them all.
     bool core;
-    // What the struck life must show, beyond what holds for every life.
-    void (*check)(const life_result& life, const strike& at);
+    // What the struck reception must show, beyond what holds for every reception.
+    void (*check)(const reception_result& reception, const strike& at);
     // Once only: from then on such an error would have no end, and no system does that.
     bool passing = false;
 };

@@ -1,9 +1,9 @@
-// Each call of the system that the library makes in a whole life fails in turn: once, and from then on, with
-// each error that it is known for.
+// Each call of the system that the library makes in a whole reception fails in turn: once, and from then on,
+// with each error that it is known for.
 #include <cstring>
 
 #include "tests/event/watchdog.h"
-#include "tests/faults/life_checks.h"
+#include "tests/faults/reception_checks.h"
 #include "tests/faults/system_sweep.h"
 
 namespace {
@@ -14,41 +14,41 @@ struct SystemSweep : testing::TestWithParam<fault_row> {
     const watchdog guard{std::chrono::minutes(14)};
 
     void SetUp() override {
-        whole_life(surface::kWrapper).run();
-        whole_life(surface::kCore).run();
+        whole_reception(surface::kWrapper).run();
+        whole_reception(surface::kCore).run();
     }
 
-    // The points tried until a life passes without a strike. It, the lives in between and one last life, with
-    // nothing armed, tell everything: no fault has left anything behind.
+    // The points tried until a reception passes without a strike. It, the receptions in between and one last
+    // reception, with nothing armed, tell everything: no fault has left anything behind.
     long sweep(strike at) const {
         const fault_row& row = GetParam();
         for (at.n = 1; at.n < kMostCalls; ++at.n) {
             const std::string point = std::string(row.function) + " " + std::to_string(at.n) + ", " +
                                       strerrorname_np(at.error) + (at.once() ? " once" : " from then on") +
                                       ", " + name_of(at.interface) +
-                                      (at.block == whole_life::kFreshBlock ? ", fresh block" : "");
+                                      (at.block == whole_reception::kFreshBlock ? ", fresh block" : "");
             about_to_try(point);
             SCOPED_TRACE(point);
-            life_fault fault;
+            reception_fault fault;
             fault.begin = [&] { system_faults::arm(row.function, at.n, at.mode, at.error); };
             fault.end = [] { system_faults::disarm(); };
             fault.struck = [] { return system_faults::struck(); };
-            life_result life;
+            reception_result reception;
             {
-                whole_life struck(at.interface, at.block);
-                life = struck.run(fault);
+                whole_reception struck(at.interface, at.block);
+                reception = struck.run(fault);
             }
-            if (!life.struck) {
-                expect_faultless(life, at.interface);
-                expect_a_faultless_life(at.interface);
+            if (!reception.struck) {
+                expect_faultless(reception, at.interface);
+                expect_a_faultless_reception(at.interface);
                 return at.n - 1;
             }
             at.name = system_faults::struck_on();
-            expect_sound(life);
-            EXPECT_EQ(life.told, 0);
-            EXPECT_EQ(life.banners, 0U);
-            row.check(life, at);
-            if (at.n % kFollowEvery == 0) expect_a_faultless_life(at.interface);
+            expect_sound(reception);
+            EXPECT_EQ(reception.thrown, 0);
+            EXPECT_EQ(reception.banners, 0U);
+            row.check(reception, at);
+            if (at.n % kFollowEvery == 0) expect_a_faultless_reception(at.interface);
             if (HasFailure()) return at.n;
         }
         ADD_FAILURE() << "never without a strike";
@@ -56,15 +56,15 @@ struct SystemSweep : testing::TestWithParam<fault_row> {
     }
 };
 
-TEST_P(SystemSweep, EveryPointOfALifeIsSurvived) {
+TEST_P(SystemSweep, EveryPointOfAReceptionIsSurvived) {
     const fault_row& row = GetParam();
     for (const surface interface : {surface::kCore, surface::kWrapper}) {
         if (interface == surface::kCore && !row.core) continue;
         for (const auto mode : {system_faults::kOnce, system_faults::kFromThenOn}) {
             if (mode == system_faults::kFromThenOn && row.passing) continue;
             long points = 0;
-            for (const auto block : {whole_life::kStandingBlock, whole_life::kFreshBlock}) {
-                if (interface == surface::kCore && block == whole_life::kFreshBlock) continue;
+            for (const auto block : {whole_reception::kStandingBlock, whole_reception::kFreshBlock}) {
+                if (interface == surface::kCore && block == whole_reception::kFreshBlock) continue;
                 for (const int error : row.errors)
                     points += sweep({interface, block, mode, 0, error, ""});
             }

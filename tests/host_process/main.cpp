@@ -7,11 +7,11 @@
 #include <exception>
 
 #include "tools/replay/replay_command.h"
-#include "tools/terminal/complain.h"
-#include "tools/terminal/standard_descriptors.h"
+#include "tools/terminal/error_messages.h"
+#include "tools/terminal/standard_streams.h"
 
 int main(int argc, char** argv) {
-    dabspi::occupy_closed_descriptors();
+    dabspi::occupy_closed_standard_streams();
     std::signal(SIGPIPE, SIG_IGN);
     CLI::App app("dabspi replay, by a host's process with its own framework", "host_process");
     app.require_subcommand(1);
@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? dabspi::kExitDone : dabspi::kExitUnusable;
     } catch (const std::exception& error) {
-        dabspi::complain(error.what());
+        dabspi::print_error(error.what());
         return dabspi::kExitFailed;
     }
 }

@@ -25,7 +25,7 @@ struct Shutdown : testing::Test {
     }
 };
 
-TEST_F(Shutdown, WithFullQueuesReturnsAndTellsNothingOutOfOrder) {
+TEST_F(Shutdown, WithFullQueuesReturnsAndReportsNothingOutOfOrder) {
     const auto listener = std::make_shared<noting_listener>();
     {
         spi::SpiServer server(listener, "/temp/dab", logos.path().string());

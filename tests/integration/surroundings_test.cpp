@@ -40,7 +40,7 @@ TEST(Surroundings, ThreadsBlockTheSignalsThatTheConstructingThreadBlocks) {
     EXPECT_FALSE(second_blocked);
 }
 
-TEST(Surroundings, AnOrdinaryLifePrintsNothing) {
+TEST(Surroundings, OrdinaryUsePrintsNothing) {
     const watchdog guard;
     const temporary_directory logos;
     const captured_stderr log;

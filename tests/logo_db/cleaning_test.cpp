@@ -125,7 +125,7 @@ TEST_F(Cleaning, OfABodyThatIsTooLargeKeepsTheOlderFile) {
     put("E1C2210_4.PNG");
     announce("logo", 4);
     receive("logo", std::string(22529, 'x'));
-    expect_told({});
+    expect_reported({});
     EXPECT_EQ(content("E1C2210_4.PNG"), "old");
 }
 

@@ -55,7 +55,7 @@ TEST_F(Dispatch, ClearForgetsAnnouncementsAndKeepsFilesAndRoot) {
     expect_files({"E1C2210_4.PNG"});
     announce("third", 4);
     receive("third", "new image");
-    expect_told({"E1C2210_4.PNG"});
+    expect_reported({"E1C2210_4.PNG"});
 }
 
 TEST_F(Dispatch, TermIsAnsweredToTheServerOnce) {
@@ -77,7 +77,7 @@ TEST_F(Dispatch, EveryOtherCodeIsIgnored) {
         EXPECT_THAT(router.take_codes(), IsEmpty()) << "code " << code;
     }
     receive("logo", "image");
-    expect_told({"E1C2210_4.PNG"});
+    expect_reported({"E1C2210_4.PNG"});
 }
 
 TEST_F(Dispatch, AnEventWithoutAPayloadIsIgnored) {

@@ -3,7 +3,7 @@
 //
 //     announce("logo", 4);                    // a 320 x 240 PNG of `station`
 //     receive("logo", "the bytes");
-//     expect_told({"E1C2210_4.PNG"});
+//     expect_reported({"E1C2210_4.PNG"});
 //     EXPECT_EQ(files(), ...);
 #pragma once
 
@@ -90,7 +90,7 @@ class LogoDb : public ::testing::Test {
     }
 
     // The logos that were sent to the listener notifier since this was last asked.
-    std::vector<spi::SpiLogoInfo> told() {
+    std::vector<spi::SpiLogoInfo> reported() {
         std::vector<spi::SpiLogoInfo> logos;
         for (const spi::event& e : router.take()) {
             EXPECT_EQ(e.destination, spi::QID_CBHDL);
@@ -99,9 +99,9 @@ class LogoDb : public ::testing::Test {
         }
         return logos;
     }
-    void expect_told(std::vector<std::string> names) {  // in whatever order
+    void expect_reported(std::vector<std::string> names) {  // in whatever order
         std::vector<std::string> sent;
-        for (const spi::SpiLogoInfo& logo : told())
+        for (const spi::SpiLogoInfo& logo : reported())
             sent.push_back(logo.name);
         std::sort(sent.begin(), sent.end());
         std::sort(names.begin(), names.end());

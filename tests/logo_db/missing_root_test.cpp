@@ -50,7 +50,7 @@ TEST_F(MissingRoot, ASmallLogoReportsBothSteps) {
     ASSERT_EQ(messages.size(), 2U);
     expect_message(messages[0], "isFindLargeSizeLogo", 164, missing + "/");
     expect_message(messages[1], "deleteCorruptedFile", 204, missing + "/");
-    expect_told({});
+    expect_reported({});
     expect_nothing_made();
     EXPECT_EQ(receive("logo", "image"), 1);  // used up
 }
@@ -61,7 +61,7 @@ TEST_F(MissingRoot, ALargeLogoReportsTheCleanUpOnly) {
     const auto messages = debug.take();
     ASSERT_EQ(messages.size(), 1U);
     expect_message(messages[0], "deleteCorruptedFile", 204, missing + "/");
-    expect_told({});
+    expect_reported({});
 }
 
 TEST_F(MissingRoot, WhatIsNeverWrittenReportsNothing) {
@@ -98,10 +98,10 @@ TEST_F(MissingRoot, ARootThatComesBackIsUsedAgain) {
     announce("logo", 4);
     announce("again", 4);
     receive("logo", "image");
-    expect_told({});
+    expect_reported({});
     std::filesystem::create_directory(missing);
     receive("again", "image");
-    expect_told({"E1C2210_4.PNG"});
+    expect_reported({"E1C2210_4.PNG"});
 }
 
 TEST_F(MissingRoot, AnEmptyRootStandsForTheRootDirectoryWhichExists) {
@@ -112,7 +112,7 @@ TEST_F(MissingRoot, AnEmptyRootStandsForTheRootDirectoryWhichExists) {
     EXPECT_EQ(receive("small", "image"), 0);
     EXPECT_EQ(receive("large", "image"), 0);
     EXPECT_TRUE(debug.take().empty());
-    expect_told({});
+    expect_reported({});
     EXPECT_TRUE(spi::SpiLogoDb::deleteCorruptedFile(0xFE, 0xFEDC, 13, 3, ""));
     EXPECT_TRUE(debug.take().empty());
 }

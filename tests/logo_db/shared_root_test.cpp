@@ -20,7 +20,7 @@ TEST_F(SharedRoot, TheLastOneSetIsEveryones) {
     spi::event e(spi::QID_LOGODB, std::make_shared<spi::logo_root_event>(other_root.path().string()));
     other.process_event(e);
     receive("logo", "image");
-    expect_told({"E1C2210_4.PNG"});
+    expect_reported({"E1C2210_4.PNG"});
     expect_files({});
     EXPECT_TRUE(std::filesystem::exists(other_root / "E1C2210_4.PNG"));
 }
@@ -30,7 +30,7 @@ TEST_F(SharedRoot, AnnouncementsAreEachStoresOwn) {
     EXPECT_EQ(other.handle_bodyimg(image("logo"), body("image"), data_service), 1);
     EXPECT_TRUE(other_router.take().empty());
     receive("logo", "image");
-    expect_told({"E1C2210_4.PNG"});
+    expect_reported({"E1C2210_4.PNG"});
 }
 
 TEST_F(SharedRoot, MayBeSetWhileAnotherStoreWrites) {
@@ -44,13 +44,13 @@ TEST_F(SharedRoot, MayBeSetWhileAnotherStoreWrites) {
         other.post(std::make_shared<spi::image_body_event>(image("logo"), body("image"), data_service),
                    spi::QID_LOGODB);
     }
-    std::size_t told_by_other = 0;
+    std::size_t reported_by_other = 0;
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (told_by_other < 50 && std::chrono::steady_clock::now() < limit) {
-        told_by_other += other_router.take().size();
+    while (reported_by_other < 50 && std::chrono::steady_clock::now() < limit) {
+        reported_by_other += other_router.take().size();
         std::this_thread::yield();
     }
-    EXPECT_EQ(told_by_other, 50U);
+    EXPECT_EQ(reported_by_other, 50U);
     EXPECT_EQ(content("E1C2210_4.PNG"), "image");
 }
 

@@ -18,9 +18,9 @@ TEST_F(Sizes, ASmallLogoAfterTheLargeOneIsSkippedAndUsedUp) {
     announce("large", 4);
     announce("small", 3);
     receive("large", "large");
-    expect_told({"E1C2210_4.PNG"});
+    expect_reported({"E1C2210_4.PNG"});
     EXPECT_EQ(receive("small", "small"), 0);
-    expect_told({});
+    expect_reported({});
     expect_files({"E1C2210_4.PNG"});
     EXPECT_EQ(receive("small", "small"), 1);
 }
@@ -30,7 +30,7 @@ TEST_F(Sizes, ALargeLogoAfterTheSmallOneIsWritten) {
     announce("large", 4);
     receive("small", "small");
     receive("large", "large");
-    expect_told({"E1C2210_3.PNG", "E1C2210_4.PNG"});
+    expect_reported({"E1C2210_3.PNG", "E1C2210_4.PNG"});
     expect_files({"E1C2210_3.PNG", "E1C2210_4.PNG"});
 }
 
@@ -39,7 +39,7 @@ TEST_F(Sizes, ASkippedSmallLogoLeavesAnOlderOneAsItIs) {
     put("E1C2210_4.PNG", "old large");
     announce("small", 3);
     receive("small", "new small");
-    expect_told({});
+    expect_reported({});
     EXPECT_EQ(content("E1C2210_3.PNG"), "old small");
 }
 
@@ -49,7 +49,7 @@ TEST_F(Sizes, ASkippedSmallLogoDoesNotKeepTheBodyFromTheOthers) {
     announce("logo", 3);
     announce("logo", 4, kPng, {0xC223, 0xE1, 0});
     EXPECT_EQ(receive("logo", "one body"), 0);
-    expect_told({"E1C2220_4.PNG", "E1C2230_4.PNG"});
+    expect_reported({"E1C2220_4.PNG", "E1C2230_4.PNG"});
     expect_files({"E1C2210_4.PNG", "E1C2220_4.PNG", "E1C2230_4.PNG"});
 }
 
@@ -59,7 +59,7 @@ TEST_F(Sizes, AnotherStationsLargeLogoDoesNotCount) {
     put("E1C2211_4.PNG");
     announce("small", 3);
     receive("small", "small");
-    expect_told({"E1C2210_3.PNG"});
+    expect_reported({"E1C2210_3.PNG"});
 }
 
 TEST_F(Sizes, OnlyASmallLogoIsSuperfluous) {
@@ -105,7 +105,7 @@ TEST_F(Sizes, AShortServiceIdentifierDoesNotMatchItsOwnFileName) {
     announce("small", 3, kPng, short_sid);
     receive("large", "large");
     receive("small", "small");  // the search looks for E102210_4: the large one is not seen
-    expect_told({"E12210_3.PNG", "E12210_4.PNG"});
+    expect_reported({"E12210_3.PNG", "E12210_4.PNG"});
 }
 
 TEST_F(Sizes, AThirtyTwoBitServiceIsSearchedForByItsLowBits) {

@@ -27,7 +27,7 @@ TEST_F(StandingFiles, AnOlderLogoIsOverwrittenInPlace) {
     EXPECT_EQ(content(name), "new");  // truncated, too
     EXPECT_EQ(before.st_ino, after.st_ino);
     expect_files({name});
-    expect_told({name});
+    expect_reported({name});
 }
 
 TEST_F(StandingFiles, ALinkIsNotWrittenThrough) {
@@ -35,7 +35,7 @@ TEST_F(StandingFiles, ALinkIsNotWrittenThrough) {
     std::ofstream(elsewhere / "target") << "untouched";
     fs::create_symlink(elsewhere / "target", root / name);
     receive("logo", "new");
-    expect_told({});
+    expect_reported({});
     std::ifstream in(elsewhere / "target");
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "untouched");
     expect_files({});  // the link went with the clean-up after the failure, its target did not
@@ -45,14 +45,14 @@ TEST_F(StandingFiles, ADanglingLinkMakesNoFileElsewhere) {
     const temporary_directory elsewhere;
     fs::create_symlink(elsewhere / "target", root / name);
     receive("logo", "new");
-    expect_told({});
+    expect_reported({});
     EXPECT_TRUE(fs::is_empty(elsewhere.path()));
 }
 
 TEST_F(StandingFiles, APipeWithoutAReaderDoesNotHoldTheStoreUp) {
     ASSERT_EQ(mkfifo((root / name).c_str(), 0600), 0);
     receive("logo", "new");
-    expect_told({});
+    expect_reported({});
     expect_files({});
 }
 
@@ -64,14 +64,14 @@ TEST_F(StandingFiles, APipeWithAReaderGetsNothing) {
     char buffer[16];
     EXPECT_EQ(read(reader, buffer, sizeof buffer), 0);
     close(reader);
-    expect_told({});
+    expect_reported({});
     EXPECT_EQ(write_faults::left_open(), 0);
 }
 
 TEST_F(StandingFiles, ADirectoryIsLeftStanding) {
     fs::create_directory(root / name);
     receive("logo", "new");
-    expect_told({});
+    expect_reported({});
     expect_files({name});
     EXPECT_TRUE(fs::is_directory(root / name));
 }
@@ -81,7 +81,7 @@ TEST_F(StandingFiles, ARootBehindALinkIsFine) {
     fs::create_directory_symlink(root.path(), elsewhere / "link");
     spi::SpiLogoData::set_root(elsewhere / "link");
     receive("logo", "new");
-    expect_told({name});
+    expect_reported({name});
     EXPECT_EQ(content(name), "new");
 }
 
@@ -89,7 +89,7 @@ TEST_F(StandingFiles, ARootThatIsAFileFailsTheWrite) {
     put("file");
     spi::SpiLogoData::set_root(root / "file");
     receive("logo", "new");
-    expect_told({});
+    expect_reported({});
     EXPECT_EQ(content("file"), "old");
 }
 

@@ -20,7 +20,7 @@ class WriteFaults : public LogoDb {
     ~WriteFaults() override { EXPECT_EQ(write_faults::left_open(), 0); }
 
     void expect_failed_and_cleaned() {
-        expect_told({});
+        expect_reported({});
         expect_files({"E1C2210_3.PNG", "E1C2220_4.PNG"});  // other sizes and stations stay
     }
     static constexpr const char* name = "E1C2210_4.PNG";
@@ -92,7 +92,7 @@ TEST_F(WriteFaults, UseTheAnnouncementUp) {
     expect_failed_and_cleaned();
     announce("logo", 4);
     EXPECT_EQ(receive("logo", "image"), 0);
-    expect_told({name});
+    expect_reported({name});
 }
 
 TEST_F(WriteFaults, OfOneAnnouncementDoNotKeepTheOthersFromBeingTried) {
@@ -139,7 +139,7 @@ TEST_F(WriteFaults, ABodyThatJustFitsIsWritten) {
         const file_size_limit limit(100);
         receive("logo", std::string(100, 'x'));
     }
-    expect_told({name});
+    expect_reported({name});
     EXPECT_EQ(content(name), std::string(100, 'x'));
 }
 

@@ -50,12 +50,12 @@ class router_without_memory final : public spi::event_backend {
     ~router_without_memory() override { destroy_proc(); }
 
     int post_event(spi::event) override {
-        if (sent == room) throw std::bad_alloc();
+        if (sent == capacity) throw std::bad_alloc();
         ++sent;
         return 0;
     }
 
-    int room = -1;  // negative: no end
+    int capacity = -1;  // negative: no end
     int sent = 0;
 };
 
@@ -126,20 +126,20 @@ class AllocationFailure : public ::testing::Test {
 TEST_F(AllocationFailure, WhileSendingPassesOutAndReleasesTheBody) {
     for (const std::uint16_t subtype : {kServiceInformation, kProgrammeInformation}) {
         const bytes object = subtype == kServiceInformation ? services() : schedules();
-        for (const int room : {0, 1, 2}) {
+        for (const int capacity : {0, 1, 2}) {
             const long before = live_allocations;
             {
                 router.sent = 0;
-                router.room = room;
+                router.capacity = capacity;
                 const auto body = body_event(subtype, object);
                 spi::event e(spi::QID_PARSE, body);
                 EXPECT_THROW(parser.process_event(e), std::bad_alloc);
-                EXPECT_EQ(router.sent, room);
+                EXPECT_EQ(router.sent, capacity);
                 EXPECT_EQ(body->body.data, nullptr);
                 EXPECT_EQ(body->body.size, 0U);
             }
             forget_objects();
-            EXPECT_EQ(live_allocations, before) << "sub-type " << subtype << ", room " << room;
+            EXPECT_EQ(live_allocations, before) << "sub-type " << subtype << ", capacity " << capacity;
         }
     }
 }
@@ -154,10 +154,10 @@ TEST_F(AllocationFailure, WhileParsingProgrammeInformationLeavesNothingBehind) {
 }
 
 TEST_F(AllocationFailure, DoesNotHarmTheNextObject) {
-    router.room = 1;
+    router.capacity = 1;
     spi::event failing(spi::QID_PARSE, body_event(kProgrammeInformation, schedules()));
     EXPECT_THROW(parser.process_event(failing), std::bad_alloc);
-    router.room = -1;
+    router.capacity = -1;
     router.sent = 0;
     spi::event next(spi::QID_PARSE, body_event(kServiceInformation, services()));
     parser.process_event(next);
@@ -165,10 +165,10 @@ TEST_F(AllocationFailure, DoesNotHarmTheNextObject) {
 }
 
 TEST_F(AllocationFailure, LeavesTheObjectRecorded) {
-    router.room = 0;
+    router.capacity = 0;
     spi::event failing(spi::QID_PARSE, body_event(kProgrammeInformation, schedules()));
     EXPECT_THROW(parser.process_event(failing), std::bad_alloc);
-    router.room = -1;
+    router.capacity = -1;
     router.sent = 0;
     spi::event again(spi::QID_PARSE, body_event(kProgrammeInformation, schedules()));
     parser.process_event(again);

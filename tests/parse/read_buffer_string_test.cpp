@@ -108,17 +108,17 @@ TEST(TokenString, ExactlySixteenByteValuesAreTokens) {
 TEST(TokenString, EveryByteIsRecognisedAtEveryPlace) {
     const spi::SpiTokenTable none;
     for (std::size_t length = 1; length <= 20; ++length) {
-        for (std::size_t place = 0; place < length; ++place) {
+        for (std::size_t position = 0; position < length; ++position) {
             for (unsigned byte = 0; byte <= 0xFF; ++byte) {
                 for (const std::uint8_t beside : bytes{0x00, 0x14, 0x7F, 0x80, 0xFF}) {
                     bytes coded(length, beside);
-                    coded[place] = static_cast<std::uint8_t>(byte);
+                    coded[position] = static_cast<std::uint8_t>(byte);
                     std::string expected(coded.begin(), coded.end());
-                    if (spi::SpiTokenTable::is_code(coded[place])) expected.erase(place, 1);
+                    if (spi::SpiTokenTable::is_code(coded[position])) expected.erase(position, 1);
                     ReadBuffer buffer = buffer_of(coded);
                     std::string out;
                     buffer.read_string(out, static_cast<std::uint32_t>(length), none);
-                    ASSERT_EQ(out, expected) << byte << " at " << place << " of " << length;
+                    ASSERT_EQ(out, expected) << byte << " at " << position << " of " << length;
                 }
             }
         }

@@ -11,9 +11,9 @@ namespace {
 using namespace spi_builder;
 
 // Every tag that is read in some place, every form of length, and neighbours.
-const bytes kTelling = {0x00, 0x01, 0x02, 0x03, 0x04, 0x05, 0x10, 0x11, 0x12, 0x13, 0x19,
-                        0x1C, 0x21, 0x24, 0x25, 0x26, 0x28, 0x29, 0x2B, 0x2C, 0x2D, 0x7F,
-                        0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0xFD, 0xFE, 0xFF};
+const bytes kTypicalBytes = {0x00, 0x01, 0x02, 0x03, 0x04, 0x05, 0x10, 0x11, 0x12, 0x13, 0x19,
+                             0x1C, 0x21, 0x24, 0x25, 0x26, 0x28, 0x29, 0x2B, 0x2C, 0x2D, 0x7F,
+                             0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0xFD, 0xFE, 0xFF};
 
 template <class Visit>
 void every_three_of(const bytes& values, Visit visit) {
@@ -46,7 +46,7 @@ TEST_F(SmallBodies, OfOneAndTwoBytesHoldNothing) {
 }
 
 TEST_F(SmallBodies, OfThreeBytesHoldNothing) {
-    every_three_of(kTelling,
+    every_three_of(kTypicalBytes,
                    [&](const bytes& body) { ASSERT_EQ(events_in_pi(body) + events_in_si(body), 0U); });
 }
 
@@ -77,7 +77,7 @@ TEST_F(SmallBodies, ProgrammeInformationThatEndsWithAnyThreeBytes) {
         join({scope, open(tag::service_scope), open(attribute::service_scope::id), bytes{0x00, 0xE1, 0x00}}),
     };
     for (const bytes& context : contexts) {
-        every_three_of(kTelling, [&](const bytes& last) {
+        every_three_of(kTypicalBytes, [&](const bytes& last) {
             const std::size_t events = events_in_pi(join({context, last}));
             ASSERT_GE(events, 1U);      // the programme that was begun, or stood whole
             ASSERT_LE(events, 1U + 3);  // and at most one for each byte
@@ -103,7 +103,7 @@ TEST_F(SmallBodies, ServiceInformationThatEndsWithAnyThreeBytes) {
         join({multimedia, open(attribute::multimedia::width)}),
     };
     for (const bytes& context : contexts) {
-        every_three_of(kTelling, [&](const bytes& last) {
+        every_three_of(kTypicalBytes, [&](const bytes& last) {
             const std::size_t events = events_in_si(join({context, last}));
             ASSERT_GE(events, 1U);
             ASSERT_LE(events, 1U + 3);
@@ -114,7 +114,7 @@ TEST_F(SmallBodies, ServiceInformationThatEndsWithAnyThreeBytes) {
 TEST_F(SmallBodies, TokenTablesThatEndWithAnyThreeBytes) {
     const bytes pi = join({open(tag::epg), open(tag::token_table)});
     const bytes si = join({open(tag::service_information), open(tag::token_table)});
-    every_three_of(kTelling, [&](const bytes& last) {
+    every_three_of(kTypicalBytes, [&](const bytes& last) {
         ASSERT_EQ(events_in_pi(join({pi, last})), 0U);
         ASSERT_EQ(events_in_pi(join({pi, open(0x01), last})), 0U);
         ASSERT_EQ(events_in_si(join({si, last})), 0U);

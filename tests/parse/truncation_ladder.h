@@ -18,13 +18,13 @@ using namespace spi_builder;
 inline const std::string kLongTitle = std::string(300, 'n') + " at Ten";
 
 // Where the elements stand in an object: the position of the tag and the position behind the content.
-struct place {
+struct extent {
     std::size_t begin;
     std::size_t end;
 };
 
-inline std::vector<place> places_of(const std::vector<bytes>& elements, const bytes& object) {
-    std::vector<place> out;
+inline std::vector<extent> extents_of(const std::vector<bytes>& elements, const bytes& object) {
+    std::vector<extent> out;
     auto from = object.begin();
     for (const bytes& element : elements) {
         from = std::search(from, object.end(), element.begin(), element.end());
@@ -35,16 +35,16 @@ inline std::vector<place> places_of(const std::vector<bytes>& elements, const by
     return out;
 }
 
-inline std::size_t whole_in_front_of(std::size_t cut_at, const std::vector<place>& places) {
+inline std::size_t whole_in_front_of(std::size_t cut_at, const std::vector<extent>& extents) {
     std::size_t count = 0;
-    for (const place& p : places)
+    for (const extent& p : extents)
         count += p.end <= cut_at ? 1 : 0;
     return count;
 }
 // With the one that the cut goes through, as soon as its tag is there.
-inline std::size_t begun_in_front_of(std::size_t cut_at, const std::vector<place>& places) {
+inline std::size_t begun_in_front_of(std::size_t cut_at, const std::vector<extent>& extents) {
     std::size_t count = 0;
-    for (const place& p : places)
+    for (const extent& p : extents)
         count += p.begin < cut_at ? 1 : 0;
     return count;
 }
@@ -67,12 +67,12 @@ using element_form = bytes (*)(std::uint8_t, const bytes&);
 template <class Expected, class Feed>
 void climb(const bytes& object, const std::vector<bytes>& elements, const std::vector<Expected>& expected,
            Feed feed) {
-    const std::vector<place> places = places_of(elements, object);
+    const std::vector<extent> extents = extents_of(elements, object);
     for (std::size_t at = 0; at <= object.size(); ++at) {
         SCOPED_TRACE("cut behind byte " + std::to_string(at));
         const auto sent = feed(cut(object, at));
-        const std::size_t whole = whole_in_front_of(at, places);
-        ASSERT_EQ(sent.size(), begun_in_front_of(at, places));
+        const std::size_t whole = whole_in_front_of(at, extents);
+        ASSERT_EQ(sent.size(), begun_in_front_of(at, extents));
         for (std::size_t i = 0; i < whole; ++i)
             expect_whole(sent[i], expected[i]);
         if (sent.size() > whole) expect_part(sent[whole], expected[whole]);

@@ -50,7 +50,7 @@ struct ServerDeath : testing::Test {
     std::vector<ZebDebugMessage> messages;
 
     // A server without the threads whose bits are set in `missing` (bit 0: the first).
-    void live_without(unsigned missing) {
+    void run_without(unsigned missing) {
         const auto count = static_cast<std::size_t>(__builtin_popcount(missing));
         debug.take();
         {
@@ -74,12 +74,12 @@ struct ServerDeath : testing::Test {
 
 TEST_F(ServerDeath, EachThreadMayBeMissing) {
     for (unsigned thread = kServer; thread <= kThreads; ++thread)
-        live_without(bit(thread));
+        run_without(bit(thread));
 }
 
 TEST_F(ServerDeath, SeveralThreadsMayBeMissing) {
     for (unsigned missing = 1; missing < 1U << kThreads; ++missing) {
-        live_without(missing);
+        run_without(missing);
     }
 }
 

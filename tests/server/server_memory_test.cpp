@@ -68,7 +68,7 @@ TEST_F(ServerWithoutMemory, NoEnsemble) {
 }
 // What the parser was told must be taken back when the host goes back.
 TEST_F(ServerWithoutMemory, TheWayBackFromAnotherEnsemble) {
-    bool told = false;
+    bool threw = false;
     for (long n = 1;; ++n) {
         start();
         server->SetCurrentService(service, 0x1001);
@@ -85,12 +85,12 @@ TEST_F(ServerWithoutMemory, TheWayBackFromAnotherEnsemble) {
         if (!struck) break;
         const std::vector<std::string> before = sent();
         if (std::count(before.begin(), before.end(), "PARSE<-EC_ENS") == 0) continue;
-        told = true;
+        threw = true;
         server->SetCurrentService(service, 0x1001);
         EXPECT_THAT(sent(), ElementsAre("ALL<-EC_DBCLEAR", "PARSE<-EC_ENS", "EVTDB<-EC_SERV"))
             << "after allocation " << n << " had failed";
     }
-    EXPECT_TRUE(told);
+    EXPECT_TRUE(threw);
 }
 TEST_F(ServerWithoutMemory, TheTime) {
     MotDateTime now{2026, 3, 2, 10, 30};

@@ -53,16 +53,16 @@ bytes url(const std::string& name) {
     return attr(spi_builder::attribute::multimedia::url, spi_builder::str(name));
 }
 
-// Each of `pieces` ends in the two bytes of a length that reaches to the object's end, which is `tail` away
-// from the last piece's end.
-bytes with_lengths_to_the_end(const std::vector<bytes>& pieces, const bytes& tail) {
+// Each of `elements` ends in the two bytes of a length that reaches to the object's end, which is `tail` away
+// from the last element's end.
+bytes with_lengths_to_the_end(const std::vector<bytes>& elements, const bytes& tail) {
     std::size_t left = tail.size();
-    for (const bytes& piece : pieces)
-        left += piece.size() + 2;
+    for (const bytes& element : elements)
+        left += element.size() + 2;
     bytes out;
-    for (const bytes& piece : pieces) {
-        append(out, piece);
-        left -= piece.size() + 2;
+    for (const bytes& element : elements) {
+        append(out, element);
+        left -= element.size() + 2;
         append(out, spi_builder::u16(static_cast<std::uint32_t>(left)));
     }
     append(out, tail);
@@ -127,18 +127,18 @@ hostile_object long_name(unsigned serial, std::uint32_t day, std::size_t tokens)
 hostile_object shared_long_names(unsigned serial, std::uint32_t day) {
     constexpr unsigned kProgrammes = 46;
     const bytes tail(1100, 0x01);
-    std::vector<bytes> pieces;
+    std::vector<bytes> elements;
     for (unsigned minute = 0; minute < kProgrammes; ++minute) {
         const bytes location = location_at(day, minute);
         // Programme and name end behind the length of the text, which reaches to the end.
-        pieces.push_back(
+        elements.push_back(
             spi_builder::join({spi_builder::u8(tag::programme), spi_builder::length(location.size() + 6),
                                location, spi_builder::u8(tag::long_name), spi_builder::u8(4),
                                spi_builder::u8(tag::text), spi_builder::u8(0xFE)}));
     }
     bytes content = table();
     bytes schedule = scope_of(0xE1000000 + serial);
-    append(schedule, with_lengths_to_the_end(pieces, tail));
+    append(schedule, with_lengths_to_the_end(elements, tail));
     append(content, elem(tag::schedule, schedule));
     return schedules(serial, elem(tag::epg, content));
 }
@@ -163,9 +163,9 @@ hostile_object shared_logo_names(unsigned serial) {
     bytes tail(950, 0x01);
     append(tail, spi_builder::str(std::to_string(serial)));  // no name as in any other object
     // The multimedia element ends behind the length of its URL, which reaches to the end.
-    const std::vector<bytes> pieces(kLogos,
-                                    {tag::multimedia, 4, spi_builder::attribute::multimedia::url, 0xFE});
-    return description(serial, description_of({with_lengths_to_the_end(pieces, tail)}, table()));
+    const std::vector<bytes> elements(kLogos,
+                                      {tag::multimedia, 4, spi_builder::attribute::multimedia::url, 0xFE});
+    return description(serial, description_of({with_lengths_to_the_end(elements, tail)}, table()));
 }
 
 hostile_object empty_object(unsigned serial) {

@@ -14,7 +14,7 @@ namespace soak {
 class core_receiver final : public receiver {
  public:
     explicit core_receiver(const std::string& logo_root)
-        : server_(std::make_shared<telling_listener>(heard), "/temp/dab", logo_root) {}
+        : server_(std::make_shared<recording_listener>(received), "/temp/dab", logo_root) {}
 
     void set_date_time(const spi::MotDateTime& t) override {
         spi::MotDateTime copy = t;
@@ -32,25 +32,25 @@ class core_receiver final : public receiver {
         server_.ResendNowNext();
         return true;
     }
-    bool tells_programmes() const override { return true; }
+    bool reports_programmes() const override { return true; }
 
  private:
-    class telling_listener final : public spi::ISpiListener {
+    class recording_listener final : public spi::ISpiListener {
      public:
-        explicit telling_listener(heard_calls& heard) : heard_(heard) {}
+        explicit recording_listener(received_calls& received) : received_(received) {}
         void ProgramInfoReceived(const spi::ServElemId& service, spi::SpiProgramInfo& info) override {
-            heard_.database(told_programme(service, info.start, info.duration, info.name));
+            received_.database(reported_programme(service, info.start, info.duration, info.name));
         }
         void ProgramNowNextUpdated(spi::SpiProgramInfo& now, spi::SpiProgramInfo& next) override {
-            heard_.database(
-                told_now_next(now.start, now.duration, now.name, next.start, next.duration, next.name));
+            received_.database(
+                reported_now_next(now.start, now.duration, now.name, next.start, next.duration, next.name));
         }
         void StationLogoReceived(spi::SpiLogoInfo& logo) override {
-            heard_.logo(told_logo(logo.service, logo.image_format, logo.size_code, logo.name));
+            received_.logo(reported_logo(logo.service, logo.image_format, logo.size_code, logo.name));
         }
 
      private:
-        heard_calls& heard_;
+        received_calls& received_;
     };
     spi::SpiServer server_;
 };

@@ -1,4 +1,4 @@
-// Days and months of a receiver's life through the core interface. DABSPI_SOAK_DAYS says how many days.
+// Days and months of reception through the core interface. DABSPI_SOAK_DAYS says how many days.
 // DABSPI_SOAK_HOME_DAYS does for the runs that stay in one ensemble.
 //
 // Live heap is compared at the end of every ten days. Resident memory is compared in long runs only, from 100
@@ -11,18 +11,18 @@
 
 #include "testkit/temporary_directory.h"
 #include "tests/soak/core_receiver.h"
-#include "tests/soak/long_life.h"
+#include "tests/soak/long_reception.h"
 
 namespace soak {
 namespace {
 
-TEST(LongLife, EveryNotificationComesOnceAndNothingGrowsOverTheDays) {
+TEST(LongReception, EveryNotificationComesOnceAndNothingGrowsOverTheDays) {
     const int days = from_environment("DABSPI_SOAK_DAYS", kSanitized ? 4 : 40);
     temporary_directory logos;
     const auto make = [&] { return std::make_unique<core_receiver>(logos.path().string()); };
     // The last day is 1 March of a leap year.
     const long end = spi_builder::mjd(2028, 3, 2);
-    const long_life_result result = play(make, logos.path().string(), days, end);
+    const long_reception_result result = play(make, logos.path().string(), days, end);
     print_table(result);
 
     expect_nothing_grew(result);
@@ -62,10 +62,10 @@ int home_days() {
 }
 
 // What one period adds to the live heap, on average of the periods.
-double added_in_a_period(const long_life_result& result) {
+double added_in_a_period(const long_reception_result& result) {
     const std::vector<sample>& all = result.samples;
     if (all.size() < 2) {
-        ADD_FAILURE() << "the life ended before its second period did";
+        ADD_FAILURE() << "the reception ended before its second period did";
         return 0;
     }
     const std::int64_t added = all.back().heap.bytes - all.front().heap.bytes;
@@ -76,10 +76,10 @@ double added_in_a_period(const long_life_result& result) {
 
 // A receiver that stays with its ensemble keeps what nothing uses up: announcements of logos that never come
 // (twelve sensible ones and 220 hostile ones a day here).
-TEST(LongLife, InOneEnsembleOnlyAnnouncementsAddUp) {
+TEST(LongReception, InOneEnsembleOnlyAnnouncementsAddUp) {
     temporary_directory logos;
     const auto make = [&] { return std::make_unique<core_receiver>(logos.path().string()); };
-    const long_life_result result =
+    const long_reception_result result =
         play(make, logos.path().string(), home_days(), spi_builder::mjd(2028, 3, 2), {false, false});
     print_table(result);
     const double added = added_in_a_period(result);
@@ -89,10 +89,10 @@ TEST(LongLife, InOneEnsembleOnlyAnnouncementsAddUp) {
 
 // A date that jumps by two days leaves a day behind; in a car that is not unplugged this happens in every
 // garage. It ends with the ensemble.
-TEST(LongLife, InOneEnsembleEachJumpOfTheDateLeavesADayBehind) {
+TEST(LongReception, InOneEnsembleEachJumpOfTheDateLeavesADayBehind) {
     temporary_directory logos;
     const auto make = [&] { return std::make_unique<core_receiver>(logos.path().string()); };
-    const long_life_result result =
+    const long_reception_result result =
         play(make, logos.path().string(), home_days(), spi_builder::mjd(2028, 3, 2), {false, true});
     print_table(result);
     const double added = added_in_a_period(result);

@@ -44,32 +44,35 @@ std::string file_of(const said_logo& logo) {
 
 }  // namespace
 
-std::string told_programme(const spi::ServElemId& service, const spi::MotDateTime& start, unsigned minutes,
-                           const std::string& name) {
+std::string reported_programme(const spi::ServElemId& service, const spi::MotDateTime& start,
+                               unsigned minutes, const std::string& name) {
     return "programme " + id_text(service) + ' ' + time_text(start) + ' ' + std::to_string(minutes) + ' ' +
            name;
 }
 
-std::string told_now_next(const spi::MotDateTime& now, unsigned now_minutes, const std::string& now_name,
-                          const spi::MotDateTime& next, unsigned next_minutes, const std::string& next_name) {
+std::string reported_now_next(const spi::MotDateTime& now, unsigned now_minutes, const std::string& now_name,
+                              const spi::MotDateTime& next, unsigned next_minutes,
+                              const std::string& next_name) {
     return "now " + time_text(now) + ' ' + std::to_string(now_minutes) + ' ' + now_name + " | next " +
            time_text(next) + ' ' + std::to_string(next_minutes) + ' ' + next_name;
 }
 
-std::string told_logo(const spi::ServElemId& station, unsigned format, int size, const std::string& file) {
+std::string reported_logo(const spi::ServElemId& station, unsigned format, int size,
+                          const std::string& file) {
     return "logo " + id_text(station) + ' ' + std::to_string(format) + ' ' + std::to_string(size) + ' ' +
            file;
 }
 
-void library_model::tell(const std::vector<event_db::notice>& notices) {
+void library_model::report(const std::vector<event_db::notice>& notices) {
     for (const event_db::notice& n : notices) {
         const unsigned minutes = n.programme.duration / 60U;
         if (n.kind == event_db::notice::kStored) {
-            database_told_.push_back(
-                told_programme(n.service, local_start(n.programme), minutes, n.programme.name));
+            database_reported_.push_back(
+                reported_programme(n.service, local_start(n.programme), minutes, n.programme.name));
         } else {
-            database_told_.push_back(told_now_next(local_start(n.programme), minutes, n.programme.name,
-                                                   local_start(n.next), n.next.duration / 60U, n.next.name));
+            database_reported_.push_back(reported_now_next(local_start(n.programme), minutes,
+                                                           n.programme.name, local_start(n.next),
+                                                           n.next.duration / 60U, n.next.name));
         }
     }
 }
@@ -79,13 +82,13 @@ void library_model::set_date_time(const spi::MotDateTime& t) {
         if (day_of_month_ != 0) read_.clear();
         day_of_month_ = t.day;
     }
-    tell(database_.date_time(t));
+    report(database_.date_time(t));
 }
 
 void library_model::clear() {
     read_.clear();
     announced_.clear();
-    tell(database_.clear());
+    report(database_.clear());
 }
 
 void library_model::set_service(const spi::ServElemId& service, std::uint16_t ensemble) {
@@ -95,11 +98,11 @@ void library_model::set_service(const spi::ServElemId& service, std::uint16_t en
         host_ensemble_ = ensemble;
         ++seen.ensembles;
     }
-    tell(database_.service(service));
+    report(database_.service(service));
 }
 
 void library_model::resend() {
-    tell(database_.resend());
+    report(database_.resend());
 }
 
 bool library_model::is_repeat(const carousel_object& object, const object_version& version) {
@@ -125,7 +128,7 @@ bool library_model::feed(const carousel_object& object, const object_version& ve
     ++seen.read;
     if (object.content_subtype == kProgrammeInformation) {
         for (const said_programme& said : version.programmes)
-            if (said.ensemble == parser_ensemble_) tell(database_.programme(said.service, said.programme));
+            if (said.ensemble == parser_ensemble_) report(database_.programme(said.service, said.programme));
     }
     if (object.content_subtype == kServiceInformation) {
         for (const said_logo& logo : version.logos)
@@ -154,7 +157,7 @@ void library_model::take_image(const carousel_object& object, const spi_builder:
             continue;
         }
         files_[file_of(logo)] = bytes;
-        logos_told_.push_back(told_logo(logo.station, logo.format, logo.size, file_of(logo)));
+        logos_reported_.push_back(reported_logo(logo.station, logo.format, logo.size, file_of(logo)));
         ++seen.images_written;
     }
     announced_.erase(found);

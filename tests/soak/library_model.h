@@ -14,11 +14,12 @@
 namespace soak {
 
 // One notification as text, as the listener's records say it.
-std::string told_programme(const spi::ServElemId& service, const spi::MotDateTime& start, unsigned minutes,
-                           const std::string& name);
-std::string told_now_next(const spi::MotDateTime& now, unsigned now_minutes, const std::string& now_name,
-                          const spi::MotDateTime& next, unsigned next_minutes, const std::string& next_name);
-std::string told_logo(const spi::ServElemId& station, unsigned format, int size, const std::string& file);
+std::string reported_programme(const spi::ServElemId& service, const spi::MotDateTime& start,
+                               unsigned minutes, const std::string& name);
+std::string reported_now_next(const spi::MotDateTime& now, unsigned now_minutes, const std::string& now_name,
+                              const spi::MotDateTime& next, unsigned next_minutes,
+                              const std::string& next_name);
+std::string reported_logo(const spi::ServElemId& station, unsigned format, int size, const std::string& file);
 
 class library_model {
  public:
@@ -29,8 +30,8 @@ class library_model {
     bool feed(const carousel_object& object, const object_version& version);
 
     // To be told since this was last asked: by the database, and by the logo store.
-    std::vector<std::string> take_database() { return std::exchange(database_told_, {}); }
-    std::vector<std::string> take_logos() { return std::exchange(logos_told_, {}); }
+    std::vector<std::string> take_database() { return std::exchange(database_reported_, {}); }
+    std::vector<std::string> take_logos() { return std::exchange(logos_reported_, {}); }
 
     // What the logo root holds by now.
     const std::map<std::string, spi_builder::bytes>& files() const { return files_; }
@@ -54,7 +55,7 @@ class library_model {
     void clear();
     bool is_repeat(const carousel_object& object, const object_version& version);
     void take_image(const carousel_object& object, const spi_builder::bytes& bytes);
-    void tell(const std::vector<event_db::notice>& notices);
+    void report(const std::vector<event_db::notice>& notices);
 
     int host_ensemble_ = 0;
     int day_of_month_ = 0;
@@ -65,8 +66,8 @@ class library_model {
     std::map<std::pair<id_key, std::string>, std::vector<said_logo>> announced_;
     std::map<std::string, spi_builder::bytes> files_;
 
-    std::vector<std::string> database_told_;
-    std::vector<std::string> logos_told_;
+    std::vector<std::string> database_reported_;
+    std::vector<std::string> logos_reported_;
 };
 
 }  // namespace soak

@@ -13,9 +13,9 @@
 
 namespace soak {
 
-// What a listener hears, in two streams: what the programme database causes and what the logo store causes.
-// Between the two there is no order.
-class heard_calls {
+// What a listener receives, in two streams: what the programme database causes and what the logo store
+// causes. Between the two there is no order.
+class received_calls {
  public:
     void database(std::string text) {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -60,9 +60,9 @@ class receiver {
     // False: there is no such call.
     virtual bool resend() = 0;
     // The host-facing layer keeps stored programmes to itself.
-    virtual bool tells_programmes() const = 0;
+    virtual bool reports_programmes() const = 0;
 
-    heard_calls heard;
+    received_calls received;
 };
 
 }  // namespace soak

@@ -152,20 +152,22 @@ void soak_run::settle() {
     ++figures_.waits;
     programmes_in_flight_ = services_in_flight_ = false;
     std::vector<std::string> expected = model_.take_database();
-    if (!tested_.tells_programmes()) {
+    if (!tested_.reports_programmes()) {
         const auto stays_inside = [](const std::string& text) { return text.rfind("programme ", 0) == 0; };
         expected.erase(std::remove_if(expected.begin(), expected.end(), stays_inside), expected.end());
     }
-    compare("programmes and now/next", tested_.heard.take_database(), std::move(expected));
-    compare("logos", tested_.heard.take_logos(), model_.take_logos());
+    compare("programmes and now/next", tested_.received.take_database(), std::move(expected));
+    compare("logos", tested_.received.take_logos(), model_.take_logos());
 }
 
-void soak_run::compare(const char* what, std::vector<std::string> heard, std::vector<std::string> expected) {
-    figures_.notifications += heard.size();
-    if (heard == expected || failed_) return;
+void soak_run::compare(const char* what, std::vector<std::string> received,
+                       std::vector<std::string> expected) {
+    figures_.notifications += received.size();
+    if (received == expected || failed_) return;
     failed_ = true;
     const auto differ =
-        std::mismatch(heard.begin(), heard.end(), expected.begin(), expected.end()).first - heard.begin();
+        std::mismatch(received.begin(), received.end(), expected.begin(), expected.end()).first -
+        received.begin();
     const auto around = [differ](const std::vector<std::string>& all) {
         std::string text;
         for (std::size_t i = static_cast<std::size_t>(differ); i < all.size() && text.size() < 600; ++i)
@@ -174,7 +176,7 @@ void soak_run::compare(const char* what, std::vector<std::string> heard, std::ve
     };
     const spi::MotDateTime now = date_time_of(day_, minute_);
     ADD_FAILURE() << what << " at " << now.date() << ' ' << now.time() << ", notification " << differ
-                  << " since the last comparison\n  heard:" << around(heard)
+                  << " since the last comparison\n  received:" << around(received)
                   << "\n  expected:" << around(expected);
 }
 

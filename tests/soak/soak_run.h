@@ -50,7 +50,7 @@ class soak_run {
     void set_service(const spi::ServElemId& service, std::uint16_t ensemble);
     void feed_carousel(int minute);
     void settle();
-    void compare(const char* what, std::vector<std::string> heard, std::vector<std::string> expected);
+    void compare(const char* what, std::vector<std::string> received, std::vector<std::string> expected);
     void compare_files();
 
     receiver& tested_;

@@ -9,7 +9,7 @@ namespace soak {
 
 class wrapper_receiver final : public receiver {
  public:
-    wrapper_receiver() : listener_(heard), server_(&listener_) {}
+    wrapper_receiver() : listener_(received), server_(&listener_) {}
 
     void set_date_time(const spi::MotDateTime& t) override {
         spi_wrap::MotDateTime copy{t.year, t.month, t.day, t.hour, t.minute};
@@ -27,31 +27,32 @@ class wrapper_receiver final : public receiver {
         server_.FeedMotBody(metadata, body, service);
     }
     bool resend() override { return false; }
-    bool tells_programmes() const override { return false; }
+    bool reports_programmes() const override { return false; }
 
  private:
-    class telling_listener final : public spi_wrap::ISpiListener {
+    class recording_listener final : public spi_wrap::ISpiListener {
      public:
-        explicit telling_listener(heard_calls& heard) : heard_(heard) {}
+        explicit recording_listener(received_calls& received) : received_(received) {}
         void ProgramInfoReceived(const spi_wrap::ServElemId&, spi_wrap::SpiProgramInfo&) override {
-            heard_.database("programme information must stay inside");
+            received_.database("programme information must stay inside");
         }
         void ProgramNowNextUpdated(spi_wrap::SpiProgramInfo& now, spi_wrap::SpiProgramInfo& next) override {
-            heard_.database(
-                told_now_next(time_of(now), now.duration, now.name, time_of(next), next.duration, next.name));
+            received_.database(reported_now_next(time_of(now), now.duration, now.name, time_of(next),
+                                                 next.duration, next.name));
         }
         void StationLogoReceived(spi_wrap::SpiLogoInfo& logo) override {
-            heard_.logo(told_logo({logo.service_id, logo.ecc, logo.scids},
-                                  static_cast<unsigned>(logo.image_format), logo.size_code, logo.file_name));
+            received_.logo(reported_logo({logo.service_id, logo.ecc, logo.scids},
+                                         static_cast<unsigned>(logo.image_format), logo.size_code,
+                                         logo.file_name));
         }
 
      private:
         static spi::MotDateTime time_of(const spi_wrap::SpiProgramInfo& info) {
             return {info.start.year, info.start.month, info.start.day, info.start.hour, info.start.minute};
         }
-        heard_calls& heard_;
+        received_calls& received_;
     };
-    telling_listener listener_;
+    recording_listener listener_;
     spi_wrap::toSpiServer server_;
 };
 

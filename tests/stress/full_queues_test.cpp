@@ -116,7 +116,7 @@ TEST_F(FullQueues, OfTheRouterTooAreReleasedWithTheServer) {
 }
 
 // The listener does not return while thousands of notifications wait for it and the server is being
-// destroyed: the destructor waits, and what was queued before its request is heard.
+// destroyed: the destructor waits, and what was queued before its request is delivered.
 TEST_F(FullQueues, BehindAListenerThatDoesNotReturnAreReleasedAfterIt) {
     gate may_return;
     gate called;
@@ -146,10 +146,10 @@ TEST_F(FullQueues, BehindAListenerThatDoesNotReturnAreReleasedAfterIt) {
         may_return.open();
         destroyer.join();
     }
-    const std::size_t heard = listener->calls.take().size();
+    const std::size_t received = listener->calls.take().size();
     const std::int64_t left = heap.live();
     EXPECT_EQ(left, 0);
-    EXPECT_EQ(heard, notifications);
+    EXPECT_EQ(received, notifications);
     EXPECT_GT(notifications, std::size_t{kEvents});
     EXPECT_TRUE(no_thread_of_the_library_lives());
     EXPECT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));

@@ -1,6 +1,6 @@
 // Does the shuffling find anything? Three workers as they are easily written, each with one classic defect,
-// and the same three mended. The shuffled run must find each defect within a stated number of rounds, and
-// nothing in the mended ones.
+// and the same three repaired. The shuffled run must find each defect within a stated number of rounds, and
+// nothing in the repaired ones.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -16,7 +16,7 @@
 namespace {
 
 constexpr bool kFaulty = true;
-constexpr bool kMended = false;
+constexpr bool kRepaired = false;
 
 // A flag to wait for, at most so long.
 class latch {
@@ -187,17 +187,17 @@ struct ShuffledDouble : testing::TestWithParam<defect> {
 
 TEST_P(ShuffledDouble, WithItsDefectIsFoundOutWithinTheRounds) {
     for (const std::uint64_t seed : stress_seeds()) {
-        tell_seed(seed);
+        print_seed(seed);
         const unsigned round = found_in(stress_rounds(GetParam().rounds), kFaulty, seed);
         EXPECT_NE(round, 0U) << "not found with seed " << seed;
         if (round != 0) std::printf("found in round %u\n", round);
     }
 }
 
-TEST_P(ShuffledDouble, MendedPasses) {
+TEST_P(ShuffledDouble, RepairedPasses) {
     for (const std::uint64_t seed : stress_seeds()) {
-        tell_seed(seed);
-        EXPECT_EQ(found_in(stress_rounds(GetParam().rounds / 8), kMended, seed), 0U) << "seed " << seed;
+        print_seed(seed);
+        EXPECT_EQ(found_in(stress_rounds(GetParam().rounds / 8), kRepaired, seed), 0U) << "seed " << seed;
     }
 }
 

@@ -30,7 +30,7 @@ struct shuffled_rounds : testing::Test {
         make_server(logos.path().string());  // what the process keeps for good is made before the count
         const process_resources before;
         for (const std::uint64_t seed : stress_seeds()) {
-            tell_seed(seed);
+            print_seed(seed);
             for (unsigned round = 0; round < stress_rounds(usual_rounds); ++round) {
                 {
                     const thread_faults threads(

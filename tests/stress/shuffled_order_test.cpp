@@ -43,7 +43,7 @@ struct ShuffledOrder : shuffled_rounds {
     }
 };
 
-// The programmes that the listener heard of, by station.
+// The programmes that the listener was told of, by station.
 std::vector<std::string> programmes_of(char station, const std::vector<std::string>& texts) {
     const std::string sid = station == 'A' ? "programme 49697 " : "programme 49698 ";
     std::vector<std::string> titles;
@@ -90,19 +90,20 @@ TEST_F(ShuffledOrder, OfProgrammesAndOfNowHoldsWhileTheClockTicks) {
         const std::vector<std::string> texts = listener->texts();
 
         EXPECT_EQ(programmes_of('A', texts), all_of('A'));  // each once, in the order of the object
-        std::vector<std::string> heard;
+        std::vector<std::string> received;
         std::string latest;
         std::size_t updates = 0;
         for (const std::string& text : texts) {
             if (text.compare(0, 4, "now ") != 0) {
-                heard.push_back(text.substr(16, 3));
+                received.push_back(text.substr(16, 3));
                 continue;
             }
             ++updates;
             const std::string now = nows({text})[0];
             if (now.empty()) continue;
             EXPECT_GE(now, latest);  // now never goes back
-            EXPECT_NE(std::find(heard.begin(), heard.end(), now), heard.end()) << now << " unheard of";
+            EXPECT_NE(std::find(received.begin(), received.end(), now), received.end())
+                << now << " never reported";
             latest = now;
         }
         EXPECT_GE(updates, 11U);  // each request is answered

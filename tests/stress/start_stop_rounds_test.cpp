@@ -1,7 +1,7 @@
-// Fifty thousand lives of a server, several at the same time, with one object and without.
+// Fifty thousand servers, several at the same time, fed with one object and without.
 //
-// Most of a life is waiting for threads to be scheduled, so several lanes, each on a thread of its own, take
-// turns on the processors: servers are made, fed and destroyed while others are.
+// Most of a round is waiting for threads to be scheduled, so several threads take turns on the processors:
+// servers are made, fed and destroyed while others are.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -19,7 +19,7 @@
 namespace {
 
 constexpr unsigned kRounds = DABSPI_START_STOP_ROUNDS;
-constexpr unsigned kLanes = 4;
+constexpr unsigned kThreads = 4;
 
 struct StartStop : testing::Test {
     const watchdog guard{std::chrono::minutes(14)};
@@ -27,19 +27,19 @@ struct StartStop : testing::Test {
     captured_stderr log;  // what is still on its way to a worker that has left is logged
     temporary_directory logos;
 
-    template <class Life>
-    void live(unsigned rounds, Life life) {
+    template <class Round>
+    void repeat(unsigned rounds, Round one_round) {
         make_server(logos.path().string());  // what the process keeps for good is made before the count
         const process_resources before;
-        std::atomic<unsigned> lived{0};
-        std::vector<std::thread> lanes;
-        for (unsigned lane = 0; lane < kLanes; ++lane)
-            lanes.emplace_back([&, rounds] {
-                while (lived++ < rounds)
-                    life();
+        std::atomic<unsigned> begun{0};
+        std::vector<std::thread> threads;
+        for (unsigned thread = 0; thread < kThreads; ++thread)
+            threads.emplace_back([&, rounds] {
+                while (begun++ < rounds)
+                    one_round();
             });
-        for (std::thread& lane : lanes)
-            lane.join();
+        for (std::thread& thread : threads)
+            thread.join();
         EXPECT_TRUE(no_thread_of_the_library_lives());
         EXPECT_TRUE(before.are_back());
         EXPECT_TRUE(spi::wait_until_quiet(std::chrono::milliseconds(0)));
@@ -48,7 +48,7 @@ struct StartStop : testing::Test {
 };
 
 TEST_F(StartStop, WithOneObjectLeavesNothingBehind) {
-    live(stress_rounds(kRounds / 2), [this] {
+    repeat(stress_rounds(kRounds / 2), [this] {
         broadcast sent;
         const auto server = make_server(logos.path().string());
         sent.tune(*server);
@@ -57,7 +57,7 @@ TEST_F(StartStop, WithOneObjectLeavesNothingBehind) {
 }
 
 TEST_F(StartStop, AtOnceLeavesNothingBehind) {
-    live(stress_rounds(kRounds / 2), [this] { make_server(logos.path().string()); });
+    repeat(stress_rounds(kRounds / 2), [this] { make_server(logos.path().string()); });
     EXPECT_EQ(log.text(), "");
 }
 

@@ -53,7 +53,7 @@ inline std::uint64_t round_seed(std::uint64_t seed, unsigned round) {
 }
 
 // Printed before the rounds of a seed, so that a test that hangs has told it too.
-inline void tell_seed(std::uint64_t seed) {
+inline void print_seed(std::uint64_t seed) {
     std::printf("DABSPI_STRESS_SEED=%llu\n", static_cast<unsigned long long>(seed));
     std::fflush(stdout);
 }

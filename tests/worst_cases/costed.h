@@ -1,5 +1,5 @@
 // What one object costs, counted: the work of reading it and the heap that it takes, with everything that was
-// sent still lying in a queue. Ceilings are linear: so many bytes of heap for each byte of the body, and a
+// sent still lying in a queue. Limits are linear: so many bytes of heap for each byte of the body, and a
 // constant.
 #pragma once
 
@@ -8,7 +8,7 @@
 #include "testkit/counted_heap.h"
 #include "tests/parse/hostile_bodies.h"
 
-struct ceiling {
+struct limit {
     double bytes_per_body_byte;
     std::uint64_t constant;
 
@@ -59,7 +59,7 @@ class Costed : public hostile::HostileBodies {
         }
     }
 
-    static void expect_below(const cost& all, std::size_t size, ceiling peak, ceiling total) {
+    static void expect_below(const cost& all, std::size_t size, limit peak, limit total) {
         EXPECT_LE(all.peak, peak.of(size));
         EXPECT_LE(all.total, total.of(size));
     }

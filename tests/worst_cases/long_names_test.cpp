@@ -54,8 +54,8 @@ class listener final : public spi::ISpiListener {
 
 struct LongNamesInAServer : ::testing::Test {
     const watchdog guard;
-    const std::shared_ptr<listener> heard = std::make_shared<listener>();
-    spi::SpiServer server{heard, "/temp/dab", "/nowhere"};
+    const std::shared_ptr<listener> received = std::make_shared<listener>();
+    spi::SpiServer server{received, "/temp/dab", "/nowhere"};
     spi::ServElemId service{0xC221, 0xE1, 0};
     static constexpr std::size_t kName = 4000000;
 
@@ -90,7 +90,7 @@ TEST_F(LongNamesInAServer, OfAProgrammeThatIsOn) {
     const copies counted = of("a programme's name, in a server", [&] {
         server.FeedMotBody({7, 7, 1, "pi"}, body_of(object), service);
     });
-    EXPECT_EQ(heard->longest, kName);
+    EXPECT_EQ(received->longest, kName);
     // Kept: the schedule's and now's. Besides them for a time, if all meet: the body, the event to the
     // database, the two to the notifier, and the record for the listener.
     EXPECT_LE(counted.kept, 2.1);

@@ -112,17 +112,17 @@ TEST_F(OutOfMemory, ConstructionThrowsOrSucceedsWhenNothingIsLeft) {
 
 // The library's threads rest, so that the next allocation is the host's own call's.
 template <class Call>
-void expect_the_host_to_be_told(Call call) {
+void expect_a_report_to_the_host(Call call) {
     ASSERT_TRUE(spi::wait_until_quiet(std::chrono::seconds(60)));
     failing_new::fail_at(1, failing_new::kOnce);
-    bool told = false;
+    bool threw = false;
     try {
         call();
     } catch (const std::bad_alloc&) {
-        told = true;
+        threw = true;
     }
     failing_new::stop();
-    EXPECT_TRUE(told);
+    EXPECT_TRUE(threw);
     EXPECT_EQ(call(), 0);  // the server stays usable
 }
 
@@ -134,9 +134,9 @@ TEST_F(OutOfMemory, ReachesTheHostFromItsOwnCalls) {
     const unsigned char bytes[] = {0x03, 0x00};
     spi_wrap::MotBody body{sizeof bytes, bytes};
     server.SetDateTime(now);  // handled by every worker: none of their threads is still about to start
-    expect_the_host_to_be_told([&] { return server.SetCurrentService(service, 0xC181); });
-    expect_the_host_to_be_told([&] { return server.SetDateTime(now); });
-    expect_the_host_to_be_told([&] { return server.FeedMotBody(metadata, body, service); });
+    expect_a_report_to_the_host([&] { return server.SetCurrentService(service, 0xC181); });
+    expect_a_report_to_the_host([&] { return server.SetDateTime(now); });
+    expect_a_report_to_the_host([&] { return server.FeedMotBody(metadata, body, service); });
     EXPECT_TRUE(spi::wait_until_quiet(std::chrono::seconds(60)));
 }
 

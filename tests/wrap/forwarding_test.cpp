@@ -110,18 +110,18 @@ TEST_F(Forwarding, DateAndTimeAreCopiedWhole) {
 // constructor never leaves one out.
 class without_link {
  public:
-    without_link(void* object, std::size_t offset) : place_(static_cast<char*>(object) + offset) {
+    without_link(void* object, std::size_t offset) : address_(static_cast<char*>(object) + offset) {
         void* const null = nullptr;
-        std::memcpy(&link_, place_, sizeof link_);
-        std::memcpy(place_, &null, sizeof null);
+        std::memcpy(&link_, address_, sizeof link_);
+        std::memcpy(address_, &null, sizeof null);
     }
-    ~without_link() { std::memcpy(place_, &link_, sizeof link_); }
+    ~without_link() { std::memcpy(address_, &link_, sizeof link_); }
     without_link(const without_link&) = delete;
     without_link& operator=(const without_link&) = delete;
     void* link() const { return link_; }
 
  private:
-    char* place_;
+    char* address_;
     void* link_ = nullptr;
 };
 

@@ -1,4 +1,4 @@
-// A host for tests: a listener that keeps what it hears, and calls with the records of a broadcast.
+// A host for tests: a listener that keeps what it receives, and calls with the records of a broadcast.
 #pragma once
 
 #include <algorithm>
@@ -25,10 +25,10 @@ class keeping_listener final : public spi_wrap::ISpiListener {
         keep("logo " + logo.file_name + " of size " + std::to_string(logo.size_code));
     }
 
-    // What was heard since this was last asked.
+    // What was received since this was last asked.
     std::vector<std::string> take() {
         const std::lock_guard<std::mutex> lock(mutex_);
-        return std::exchange(heard_, {});
+        return std::exchange(received_, {});
     }
     std::vector<std::thread::id> threads() {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -38,12 +38,12 @@ class keeping_listener final : public spi_wrap::ISpiListener {
  private:
     void keep(const std::string& what) {
         const std::lock_guard<std::mutex> lock(mutex_);
-        heard_.push_back(what);
+        received_.push_back(what);
         const auto self = std::this_thread::get_id();
         if (std::find(threads_.begin(), threads_.end(), self) == threads_.end()) threads_.push_back(self);
     }
     std::mutex mutex_;
-    std::vector<std::string> heard_;        // guarded by mutex_
+    std::vector<std::string> received_;     // guarded by mutex_
     std::vector<std::thread::id> threads_;  // guarded by mutex_
 };
 

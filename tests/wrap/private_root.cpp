@@ -62,12 +62,12 @@ constexpr int kPassedCode = 0;
 constexpr int kFailedCode = 1;
 constexpr int kNotPermittedCode = 77;
 
-[[noreturn]] void run_child(const std::string& mount_point, const std::function<std::string()>& piece,
+[[noreturn]] void run_child(const std::string& mount_point, const std::function<std::string()>& action,
                             int out) {
     int code = kNotPermittedCode;
     try {
         if (enter_private_root(mount_point)) {
-            const std::string failure = piece();
+            const std::string failure = action();
             code = failure.empty() ? kPassedCode : kFailedCode;
             if (write(out, failure.data(), failure.size()) < 0) code = kFailedCode;
         }
@@ -80,15 +80,15 @@ constexpr int kNotPermittedCode = 77;
 
 }  // namespace
 
-private_root_result in_private_root(const std::string& mount_point, const std::function<std::string()>& piece,
-                                    std::string& failure) {
+private_root_result in_private_root(const std::string& mount_point,
+                                    const std::function<std::string()>& action, std::string& failure) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
         failure = "no pipe";
         return private_root_result::kFailed;
     }
     const pid_t child = fork();
-    if (child == 0) run_child(mount_point, piece, ends[1]);
+    if (child == 0) run_child(mount_point, action, ends[1]);
     close(ends[1]);
     char buffer[4096];
     for (ssize_t count = 0; (count = read(ends[0], buffer, sizeof buffer)) > 0;)

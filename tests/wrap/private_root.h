@@ -8,7 +8,7 @@
 
 enum class private_root_result { kPassed, kFailed, kNotPermitted };
 
-// `piece` runs in the new process and gives what went wrong, or nothing. `mount_point` is an empty directory.
-// The calling process must have one thread only. What went wrong is in `failure`.
-private_root_result in_private_root(const std::string& mount_point, const std::function<std::string()>& piece,
-                                    std::string& failure);
+// `action` runs in the new process and gives what went wrong, or nothing. `mount_point` is an empty
+// directory. The calling process must have one thread only. What went wrong is in `failure`.
+private_root_result in_private_root(const std::string& mount_point,
+                                    const std::function<std::string()>& action, std::string& failure);

@@ -21,7 +21,7 @@ class findings {
     std::string text_;
 };
 
-struct places {
+struct paths {
     std::string block;
     std::string lock;
     std::string temp_root;
@@ -35,7 +35,7 @@ std::string block_file_with(const std::string& path, const std::string& storage_
 }
 
 // One life of a server: a logo and now/next come to the host, the logo into `directory`.
-void live(findings& found, const std::string& directory, const std::string& image) {
+void run_server(findings& found, const std::string& directory, const std::string& image) {
     keeping_listener listener;
     broadcasting_host host(&listener);
     host.set_time(10, 30);
@@ -45,18 +45,18 @@ void live(findings& found, const std::string& directory, const std::string& imag
     found.expect(quiet(), "not quiet");
     host.feed_image(image);
     found.expect(quiet(), "not quiet");
-    const std::vector<std::string> heard = listener.take();
-    found.expect(heard.size() == 3, "heard " + std::to_string(heard.size()) + " notifications");
-    const auto was_heard = [&](const std::string& what) {
-        return std::find(heard.begin(), heard.end(), what) != heard.end();
+    const std::vector<std::string> received = listener.take();
+    found.expect(received.size() == 3, "received " + std::to_string(received.size()) + " notifications");
+    const auto was_received = [&](const std::string& what) {
+        return std::find(received.begin(), received.end(), what) != received.end();
     };
-    found.expect(was_heard("now News, next Talk"), "no now and next");
-    found.expect(was_heard("logo E1C2210_4.PNG of size 4"), "no logo");
+    found.expect(was_received("now News, next Talk"), "no now and next");
+    found.expect(was_received("logo E1C2210_4.PNG of size 4"), "no logo");
     found.expect(file_content(directory + "/E1C2210_4.PNG") == image, "no image in " + directory);
     found.expect(mappings_of("SysDataInfo") == 0, "the block is still mapped");
 }
 
-std::string story(const places& at) {
+std::string story(const paths& at) {
     findings found;
     found.expect(!std::filesystem::exists(at.block), "a block was there before");
     found.expect(!std::filesystem::exists(at.temp_root), "a temp root was there before");
@@ -65,7 +65,7 @@ std::string story(const places& at) {
 
     // Nothing there yet.
     const mode_t mask = umask(0);
-    live(found, at.logo_root, "first image");
+    run_server(found, at.logo_root, "first image");
     umask(mask);
     found.expect(file_content(at.block) == block_with(""), "the fresh block is not as it must be");
     struct stat status {};
@@ -76,7 +76,7 @@ std::string story(const places& at) {
 
     // The second time, with a block that another program has filled in.
     const std::string before = block_file_with(at.block, "/mnt/data");
-    live(found, at.data + "/HdStationLogo", "second image");
+    run_server(found, at.data + "/HdStationLogo", "second image");
     found.expect(file_content(at.block) == before, "the block was changed");
     found.expect(file_content(at.logo_root + "/E1C2210_4.PNG") == "first image",
                  "the first image was changed");
@@ -84,15 +84,15 @@ std::string story(const places& at) {
     // A storage path behind a file: the temp root serves.
     std::ofstream(at.data + "/file") << "x";
     block_file_with(at.block, "/mnt/data/file");
-    live(found, at.temp_root, "third image");
+    run_server(found, at.temp_root, "third image");
 
     found.expect(wait_for_threads(threads), "threads stayed");
     found.expect(open_descriptors() == descriptors, "descriptors stayed");
     return found.text();
 }
 
-const places kRealNames{"/dev/shm/SysDataInfo", "/dev/shm/dabspi-SysDataInfo.lock", "/temp/dab",
-                        "/HdStationLogo", "/mnt/data"};
+const paths kRealNames{"/dev/shm/SysDataInfo", "/dev/shm/dabspi-SysDataInfo.lock", "/temp/dab",
+                       "/HdStationLogo", "/mnt/data"};
 
 std::string sandboxed_story() {
     const sandbox here;

@@ -21,16 +21,16 @@ struct host_listener : spi_wrap::ISpiListener {
 class SpiCb : public ::testing::Test {
  protected:
     // What the host hears of a logo with this format and size code.
-    spi_wrap::SpiLogoInfo told(int format, int size_code) {
+    spi_wrap::SpiLogoInfo reported(int format, int size_code) {
         spi::SpiLogoInfo logo;
         logo.service = {0xE1ABCDEF, 0xE2, 9};
         logo.image_format = static_cast<std::uint8_t>(format);
         logo.size_code = static_cast<std::uint8_t>(size_code);
         logo.name = "E1C2210_4.PNG";
-        spi_wrap::SpiLogoInfo heard;
-        EXPECT_CALL(host, StationLogoReceived(_)).WillOnce(Invoke([&](auto& info) { heard = info; }));
+        spi_wrap::SpiLogoInfo received;
+        EXPECT_CALL(host, StationLogoReceived(_)).WillOnce(Invoke([&](auto& info) { received = info; }));
         adaptor.StationLogoReceived(logo);
-        return heard;
+        return received;
     }
 
     StrictMock<host_listener> host;
@@ -72,26 +72,26 @@ TEST_F(SpiCb, AnEmptyProgrammeStaysEmpty) {
 }
 
 TEST_F(SpiCb, ALogosFieldsAreCopied) {
-    const spi_wrap::SpiLogoInfo heard = told(2, 4);
-    EXPECT_EQ(heard.service_id, 0xE1ABCDEFU);
-    EXPECT_EQ(heard.ecc, 0xE2);
-    EXPECT_EQ(heard.scids, 9);
-    EXPECT_EQ(heard.image_format, spi_wrap::IMAGE_PNG);
-    EXPECT_EQ(heard.size_code, 4);
-    EXPECT_EQ(heard.file_name, "E1C2210_4.PNG");
+    const spi_wrap::SpiLogoInfo received = reported(2, 4);
+    EXPECT_EQ(received.service_id, 0xE1ABCDEFU);
+    EXPECT_EQ(received.ecc, 0xE2);
+    EXPECT_EQ(received.scids, 9);
+    EXPECT_EQ(received.image_format, spi_wrap::IMAGE_PNG);
+    EXPECT_EQ(received.size_code, 4);
+    EXPECT_EQ(received.file_name, "E1C2210_4.PNG");
 }
 
 TEST_F(SpiCb, FormatsOneAndTwoStayAndOthersAreUnknown) {
     for (int format = 0; format < 256; ++format) {
         const int expected = format == 1 || format == 2 ? format : 0;
-        EXPECT_EQ(told(format, 3).image_format, expected) << format;
+        EXPECT_EQ(reported(format, 3).image_format, expected) << format;
     }
 }
 
 TEST_F(SpiCb, TheSizeCodeIsWidenedWithoutASign) {
-    EXPECT_EQ(told(2, 0x7F).size_code, 127);
-    EXPECT_EQ(told(2, 0x80).size_code, 128);
-    EXPECT_EQ(told(2, 0xFF).size_code, 255);
+    EXPECT_EQ(reported(2, 0x7F).size_code, 127);
+    EXPECT_EQ(reported(2, 0x80).size_code, 128);
+    EXPECT_EQ(reported(2, 0xFF).size_code, 255);
 }
 
 TEST_F(SpiCb, ProgrammeInformationNeverReachesTheHost) {

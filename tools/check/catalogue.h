@@ -1,5 +1,5 @@
 // Everything that `dabspi check` can find, in one table: a stable code, how bad it is, why a receiver behaves
-// so, and what cures it. Pure data.
+// so, and what remedies it. Pure data.
 #pragma once
 
 #include <optional>
@@ -75,10 +75,10 @@ struct catalogue_entry {
     finding_code code;
     const char* name;  // "duration-wrapped": stable, in lower case, never used for anything else
     severity how_bad;
-    const char* title;  // a few words
-    const char* why;    // one sentence: what a receiver does
-    const char* cure;   // one sentence: what the broadcaster can do
-    const char* more;   // for `dabspi explain`; paragraphs are separated by an empty line
+    const char* title;   // a few words
+    const char* why;     // one sentence: what a receiver does
+    const char* remedy;  // one sentence: what the broadcaster can do
+    const char* more;    // for `dabspi explain`; paragraphs are separated by an empty line
 };
 
 const std::vector<catalogue_entry>& catalogue();  // in the order of the codes

@@ -9,7 +9,7 @@ const std::vector<catalogue_entry>& object_entries() {
         {finding_code::malformed, "malformed", severity::error, "malformed bytes",
          "The object is not coded as ETSI TS 102 371 lays it down, and every receiver makes something "
          "else of it.",
-         "Mend the encoder; \"dabspi inspect\" shows the place in the object's tree.",
+         "Repair the encoder; \"dabspi inspect\" shows the place in the object's tree.",
          "Nothing reports a malformed object on air. This receiver reads what is missing as all ones, "
          "passes over what it does not know, cuts nothing off and goes on; so a single wrong length can "
          "turn the rest of an object into other elements, or into none.\n"
@@ -21,7 +21,7 @@ const std::vector<catalogue_entry>& object_entries() {
          "malformed where it is passed over",
          "The object is not coded as ETSI TS 102 371 lays it down, in a part that receivers of this kind "
          "pass over.",
-         "Mend the encoder all the same: other receivers read these parts.",
+         "Repair the encoder all the same: other receivers read these parts.",
          "Names, times, bearers and logos are read; genres, descriptions, links and memberships are not. "
          "What is wrong there does no harm here, and may do so elsewhere. Genres written as text, the "
          "URN of the XML document instead of its binary form, are the usual case."},

@@ -14,7 +14,7 @@
 #include "tools/check/text_report.h"
 #include "tools/files/written_file.h"
 #include "tools/playing/storage.h"
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 #include "tools/terminal/interrupt.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/progress.h"
@@ -41,11 +41,11 @@ struct check_options {
 };
 
 // Messages of one kind, not without end.
-void complain_of(const std::vector<std::string>& messages) {
+void print_errors(const std::vector<std::string>& messages) {
     for (std::size_t i = 0; i < std::min(messages.size(), kMostMessages); ++i)
-        complain(messages[i]);
+        print_error(messages[i]);
     if (messages.size() > kMostMessages)
-        complain("and " + std::to_string(messages.size() - kMostMessages) + " more");
+        print_error("and " + std::to_string(messages.size() - kMostMessages) + " more");
 }
 
 folder_options folder_options_of(const check_options& options) {
@@ -56,9 +56,9 @@ folder_options folder_options_of(const check_options& options) {
     return folder;
 }
 
-check_report play_and_look(checked_input input, const check_options& options, const storage& place) {
+check_report play_and_look(checked_input input, const check_options& options, const storage& store) {
     progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
-    return check_input(std::move(input), *severity_named(options.severity), place.path(),
+    return check_input(std::move(input), *severity_named(options.severity), store.path(),
                        [&](std::size_t fed) {
                            progress.update(fed);
                            return interrupt_watch::noted() == 0;
@@ -68,18 +68,18 @@ check_report play_and_look(checked_input input, const check_options& options, co
 // Gives the exit status.
 int print(const check_report& report, const check_options& options) {
     for (const std::string& each : report.disagreements)
-        complain(printable(report.input.calls.name) + ": " + each +
-                 "; this is a fault of dabspi: what is said of this line may be wrong");
+        print_error(printable(report.input.calls.name) + ": " + each +
+                    "; this is a fault of dabspi: what is said of this line may be wrong");
     if (!options.html.empty()) {
         const std::string error = write_whole_file(options.html, html_report(report));
         if (!error.empty()) {
-            complain("cannot write " + printable(options.html) + ": " + error);
+            print_error("cannot write " + printable(options.html) + ": " + error);
             return kExitFailed;
         }
     }
     output out(STDOUT_FILENO);
     text_settings how;
-    how.colours = paint(wants_colour(options.colour, STDOUT_FILENO));
+    how.colours = colouring(wants_colour(options.colour, STDOUT_FILENO));
     how.all = options.all;
     // The page on standard output leaves no room for anything else.
     if (options.html != "-") out.write(options.json ? json_report(report) : text_report(report, how));
@@ -88,7 +88,7 @@ int print(const check_report& report, const check_options& options) {
     if (out.error() != 0) {
         // A reader that has read enough is no reason for a message.
         if (out.error() != EPIPE)
-            complain("cannot write to standard output: " + std::generic_category().message(out.error()));
+            print_error("cannot write to standard output: " + std::generic_category().message(out.error()));
         return kExitFailed;
     }
     return report.findings.empty() ? kExitDone : kExitMalformed;
@@ -97,7 +97,7 @@ int print(const check_report& report, const check_options& options) {
 int run_check(const check_options& options) {
     checked_input input = read_input(options.input, folder_options_of(options));
     if (!input.errors.empty()) {
-        complain_of(input.errors);
+        print_errors(input.errors);
         return kExitUnusable;
     }
     // What replays cannot print is refused there; through the core interface everything can be played.
@@ -105,11 +105,11 @@ int run_check(const check_options& options) {
     int signal = 0;
     {
         const interrupt_watch watch;  // from here on there is something to tidy up
-        const storage place = storage::temporary();
-        const check_report report = play_and_look(std::move(input), options, place);
+        const storage store = storage::temporary();
+        const check_report report = play_and_look(std::move(input), options, store);
         signal = interrupt_watch::noted();
-        if (report.heard.end == play_end::not_quiet) {
-            complain("the library did not come to rest: one of its workers has ended or hangs");
+        if (report.replayed.end == play_end::not_quiet) {
+            print_error("the library did not come to rest: one of its workers has ended or hangs");
         } else if (signal == 0) {
             status = print(report, options);
         }

@@ -10,7 +10,7 @@
 #include <system_error>
 
 #include "tools/check/catalogue.h"
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/wrapped_text.h"
 #include "tools/text/utf8.h"
@@ -30,23 +30,23 @@ std::string one_line(const catalogue_entry& of) {
 std::string whole(const catalogue_entry& of) {
     return std::string(of.name) + " (" + severity_name(of.how_bad) + "): " + of.title + "\n\n" +
            wrapped_text(of.why, "  ") + "\n" + wrapped_text(of.more, "  ") + "\n" +
-           wrapped_text(std::string("Cure: ") + of.cure, "  ");
+           wrapped_text(std::string("Remedy: ") + of.remedy, "  ");
 }
 
 // docs/findings.md: a page for those who have no command at hand.
 std::string markdown() {
     std::string text =
         "# Findings of dabspi check\n\n"
-        "What `dabspi check` finds in a broadcast, why a receiver behaves so, and what cures it. Codes are "
-        "stable. An error is what is\n"
+        "What `dabspi check` finds in a broadcast, why a receiver behaves so, and what remedies it. Codes "
+        "are stable. An error is what is\n"
         "lost or misread, a warning what is shown otherwise than it was meant or less than it could be, a "
         "note what is by design or\n"
         "harmless. `dabspi explain CODE` tells more of each; `dabspi explain --markdown` prints this "
         "page.\n\n"
-        "| code | severity | what | why | cure |\n|---|---|---|---|---|\n";
+        "| code | severity | what | why | remedy |\n|---|---|---|---|---|\n";
     for (const catalogue_entry& each : catalogue())
         text += std::string("| `") + each.name + "` | " + severity_name(each.how_bad) + " | " + each.title +
-                " | " + each.why + " | " + each.cure + " |\n";
+                " | " + each.why + " | " + each.remedy + " |\n";
     return text;
 }
 
@@ -92,7 +92,7 @@ int explain(const std::vector<std::string>& names, bool as_page) {
     for (const std::string& name : names) {
         const catalogue_entry* const entry = find_entry(name);
         if (entry == nullptr) {
-            complain(unknown(name));
+            print_error(unknown(name));
             all_known = false;
             continue;
         }
@@ -109,7 +109,7 @@ int explain(const std::vector<std::string>& names, bool as_page) {
     out.flush();
     if (out.error() != 0) {
         if (out.error() != EPIPE)
-            complain("cannot write to standard output: " + std::generic_category().message(out.error()));
+            print_error("cannot write to standard output: " + std::generic_category().message(out.error()));
         return kExitFailed;
     }
     return all_known ? kExitDone : kExitUnusable;

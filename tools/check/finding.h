@@ -1,5 +1,5 @@
 // One thing that a receiver will not show as it was meant, or that somebody should know: where it is, and
-// what it is. Why it is so and how it is cured stands in the catalogue (tools/check/catalogue.h).
+// what it is. Why it is so and how it is remedied stands in the catalogue (tools/check/catalogue.h).
 #pragma once
 
 #include <cstddef>

@@ -33,7 +33,7 @@ struct sent_object {
 };
 
 struct object_arrival {
-    enum fate_t {
+    enum outcome_t {
         read,
         repeated,      // name and size are known, and so are the bytes
         changed,       // name and size are known, the bytes are others: not read
@@ -44,25 +44,25 @@ struct object_arrival {
     };
     std::size_t line;
     std::size_t object;
-    fate_t fate;
+    outcome_t outcome;
     std::size_t before;  // changed, blocked: the object that stands in the way
 };
 
 struct programme_arrival {
-    enum fate_t { filed, minute_taken, without_service, before_date, without_start, other_day };
+    enum outcome_t { filed, minute_taken, without_service, before_date, without_start, other_day };
     std::size_t line;
     std::size_t object;
     std::uint32_t offset;  // of the programme element
-    fate_t fate = filed;
+    outcome_t outcome = filed;
     std::uint16_t ensemble = 0;  // that was received; 0: none yet
     spi::ServElemId service;
     std::string name;
     spi::SpiTimePoint time;
-    unsigned duration = 0;     // seconds
-    long start = 0;            // local, minutes since 1858-11-17
-    bool unreachable = false;  // filed under a minute that is never looked for
-    std::size_t holder = 0;    // minute_taken: the programme that has the minute
-    std::size_t life = 0;      // counts up whenever everything that was received is forgotten
+    unsigned duration = 0;      // seconds
+    long start = 0;             // local, minutes since 1858-11-17
+    bool unreachable = false;   // filed under a minute that is never looked for
+    std::size_t holder = 0;     // minute_taken: the programme that has the minute
+    std::size_t reception = 0;  // counts up whenever everything that was received is forgotten
 
     long end() const { return start + static_cast<long>(duration / 60); }
 };

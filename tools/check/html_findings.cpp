@@ -5,36 +5,37 @@ namespace dabspi::check::html {
 
 namespace {
 
-constexpr std::size_t kFewPlaces = 12;  // so many are shown at once
+constexpr std::size_t kFewOccurrences = 12;  // so many are shown at once
 
-std::string one_place(const check_report& of, const places& where, std::size_t index) {
+std::string one_occurrence(const check_report& of, const anchors& where, std::size_t index) {
     const finding& what = of.findings[index];
-    const std::string place = escaped(place_text(of, what));
+    const std::string location = escaped(location_text(of, what));
     const std::string& target = where.of_finding(index);
     std::string text = "<li id=\"" + id('f', index) + "\">";
-    if (!place.empty()) text += (target.empty() ? place : link_to(target, place)) + "<br>";
+    if (!location.empty()) text += (target.empty() ? location : link_to(target, location)) + "<br>";
     text += "<span dir=\"auto\">" + escaped(what.text) + "</span>";
     if (what.more != 0) text += " <small>and " + std::to_string(what.more) + " more in this object</small>";
-    if (place.empty() && !target.empty()) text += " " + link_to(target, "show");
+    if (location.empty() && !target.empty()) text += " " + link_to(target, "show");
     return text + "</li>\n";
 }
 
-std::string one_kind(const check_report& of, const places& where, std::size_t from, std::size_t to) {
+std::string one_kind(const check_report& of, const anchors& where, std::size_t from, std::size_t to) {
     const catalogue_entry& entry = entry_of(of.findings[from].code);
     const std::string how_bad = severity_name(entry.how_bad);
-    std::string text = "<details class=\"kind " + how_bad + "\"" + (to - from <= kFewPlaces ? " open" : "") +
-                       ">\n<summary><span class=\"badge " + how_bad + "\">" + how_bad + "</span> <code>" +
-                       entry.name + "</code> " + escaped(entry.title) + " <span class=\"count\">" +
-                       number_of(to - from, "place") + "</span></summary>\n<p>" + escaped(entry.why) +
-                       "</p>\n<p><strong>Cure:</strong> " + escaped(entry.cure) + "</p>\n<ol>\n";
+    std::string text = "<details class=\"kind " + how_bad + "\"" +
+                       (to - from <= kFewOccurrences ? " open" : "") + ">\n<summary><span class=\"badge " +
+                       how_bad + "\">" + how_bad + "</span> <code>" + entry.name + "</code> " +
+                       escaped(entry.title) + " <span class=\"count\">" + number_of(to - from, "place") +
+                       "</span></summary>\n<p>" + escaped(entry.why) + "</p>\n<p><strong>Remedy:</strong> " +
+                       escaped(entry.remedy) + "</p>\n<ol>\n";
     for (std::size_t i = from; i < to; ++i)
-        text += one_place(of, where, i);
+        text += one_occurrence(of, where, i);
     return text + "</ol>\n</details>\n";
 }
 
 }  // namespace
 
-std::string findings_section(const check_report& of, const places& where) {
+std::string findings_section(const check_report& of, const anchors& where) {
     std::string text = "<section id=\"findings\">\n<h2>Findings</h2>\n";
     if (of.findings.empty()) text += "<p>Nothing was found.</p>\n";
     for (std::size_t from = 0; from < of.findings.size();) {

@@ -38,11 +38,11 @@ const char* outcome(image_arrival::use_t how, const announcement& of) {
     return "";
 }
 
-std::string figure(const check_report& of, const places& where, const image_arrival& arrival, bool first) {
+std::string figure(const check_report& of, const anchors& where, const image_arrival& arrival, bool first) {
     const sent_object& object = of.past.objects[arrival.object];
     const announcement& announced = of.past.announcements[arrival.uses.front().announcement];
-    const std::string place = id('l', arrival.object);
-    std::string text = "<figure" + (first ? " id=\"" + place + "\"" : std::string()) + ">\n";
+    const std::string anchor = id('l', arrival.object);
+    std::string text = "<figure" + (first ? " id=\"" + anchor + "\"" : std::string()) + ">\n";
     const char* const mime = mime_of(*object.body);
     if (mime == nullptr) {
         text += "<p class=\"no-image\">no image that can be shown</p>\n";
@@ -59,14 +59,14 @@ std::string figure(const check_report& of, const places& where, const image_arri
         ++outcomes[outcome(use.how, of.past.announcements[use.announcement])];
     for (const auto& [how, count] : outcomes)
         text += "<br>" + how + (count > 1 ? ", " + std::to_string(count) + " times" : "");
-    const std::string links = first ? where.links_at(of, place) : "";
+    const std::string links = first ? where.links_at(of, anchor) : "";
     if (!links.empty()) text += "<br><span class=\"chips\">" + links + "</span>";
     return text + "</figcaption>\n</figure>\n";
 }
 
 }  // namespace
 
-std::string logos_section(const check_report& of, const places& where) {
+std::string logos_section(const check_report& of, const anchors& where) {
     std::string text = "<section id=\"logos\">\n<h2>Logos</h2>\n";
     // Repetitions that end in the same way are shown once.
     std::set<std::pair<std::size_t, image_arrival::use_t>> shown;

@@ -19,7 +19,7 @@ std::string lines_of(const sent_object& object) {
 
 }  // namespace
 
-std::string objects_section(const check_report& of, const places& where) {
+std::string objects_section(const check_report& of, const anchors& where) {
     std::string text =
         "<section id=\"objects\">\n<h2>Objects</h2>\n<div class=\"scroll\" tabindex=\"0\" role=\"group\" "
         "aria-label=\"Table of objects\"><table>\n<thead><tr><th>Content name<th>Kind<th>Bytes<th>Line"

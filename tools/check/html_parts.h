@@ -4,18 +4,18 @@
 #include <optional>
 #include <string>
 
-#include "tools/check/html_places.h"
+#include "tools/check/html_anchors.h"
 #include "tools/check/report.h"
 
 namespace dabspi::check::html {
 
 extern const char* const kStyle;
 
-std::string findings_section(const check_report& of, const places& where);
-std::string schedules_section(const check_report& of, const places& where);
-std::string logos_section(const check_report& of, const places& where);
+std::string findings_section(const check_report& of, const anchors& where);
+std::string schedules_section(const check_report& of, const anchors& where);
+std::string logos_section(const check_report& of, const anchors& where);
 std::string timeline_section(const check_report& of);
-std::string objects_section(const check_report& of, const places& where);
+std::string objects_section(const check_report& of, const anchors& where);
 
 // What the receiver showed last: the end of the clock. Nothing without one.
 std::optional<long> last_minute(const check_report& of);

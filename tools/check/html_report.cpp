@@ -33,7 +33,7 @@ struct section_link {
 constexpr section_link kSections[] = {{"findings", "Findings"},
                                       {"schedules", "Schedules"},
                                       {"logos", "Logos"},
-                                      {"timeline", "What was told"},
+                                      {"timeline", "What was reported"},
                                       {"objects", "Objects"}};
 
 // A path may be broken behind its slashes.
@@ -61,7 +61,7 @@ std::string header(const check_report& of) {
 }  // namespace
 
 std::string html_report(const check_report& of) {
-    const html::places where(of);
+    const html::anchors where(of);
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
            std::string(kPolicy) +

@@ -9,8 +9,8 @@
 
 #include "tools/check/html_parts.h"
 #include "tools/check/html_text.h"
-#include "tools/check/lanes.h"
 #include "tools/check/local_day.h"
+#include "tools/check/overlap_rows.h"
 
 namespace dabspi::check::html {
 
@@ -36,17 +36,17 @@ std::string end_text(long start, long end) {
 
 class schedule_writer {
  public:
-    schedule_writer(const check_report& of, const places& where, std::size_t service)
+    schedule_writer(const check_report& of, const anchors& where, std::size_t service)
         : of_(of), where_(where), schedule_(of.schedules[service]), service_(service), now_(last_minute(of)) {
-        for (const schedule_seam& each : seams_of(of.past, schedule_)) {
+        for (const schedule_boundary& each : boundaries_of(of.past, schedule_)) {
             const long end = of.past.programmes[each.first].end();
             const long start = of.past.programmes[each.second].start;
             if (end < start) gaps_.emplace(each.first, start - end);
         }
-        for (const heard_notification& each : of.heard.all) {
+        for (const replayed_notification& each : of.replayed.all) {
             const auto* pair = std::get_if<now_next>(&each.what);
             if (pair != nullptr && each.at.service && id_of(*each.at.service) == schedule_.service)
-                told_.insert(minute_of(pair->now.start));
+                reported_.insert(minute_of(pair->now.start));
         }
     }
 
@@ -83,31 +83,31 @@ class schedule_writer {
     }
 
     // A programme's part of a day: `from` and `to` in minutes of the day.
-    std::string cell(std::size_t i, long day, const lane_place& lane) const {
+    std::string cell(std::size_t i, long day, const row_position& row) const {
         const programme_arrival& programme = at(i);
         const long midnight = day * kDayMinutes;
         const long from = std::max(programme.start - midnight, 0L);
         const long to = std::min(programme.end() - midnight, kDayMinutes);
         const bool continued = programme.start < midnight;
         const bool now = now_ && programme.start <= *now_ && *now_ < programme.end();
-        const std::string place = id('p', schedule_.programmes[i]);
+        const std::string anchor = id('p', schedule_.programmes[i]);
         std::string classes = "cell";
         if (continued) classes += " continued";
         if (now) classes += " now";
-        if (told_.count(programme.start) != 0) classes += " told";
+        if (reported_.count(programme.start) != 0) classes += " reported";
         for (const severity how_bad : {severity::error, severity::warning, severity::note})
-            if (has(place, how_bad)) {
+            if (has(anchor, how_bad)) {
                 classes += std::string(" ") + severity_name(how_bad);
                 break;
             }
-        std::string text = "<li class=\"" + classes + "\"" + (continued ? "" : " id=\"" + place + "\"") +
+        std::string text = "<li class=\"" + classes + "\"" + (continued ? "" : " id=\"" + anchor + "\"") +
                            (now ? " aria-current=\"time\"" : "") + " data-start=\"" + std::to_string(from) +
                            "\" data-minutes=\"" + std::to_string(to - from) +
                            "\" style=\"left:" + percent(from) + ";width:" + percent(to - from) +
-                           height_of(lane) + "\" title=\"" + clock_text(programme.start) + " to " +
+                           height_of(row) + "\" title=\"" + clock_text(programme.start) + " to " +
                            end_text(programme.start, programme.end()) + " " + escaped(programme.name) + "\">";
         const std::string title = programme.name.empty() ? "<i>no title</i>" : from_broadcast(programme.name);
-        const std::string links = continued ? "" : first_link(place);
+        const std::string links = continued ? "" : first_link(anchor);
         text += "<span class=\"time\">" + clock_text(programme.start) + "<span class=\"unseen\"> to " +
                 end_text(programme.start, programme.end()) + "</span></span> " +
                 (links.empty() ? "<span class=\"title\">" + title + "</span>" : links + title + "</a>");
@@ -115,37 +115,37 @@ class schedule_writer {
     }
 
     // The whole height when nothing overlaps.
-    static std::string height_of(const lane_place& lane) {
-        if (lane.of == 1) return {};
-        const double height = 100.0 / static_cast<double>(lane.of);
+    static std::string height_of(const row_position& row) {
+        if (row.of == 1) return {};
+        const double height = 100.0 / static_cast<double>(row.of);
         char text[64];
-        std::snprintf(text, sizeof text, ";top:%.4f%%;height:%.4f%%", height * static_cast<double>(lane.lane),
+        std::snprintf(text, sizeof text, ";top:%.4f%%;height:%.4f%%", height * static_cast<double>(row.row),
                       height);
         return text;
     }
 
-    bool has(const std::string& place, severity how_bad) const {
-        const auto& all = where_.findings_at(place);
+    bool has(const std::string& anchor, severity how_bad) const {
+        const auto& all = where_.findings_at(anchor);
         return std::any_of(all.begin(), all.end(), [&](std::size_t each) {
             return entry_of(of_.findings[each].code).how_bad == how_bad;
         });
     }
 
     // An opening tag; the table has them all.
-    std::string first_link(const std::string& place) const {
-        const auto& all = where_.findings_at(place);
+    std::string first_link(const std::string& anchor) const {
+        const auto& all = where_.findings_at(anchor);
         if (all.empty()) return {};
         return "<a class=\"title\" href=\"#" + id('f', all.front()) + "\">";
     }
 
     // Behind a programme of the history. It stands once, on the day on which it begins.
     std::string gap(std::size_t index, long length, long day) const {
-        const std::string place = id('g', index);
-        const auto& all = where_.findings_at(place);
+        const std::string anchor = id('g', index);
+        const auto& all = where_.findings_at(anchor);
         const long from = of_.past.programmes[index].end() - day * kDayMinutes;
         if (all.empty() || from < 0 || from >= kDayMinutes) return {};
         const long shown = std::min(length, kDayMinutes - from);
-        return "<li class=\"gap\" id=\"" + place + "\" data-start=\"" + std::to_string(from) +
+        return "<li class=\"gap\" id=\"" + anchor + "\" data-start=\"" + std::to_string(from) +
                "\" data-minutes=\"" + std::to_string(shown) + "\" style=\"left:" + percent(from) +
                ";width:" + percent(shown) + "\"><a href=\"#" + id('f', all.front()) +
                "\"><span class=\"label\">gap, " + minutes_text(length) + "</span></a></li>\n";
@@ -176,14 +176,14 @@ class schedule_writer {
         std::vector<time_span> spans;
         for (const std::size_t i : programmes)
             spans.push_back({std::max(at(i).start, midnight), at(i).end()});
-        const std::vector<lane_place> lanes = lanes_of(spans);
+        const std::vector<row_position> rows = rows_of(spans);
         std::multimap<long, std::string> parts;  // in the order of time, which is the keyboard's
         std::size_t most = 1;
         long covered_to = midnight;
         for (std::size_t n = 0; n < programmes.size(); ++n) {
-            most = std::max(most, lanes[n].of);
+            most = std::max(most, rows[n].of);
             parts.emplace(covered_to, free_time(midnight, covered_to, spans[n].from));
-            parts.emplace(spans[n].from, cell(programmes[n], day, lanes[n]));
+            parts.emplace(spans[n].from, cell(programmes[n], day, rows[n]));
             covered_to = std::max(covered_to, spans[n].to);
         }
         parts.emplace(covered_to, free_time(midnight, covered_to, midnight + kDayMinutes));
@@ -198,7 +198,7 @@ class schedule_writer {
                    "\" style=\"left:" + percent(*now_ - midnight) + "\"><span class=\"unseen\">" +
                    clock_text(*now_) + " by the receiver's clock</span></li>\n";
         return "<div class=\"row\"><h4>" + day_heading(day) +
-               "</h4>\n<ol class=\"track\" style=\"--lanes:" + std::to_string(most) + "\">\n" + cells + line +
+               "</h4>\n<ol class=\"track\" style=\"--rows:" + std::to_string(most) + "\">\n" + cells + line +
                "</ol></div>\n";
     }
 
@@ -210,32 +210,32 @@ class schedule_writer {
                            "<th>Line<th>Findings</tr></thead>\n<tbody>\n";
         for (std::size_t i = 0; i < schedule_.programmes.size(); ++i) {
             const programme_arrival& programme = at(i);
-            const std::string place = id('p', schedule_.programmes[i]);
+            const std::string anchor = id('p', schedule_.programmes[i]);
             text += "<tr><td>" + minute_text(programme.start) + "<td>" +
                     end_text(programme.start, programme.end()) + "<td>" + from_broadcast(programme.name) +
                     "<td>" + (of_.input.folder ? "" : std::to_string(programme.line)) + "<td>" +
-                    where_.links_at(of_, place) + " " +
+                    where_.links_at(of_, anchor) + " " +
                     where_.links_at(of_, id('g', schedule_.programmes[i])) + "</tr>\n";
         }
         return text + "</tbody>\n</table></div></details>\n";
     }
 
     const check_report& of_;
-    const places& where_;
+    const anchors& where_;
     const service_schedule& schedule_;
     std::size_t service_;
     std::optional<long> now_;
     std::map<std::size_t, long> gaps_;  // behind programmes of the history: how many minutes
-    std::set<long> told_;               // starts of programmes that were told as now
+    std::set<long> reported_;           // starts of programmes that were reported as now
 };
 
 }  // namespace
 
-std::string schedules_section(const check_report& of, const places& where) {
+std::string schedules_section(const check_report& of, const anchors& where) {
     std::string text = "<section id=\"schedules\">\n<h2>Schedules</h2>\n";
     if (of.schedules.empty())
         return text + "<p>No service was listened to, and none has programmes.</p>\n</section>\n";
-    text += "<p class=\"legend\"><span class=\"key told\">told as now</span> ";
+    text += "<p class=\"legend\"><span class=\"key reported\">reported as now</span> ";
     if (const auto now = last_minute(of))
         text += "<span class=\"key now\">on at " + minute_text(*now) + ", the end of the clock</span> ";
     text +=

@@ -5,14 +5,14 @@ namespace dabspi::check::html {
 const char* const kStyle = R"(
 :root {
   --ground: #fbfaf8; --sheet: #ffffff; --text: #1d1f23; --faint: #5a5f69; --rule: #d8d9dd;
-  --cell: #e3ebf6; --cell-edge: #8aa4c8; --cell-text: #16263d; --now: #1d4f91; --now-text: #ffffff; --told: #1d4f91;
+  --cell: #e3ebf6; --cell-edge: #8aa4c8; --cell-text: #16263d; --now: #1d4f91; --now-text: #ffffff; --reported: #1d4f91;
   --error: #a3161c; --warning: #7c4a00; --note: #3b5570; --link: #0b5394; --focus: #c2410c;
   --error-tint: #fbe4e3; --warning-tint: #fcefd6; --note-tint: #e6edf3; --hatch: #cfd0d6; --plate: #ffffff;
 }
 @media (prefers-color-scheme: dark) {
   :root {
     --ground: #14161a; --sheet: #1c1f25; --text: #e8e8ea; --faint: #a7acb6; --rule: #3a3e47;
-    --cell: #25344a; --cell-edge: #5b7aa6; --cell-text: #e2ebf8; --now: #9cc2f5; --now-text: #0c1a2c; --told: #9cc2f5;
+    --cell: #25344a; --cell-edge: #5b7aa6; --cell-text: #e2ebf8; --now: #9cc2f5; --now-text: #0c1a2c; --reported: #9cc2f5;
     --error: #ff9d98; --warning: #f0bf6b; --note: #a9c4de; --link: #8dbcf2; --focus: #ffb27a;
     --error-tint: #46201f; --warning-tint: #40300f; --note-tint: #233241; --hatch: #4a4e58; --plate: #e9e9ec;
   }
@@ -63,7 +63,7 @@ article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); bor
 .scale { position: relative; height: 1.3rem; }
 .scale span { position: absolute; padding-left: .2rem; border-left: 1px solid var(--rule); font-size: .75rem;
   color: var(--faint); }
-.track { position: relative; height: calc(.8rem + 2.3rem * var(--lanes, 1)); margin: 0; padding: 0; list-style: none; overflow: clip; }
+.track { position: relative; height: calc(.8rem + 2.3rem * var(--rows, 1)); margin: 0; padding: 0; list-style: none; overflow: clip; }
 .track li { position: absolute; top: 0; height: 100%; }
 .free { background: repeating-linear-gradient(135deg, transparent 0 5px, var(--hatch) 5px 6px); }
 .cell { overflow: hidden; padding: .15rem 0; border: 1px solid var(--cell-edge); border-radius: .2rem;
@@ -71,7 +71,7 @@ article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); bor
 .cell .time, .cell .title { display: block; padding-left: .3rem; overflow: hidden; white-space: nowrap; }
 .cell .time { font-variant-numeric: tabular-nums; }
 .cell .title { text-overflow: ellipsis; color: inherit; }
-.cell.told { border-top: .25rem solid var(--told); }
+.cell.reported { border-top: .25rem solid var(--reported); }
 .cell.now { background: var(--now); color: var(--now-text); }
 .cell.continued { border-left-style: dashed; }
 .cell.error, .cell.warning { border-bottom: .25rem solid var(--warning); }
@@ -84,7 +84,7 @@ article { margin: 0 0 1rem; padding: .75rem .9rem; background: var(--sheet); bor
 .legend { display: flex; flex-wrap: wrap; gap: .4rem 1rem; font-size: .85rem; color: var(--faint); }
 .key::before { content: ""; display: inline-block; width: 1.6rem; height: 1rem; margin-right: .4rem; vertical-align: -.15rem;
   border: 1px solid var(--cell-edge); background: var(--cell); }
-.key.told::before { border-top: .25rem solid var(--told); }
+.key.reported::before { border-top: .25rem solid var(--reported); }
 .key.now::before { background: var(--now); }
 .key.warning::before { border-bottom: .25rem solid var(--warning); }
 .key.hatched::before { background: repeating-linear-gradient(135deg, transparent 0 5px, var(--hatch) 5px 6px); }
@@ -102,18 +102,18 @@ figure { margin: 0; padding: .75rem; background: var(--sheet); border: 1px solid
 figcaption { margin-top: .5rem; font-size: .85rem; overflow-wrap: anywhere; }
 
 #timeline h3 { margin: 1rem 0 .5rem; }
-.told-list { margin: 0; padding: 0; list-style: none; }
-.told-list li { display: grid; grid-template-columns: 3.5rem 1fr; gap: 1.4rem; font-size: .9rem; }
-.told-list li > time { padding-top: .35rem; font-variant-numeric: tabular-nums; text-align: right; }
-.told-list li > div { position: relative; padding: .35rem 0 .35rem 1.4rem; border-left: 2px solid var(--rule);
+.reported-list { margin: 0; padding: 0; list-style: none; }
+.reported-list li { display: grid; grid-template-columns: 3.5rem 1fr; gap: 1.4rem; font-size: .9rem; }
+.reported-list li > time { padding-top: .35rem; font-variant-numeric: tabular-nums; text-align: right; }
+.reported-list li > div { position: relative; padding: .35rem 0 .35rem 1.4rem; border-left: 2px solid var(--rule);
   overflow-wrap: anywhere; }
-.told-list li > div::before { content: ""; position: absolute; left: -7px; top: .75rem; width: 12px; height: 12px;
-  border-radius: 50%; background: var(--told); }
-.told-list .stored > div::before { background: var(--ground); border: 2px solid var(--faint); }
-.told-list .logo > div::before { border-radius: 2px; background: var(--warning); }
-.told-list b { display: inline-block; min-width: 2.6rem; font-weight: 600; }
+.reported-list li > div::before { content: ""; position: absolute; left: -7px; top: .75rem; width: 12px; height: 12px;
+  border-radius: 50%; background: var(--reported); }
+.reported-list .stored > div::before { background: var(--ground); border: 2px solid var(--faint); }
+.reported-list .logo > div::before { border-radius: 2px; background: var(--warning); }
+.reported-list b { display: inline-block; min-width: 2.6rem; font-weight: 600; }
 @media (max-width: 40rem) {
-  .told-list li { gap: .7rem; }
+  .reported-list li { gap: .7rem; }
   article, .kind, figure { padding: .6rem; }
 }
 @media print { .skip, nav { display: none; } }

@@ -1,4 +1,4 @@
-// What the listener heard, in order, by the receiver's clock.
+// What the listener received, in order, by the receiver's clock.
 
 #include "tools/check/html_parts.h"
 #include "tools/check/html_text.h"
@@ -21,7 +21,7 @@ class timeline_writer {
     explicit timeline_writer(const check_report& of) : of_(of) {}
 
     std::string write() {
-        for (const heard_notification& each : of_.heard.all)
+        for (const replayed_notification& each : of_.replayed.all)
             std::visit([&](const auto& what) { add(each, what); }, each.what);
         end_stored();
         if (!text_.empty()) text_ += "</ol>\n";
@@ -29,26 +29,26 @@ class timeline_writer {
     }
 
  private:
-    void add(const heard_notification& heard, const programme_info& stored) {
+    void add(const replayed_notification& replayed, const programme_info& stored) {
         const spi::ServElemId service = id_of(stored.service);
-        if (stored_ != 0 && (heard.line != stored_line_ || service != stored_service_)) end_stored();
-        if (stored_ == 0) stored_at_ = heard.at;
-        stored_line_ = heard.line;
+        if (stored_ != 0 && (replayed.line != stored_line_ || service != stored_service_)) end_stored();
+        if (stored_ == 0) stored_at_ = replayed.at;
+        stored_line_ = replayed.line;
         stored_service_ = service;
         ++stored_;
     }
 
-    void add(const heard_notification& heard, const now_next& pair) {
+    void add(const replayed_notification& replayed, const now_next& pair) {
         end_stored();
         const std::string service =
-            heard.at.service ? service_markup(of_, id_of(*heard.at.service)) : std::string();
-        item(heard.at, heard.line, "pair", service,
+            replayed.at.service ? service_markup(of_, id_of(*replayed.at.service)) : std::string();
+        item(replayed.at, replayed.line, "pair", service,
              "<b>now</b> " + programme_markup(pair.now) + "<br><b>next</b> " + programme_markup(pair.next));
     }
 
-    void add(const heard_notification& heard, const station_logo& logo) {
+    void add(const replayed_notification& replayed, const station_logo& logo) {
         end_stored();
-        item(heard.at, heard.line, "logo", service_markup(of_, id_of(logo.station)),
+        item(replayed.at, replayed.line, "logo", service_markup(of_, id_of(logo.station)),
              std::string("<b>logo</b> ") + size_text(static_cast<std::uint8_t>(logo.size_code)) + " <code>" +
                  escaped(logo.file) + "</code>");
     }
@@ -61,12 +61,12 @@ class timeline_writer {
         stored_ = 0;
     }
 
-    void item(const moment& at, std::size_t line, const char* kind, const std::string& service,
+    void item(const notification_time& at, std::size_t line, const char* kind, const std::string& service,
               const std::string& markup) {
         const std::string day = at.clock ? at.clock->date() : "before the first date";
         if (day != day_ || text_.empty())
             text_ += (text_.empty() ? "" : "</ol>\n") + ("<h3>" + escaped(day)) +
-                     "</h3>\n<ol class=\"told-list\">\n";
+                     "</h3>\n<ol class=\"reported-list\">\n";
         day_ = day;
         text_ +=
             std::string("<li class=\"") + kind + "\"><time>" + (at.clock ? escaped(at.clock->time()) : "-") +
@@ -81,15 +81,15 @@ class timeline_writer {
     std::size_t stored_ = 0;
     std::size_t stored_line_ = 0;
     spi::ServElemId stored_service_;
-    moment stored_at_;
+    notification_time stored_at_;
 };
 
 }  // namespace
 
 std::string timeline_section(const check_report& of) {
     const std::string items = timeline_writer(of).write();
-    return "<section id=\"timeline\">\n<h2>What was told</h2>\n" +
-           (items.empty() ? std::string("<p>The listener heard nothing.</p>\n") : items) + "</section>\n";
+    return "<section id=\"timeline\">\n<h2>What was reported</h2>\n" +
+           (items.empty() ? std::string("<p>The listener received nothing.</p>\n") : items) + "</section>\n";
 }
 
 }  // namespace dabspi::check::html

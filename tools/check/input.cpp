@@ -29,7 +29,7 @@ bool take_number(std::string_view text, unsigned most, std::uint8_t& to) {
 
 }  // namespace
 
-std::string checked_input::place(std::size_t line) const {
+std::string checked_input::location(std::size_t line) const {
     if (line == 0) return printable(calls.name);
     if (folder) return line < files.size() ? printable(files[line]) : printable(calls.name);
     return printable(calls.name) + ":" + std::to_string(line);

@@ -27,7 +27,7 @@ struct checked_input {
     std::vector<std::string> errors;  // printable; with any, nothing can be checked
 
     // "day.jsonl:12", "dump/si.bin"; the name of the whole for line 0.
-    std::string place(std::size_t line) const;
+    std::string location(std::size_t line) const;
 };
 
 // `path` is a recording, a folder of bodies, or "-" for a recording on standard input.

@@ -25,7 +25,7 @@ ordered_json to_json(const check_report& of, const finding& what) {
     json["text"] = what.text;
     json["more"] = what.more;
     json["why"] = entry.why;
-    json["cure"] = entry.cure;
+    json["remedy"] = entry.remedy;
     return json;
 }
 

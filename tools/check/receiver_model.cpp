@@ -26,15 +26,15 @@ bool same_date(const spi::MotDateTime& a, const spi::MotDateTime& b) {
     return a.year == b.year && a.month == b.month && a.day == b.day;
 }
 
-// The logo files that the listener was told of, by line.
-using told_files = std::multimap<std::size_t, std::string>;
+// The logo files that the listener was called with, by line.
+using reported_files = std::multimap<std::size_t, std::string>;
 
 class receiver {
  public:
-    explicit receiver(const hearing& heard) {
-        for (const heard_notification& each : heard.all)
+    explicit receiver(const replay_result& replayed) {
+        for (const replayed_notification& each : replayed.all)
             if (const auto* logo = std::get_if<station_logo>(&each.what))
-                told_.emplace(each.line, logo->file);
+                reported_.emplace(each.line, logo->file);
     }
 
     void take(const call& next) {
@@ -120,8 +120,8 @@ class receiver {
         return out_.objects.size() - 1;
     }
 
-    void arrive(std::size_t object, object_arrival::fate_t fate, std::size_t before = 0) {
-        out_.arrivals.push_back({line_, object, fate, before});
+    void arrive(std::size_t object, object_arrival::outcome_t outcome, std::size_t before = 0) {
+        out_.arrivals.push_back({line_, object, outcome, before});
     }
 
     void take_spi(std::size_t object) {
@@ -153,7 +153,7 @@ class receiver {
 
     void forget_everything() {
         note_tomorrows();
-        ++life_;
+        ++reception_;
         forget_read_objects();
         schedules_.clear();
         waiting_.clear();
@@ -167,17 +167,17 @@ class receiver {
         arrival.object = object;
         arrival.offset = taken.offset;
         arrival.ensemble = parser_ensemble_;
-        arrival.life = life_;
+        arrival.reception = reception_;
         arrival.service = taken.service;
         arrival.name = taken.programme.name;
         arrival.time = taken.programme.time;
         arrival.duration = taken.programme.duration;
         arrival.start = local_start(taken.programme);
-        arrival.fate = taken.dropped ? programme_arrival::without_service : file(taken, arrival);
+        arrival.outcome = taken.dropped ? programme_arrival::without_service : file(taken, arrival);
         out_.programmes.push_back(std::move(arrival));
     }
 
-    programme_arrival::fate_t file(const spi_object::taken_programme& taken, programme_arrival& arrival) {
+    programme_arrival::outcome_t file(const spi_object::taken_programme& taken, programme_arrival& arrival) {
         if (taken.programme.time.mjd == 0) return programme_arrival::without_start;
         if (clock_.year == 0) return programme_arrival::before_date;
         const int minute = spi::start_minute(taken.programme);
@@ -185,9 +185,9 @@ class receiver {
             taken.programme.time.mjd - (minute < 0 ? 1U : 0U) + (minute >= spi::kMinutesPerDay ? 1U : 0U);
         if (!is_date_of(day) && !is_date_of(day - 1)) return programme_arrival::other_day;
         arrival.unreachable = minute < 0;
-        const auto [place, is_new] =
+        const auto [slot, is_new] =
             schedules_[arrival.service][day].emplace(minute % spi::kMinutesPerDay, out_.programmes.size());
-        arrival.holder = place->second;
+        arrival.holder = slot->second;
         return is_new ? programme_arrival::filed : programme_arrival::minute_taken;
     }
 
@@ -233,17 +233,18 @@ class receiver {
         arrival.subtype_used = sent.subtype == kJfif || sent.subtype == kPng;
         const auto found = waiting_.find({sent.data_service, sent.content_name});
         if (arrival.subtype_used && found != waiting_.end()) {
-            std::multiset<std::string> told;
-            for (auto [at, last] = told_.equal_range(line_); at != last; ++at)
-                told.insert(at->second);
+            std::multiset<std::string> reported;
+            for (auto [at, last] = reported_.equal_range(line_); at != last; ++at)
+                reported.insert(at->second);
             for (const std::size_t each : found->second)
-                arrival.uses.push_back({each, use(out_.announcements[each], *sent.body, told)});
+                arrival.uses.push_back({each, use(out_.announcements[each], *sent.body, reported)});
             waiting_.erase(found);
         }
         out_.images.push_back(std::move(arrival));
     }
 
-    image_arrival::use_t use(const announcement& of, const bytes& body, std::multiset<std::string>& told) {
+    image_arrival::use_t use(const announcement& of, const bytes& body,
+                             std::multiset<std::string>& reported) {
         spi::SpiLogoInfo logo;
         logo.service = of.station;
         logo.image_format = of.format;
@@ -255,25 +256,25 @@ class receiver {
         const std::string large =
             spi::station_prefix(of.station.ecc, static_cast<int>(of.station.sid), of.station.scids) + "_4.";
         const auto there = files_.lower_bound(large);
-        const auto heard = told.find(of.file);
+        const auto found = reported.find(of.file);
         // When one image serves both sizes, the order among them is not laid down: the listener knows it.
         if (logo.size_code == spi::LOGO_SIZE_128x128 && there != files_.end() &&
-            there->compare(0, large.size(), large) == 0 && heard == told.end())
+            there->compare(0, large.size(), large) == 0 && found == reported.end())
             return image_arrival::larger_there;
-        if (heard != told.end()) told.erase(heard);
+        if (found != reported.end()) reported.erase(found);
         files_.insert(of.file);
         return image_arrival::written;
     }
 
     history out_;
     std::size_t line_ = 0;
-    told_files told_;
+    reported_files reported_;
     std::multimap<object_key, std::size_t> known_;
 
     // The server's, the parser's and the database's own notes.
     std::uint16_t host_ensemble_ = 0;
     std::uint16_t parser_ensemble_ = 0;
-    std::size_t life_ = 0;
+    std::size_t reception_ = 0;
     std::uint8_t parser_day_ = 0;
     std::uint16_t parser_year_ = 0;
     spi::SpiBodyTable table_;
@@ -288,39 +289,40 @@ class receiver {
     std::set<std::string> files_;
 };
 
-std::string told_text(const spi::ServElemId& service, const spi::MotDateTime& start, unsigned minutes,
-                      const std::string& name) {
+std::string reported_text(const spi::ServElemId& service, const spi::MotDateTime& start, unsigned minutes,
+                          const std::string& name) {
     return std::to_string(service.val()) + " " + start.date() + " " + start.time() + " " +
            std::to_string(minutes) + " " + name;
 }
 
 }  // namespace
 
-history make_history(const recording& from, const hearing& heard) {
-    receiver receiving(heard);
+history make_history(const recording& from, const replay_result& replayed) {
+    receiver receiving(replayed);
     for (const call& each : from.calls)
         receiving.take(each);
     return receiving.finish();
 }
 
-std::vector<std::string> disagreements(const history& told, const hearing& heard) {
+std::vector<std::string> disagreements(const history& simulated, const replay_result& replayed) {
     // Programmes in their order, logos in any.
-    std::map<std::size_t, std::vector<std::string>> expected_programmes, heard_programmes;
-    std::map<std::size_t, std::multiset<std::string>> expected_logos, heard_logos;
-    for (const programme_arrival& each : told.programmes)
-        if (each.fate == programme_arrival::filed)
+    std::map<std::size_t, std::vector<std::string>> expected_programmes, replayed_programmes;
+    std::map<std::size_t, std::multiset<std::string>> expected_logos, replayed_logos;
+    for (const programme_arrival& each : simulated.programmes)
+        if (each.outcome == programme_arrival::filed)
             expected_programmes[each.line].push_back(
-                told_text(each.service, each.time.local_time(0), each.duration / 60, each.name));
-    for (const image_arrival& each : told.images)
+                reported_text(each.service, each.time.local_time(0), each.duration / 60, each.name));
+    for (const image_arrival& each : simulated.images)
         for (const image_arrival::use& use : each.uses)
             if (use.how == image_arrival::written)
-                expected_logos[each.line].insert(told.announcements[use.announcement].file);
-    for (const heard_notification& each : heard.all) {
+                expected_logos[each.line].insert(simulated.announcements[use.announcement].file);
+    for (const replayed_notification& each : replayed.all) {
         if (const auto* programme = std::get_if<programme_info>(&each.what)) {
-            heard_programmes[each.line].push_back(told_text(id_of(programme->service), programme->item.start,
-                                                            programme->item.duration, programme->item.name));
+            replayed_programmes[each.line].push_back(
+                reported_text(id_of(programme->service), programme->item.start, programme->item.duration,
+                              programme->item.name));
         } else if (const auto* logo = std::get_if<station_logo>(&each.what)) {
-            heard_logos[each.line].insert(logo->file);
+            replayed_logos[each.line].insert(logo->file);
         }
     }
     std::vector<std::string> lines;
@@ -336,13 +338,13 @@ std::vector<std::string> disagreements(const history& told, const hearing& heard
             if (ours != expected.end() && theirs != real.end() && ours->second == theirs->second) continue;
             lines.push_back("line " + std::to_string(line) + ": " +
                             std::to_string(theirs == real.end() ? 0 : theirs->second.size()) + " " + things +
-                            " were told, and " +
+                            " were reported, and " +
                             std::to_string(ours == expected.end() ? 0 : ours->second.size()) +
                             " are explained, or they differ");
         }
     };
-    if (!told.cut) compare(expected_programmes, heard_programmes, "programmes");
-    compare(expected_logos, heard_logos, "logos");
+    if (!simulated.cut) compare(expected_programmes, replayed_programmes, "programmes");
+    compare(expected_logos, replayed_logos, "logos");
     return lines;
 }
 

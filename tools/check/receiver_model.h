@@ -7,15 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "tools/check/heard.h"
 #include "tools/check/history.h"
+#include "tools/check/replay_result.h"
 
 namespace dabspi::check {
 
-history make_history(const recording& from, const hearing& heard);
+history make_history(const recording& from, const replay_result& replayed);
 
-// Where the history and the listener tell different things, line by line: a fault of this program. Empty in
+// Where the history and the listener's calls differ, line by line: a fault of this program. Empty in
 // every other case.
-std::vector<std::string> disagreements(const history& told, const hearing& heard);
+std::vector<std::string> disagreements(const history& simulated, const replay_result& replayed);
 
 }  // namespace dabspi::check

@@ -15,12 +15,12 @@ check_report check_input(checked_input input, severity from, const std::string& 
                          const std::function<bool(std::size_t)>& go_on) {
     check_report report;
     report.input = std::move(input);
-    report.heard = hear(report.input.calls, storage_path, go_on);
-    if (report.heard.end != play_end::finished) return report;
-    report.past = make_history(report.input.calls, report.heard);
-    report.disagreements = disagreements(report.past, report.heard);
+    report.replayed = replay_recording(report.input.calls, storage_path, go_on);
+    if (report.replayed.end != play_end::finished) return report;
+    report.past = make_history(report.input.calls, report.replayed);
+    report.disagreements = disagreements(report.past, report.replayed);
     report.schedules = schedules_of(report.past);
-    for (finding& each : find_all(report.input.calls, report.past, report.heard, report.schedules)) {
+    for (finding& each : find_all(report.input.calls, report.past, report.replayed, report.schedules)) {
         if (entry_of(each.code).how_bad >= from) {
             report.findings.push_back(std::move(each));
         } else {
@@ -95,7 +95,7 @@ std::string span_text(const check_report& of) {
     return text;
 }
 
-std::string place_text(const check_report& of, const finding& what) {
+std::string location_text(const check_report& of, const finding& what) {
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
     if (what.line != 0 && !of.input.folder) add("line " + std::to_string(what.line));

@@ -7,16 +7,16 @@
 #include <vector>
 
 #include "tools/check/finding.h"
-#include "tools/check/heard.h"
 #include "tools/check/history.h"
 #include "tools/check/input.h"
+#include "tools/check/replay_result.h"
 #include "tools/check/schedules.h"
 
 namespace dabspi::check {
 
 struct check_report {
     checked_input input;
-    hearing heard;
+    replay_result replayed;
     history past;
     std::vector<service_schedule> schedules;
     std::vector<finding> findings;           // those that count, sorted
@@ -50,6 +50,6 @@ std::string span_text(const check_report& of);
 std::string number_of(std::size_t count, const std::string& thing);
 
 // Where a finding is, in one line: "line 12, pi.ehb, byte 31"; parts that mean nothing are left out.
-std::string place_text(const check_report& of, const finding& what);
+std::string location_text(const check_report& of, const finding& what);
 
 }  // namespace dabspi::check

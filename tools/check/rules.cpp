@@ -31,13 +31,13 @@ std::vector<finding> finding_list::take_sorted() {
     return std::move(all_);
 }
 
-std::vector<finding> find_all(const recording& played, const history& in, const hearing& heard,
+std::vector<finding> find_all(const recording& played, const history& in, const replay_result& replayed,
                               const std::vector<service_schedule>& schedules) {
     finding_list found;
     look_at_objects(in, found);
     look_at_programmes(in, found);
     look_at_schedules(in, schedules, found);
-    look_at_listening(played, heard, found);
+    look_at_listening(played, replayed, found);
     look_at_announcements(in, found);
     look_at_images(in, found);
     return found.take_sorted();

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "tools/check/finding.h"
-#include "tools/check/heard.h"
 #include "tools/check/history.h"
+#include "tools/check/replay_result.h"
 #include "tools/check/schedules.h"
 
 namespace dabspi::check {
@@ -35,11 +35,11 @@ void look_at_objects(const history& in, finding_list& found);
 void look_at_programmes(const history& in, finding_list& found);
 void look_at_schedules(const history& in, const std::vector<service_schedule>& schedules,
                        finding_list& found);
-void look_at_listening(const recording& played, const hearing& heard, finding_list& found);
+void look_at_listening(const recording& played, const replay_result& replayed, finding_list& found);
 void look_at_announcements(const history& in, finding_list& found);
 void look_at_images(const history& in, finding_list& found);
 
-std::vector<finding> find_all(const recording& played, const history& in, const hearing& heard,
+std::vector<finding> find_all(const recording& played, const history& in, const replay_result& replayed,
                               const std::vector<service_schedule>& schedules);
 
 }  // namespace dabspi::check

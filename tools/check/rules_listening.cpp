@@ -86,12 +86,12 @@ class listening {
 
 }  // namespace
 
-void look_at_listening(const recording& played, const hearing& heard, finding_list& found) {
+void look_at_listening(const recording& played, const replay_result& replayed, finding_list& found) {
     listening receiver(found);
-    auto next = heard.all.begin();
+    auto next = replayed.all.begin();
     for (const call& each : played.calls) {
         if (const auto* tuned = std::get_if<set_current_service>(&each.what)) receiver.tune(*tuned);
-        for (; next != heard.all.end() && next->line <= each.line; ++next)
+        for (; next != replayed.all.end() && next->line <= each.line; ++next)
             if (const auto* pair = std::get_if<now_next>(&next->what)) receiver.show(*pair);
         if (const auto* ticked = std::get_if<set_date_time>(&each.what)) {
             spi::MotDateTime clock;

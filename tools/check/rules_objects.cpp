@@ -11,7 +11,7 @@ namespace dabspi::check {
 
 namespace {
 
-constexpr std::size_t kShortNameRoom = 126;  // bytes; 127 with the one for the character set
+constexpr std::size_t kMostShortName = 126;  // bytes; 127 with the one for the character set
 
 // Nothing for what is known and harmless.
 std::optional<finding_code> code_of(const spi_object::problem_at& at) {
@@ -68,7 +68,7 @@ std::uint32_t first_difference(const bytes& a, const bytes& b) {
 // good.
 void look_at_name(const sent_object& object, finding what, finding_list& found) {
     const std::string& name = object.content_name;
-    if (name.size() > kShortNameRoom) {
+    if (name.size() > kMostShortName) {
         what.code = finding_code::content_name_long;
         what.text = std::to_string(name.size()) + " bytes";
         found.add(what);
@@ -95,7 +95,7 @@ void look_at_arrival(const history& in, const object_arrival& arrival, finding_l
     const std::string before = arrival.before < in.objects.size()
                                    ? "line " + std::to_string(in.objects[arrival.before].lines.front())
                                    : "";
-    switch (arrival.fate) {
+    switch (arrival.outcome) {
         case object_arrival::read:
         case object_arrival::repeated:
         case object_arrival::image: return;

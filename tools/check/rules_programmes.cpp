@@ -139,11 +139,11 @@ void look_at_programmes(const history& in, finding_list& found) {
     for (const programme_arrival& each : in.programmes) {
         finding what{finding_code::other_day, each.line, each.object, each.offset};
         const std::string key = std::to_string(each.offset);
-        if (each.fate != programme_arrival::without_service) {
+        if (each.outcome != programme_arrival::without_service) {
             what.service = each.service;
             what.minute = each.start;
         }
-        switch (each.fate) {
+        switch (each.outcome) {
             case programme_arrival::filed: note_filed(each, what, found); break;
             case programme_arrival::minute_taken: note_taken_minute(in, each, what, found); break;
             case programme_arrival::without_service:

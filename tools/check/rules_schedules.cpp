@@ -39,7 +39,7 @@ class schedule_rules {
         : in_(in), schedule_(schedule), found_(found) {}
 
     void look() {
-        for (const schedule_seam& each : seams_of(in_, schedule_))
+        for (const schedule_boundary& each : boundaries_of(in_, schedule_))
             between(in_.programmes[each.first], in_.programmes[each.second]);
         if (!schedule_.programmes.empty()) around();
     }

@@ -8,15 +8,15 @@
 namespace dabspi::check {
 
 std::vector<service_schedule> schedules_of(const history& in) {
-    // Service, day, life; then minute to programme.
-    using one_life = std::map<long, std::size_t>;
-    std::map<spi::ServElemId, std::map<long, std::map<std::size_t, one_life>>> received;
+    // Service, day, reception; then minute to programme.
+    using one_reception = std::map<long, std::size_t>;
+    std::map<spi::ServElemId, std::map<long, std::map<std::size_t, one_reception>>> received;
     for (const spi::ServElemId& service : in.listened)
         if (service.sid != 0) received[service];
     for (std::size_t i = 0; i < in.programmes.size(); ++i) {
         const programme_arrival& each = in.programmes[i];
-        if (each.fate == programme_arrival::filed && !each.unreachable)
-            received[each.service][each.start / kDayMinutes][each.life][each.start] = i;
+        if (each.outcome == programme_arrival::filed && !each.unreachable)
+            received[each.service][each.start / kDayMinutes][each.reception][each.start] = i;
     }
     std::vector<service_schedule> all;
     for (const auto& [service, days] : received) {
@@ -24,9 +24,9 @@ std::vector<service_schedule> schedules_of(const history& in) {
         schedule.service = service;
         const auto name = in.names.find(service);
         if (name != in.names.end()) schedule.name = name->second;
-        for (const auto& [day, lives] : days) {
+        for (const auto& [day, receptions] : days) {
             const auto fullest = std::max_element(
-                lives.begin(), lives.end(),
+                receptions.begin(), receptions.end(),
                 [](const auto& a, const auto& b) { return a.second.size() < b.second.size(); });
             for (const auto& [minute, index] : fullest->second)
                 schedule.programmes.push_back(index);
@@ -36,8 +36,8 @@ std::vector<service_schedule> schedules_of(const history& in) {
     return all;
 }
 
-std::vector<schedule_seam> seams_of(const history& in, const service_schedule& schedule) {
-    std::vector<schedule_seam> all;
+std::vector<schedule_boundary> boundaries_of(const history& in, const service_schedule& schedule) {
+    std::vector<schedule_boundary> all;
     if (schedule.programmes.empty()) return all;
     std::size_t longest = schedule.programmes.front();
     for (auto each = std::next(schedule.programmes.begin()); each != schedule.programmes.end(); ++each) {

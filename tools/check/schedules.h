@@ -20,12 +20,12 @@ std::vector<service_schedule> schedules_of(const history& in);
 
 // Two programmes that do not follow each other in the same minute. `first` runs longest of all that start
 // before `second`, so that a short programme within a long one makes no gap.
-struct schedule_seam {
+struct schedule_boundary {
     std::size_t first;  // in history::programmes
     std::size_t second;
 };
 
 // By the start of `second`.
-std::vector<schedule_seam> seams_of(const history& in, const service_schedule& schedule);
+std::vector<schedule_boundary> boundaries_of(const history& in, const service_schedule& schedule);
 
 }  // namespace dabspi::check

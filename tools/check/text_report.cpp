@@ -10,17 +10,17 @@ namespace dabspi::check {
 
 namespace {
 
-constexpr std::size_t kSomePlaces = 8;
+constexpr std::size_t kSomeOccurrences = 8;
 
 std::string padded(std::string text, std::size_t width) {
     if (text.size() < width) text.append(width - text.size(), ' ');
     return text;
 }
 
-ink ink_of(severity how_bad) {
-    return how_bad == severity::error     ? ink::fault
-           : how_bad == severity::warning ? ink::remark
-                                          : ink::receiver;
+text_colour text_colour_of(severity how_bad) {
+    return how_bad == severity::error     ? text_colour::fault
+           : how_bad == severity::warning ? text_colour::remark
+                                          : text_colour::receiver;
 }
 
 std::string day_line(const day_summary& of) {
@@ -39,7 +39,7 @@ std::string services_text(const check_report& of, const text_settings& how) {
     for (const service_schedule& each : of.schedules) {
         const std::string service = service_text(each.service);
         const std::string name = printable(each.name);
-        text += how.colours(ink::heading, name.empty() ? service : padded(service, 10) + name) + "\n";
+        text += how.colours(text_colour::heading, name.empty() ? service : padded(service, 10) + name) + "\n";
         const std::vector<day_summary> days = days_of(of.past, each);
         if (days.empty()) text += "  no programmes\n";
         for (const day_summary& day : days)
@@ -52,24 +52,24 @@ std::string one_kind(const check_report& of, std::size_t from, std::size_t to, c
     const catalogue_entry& entry = entry_of(of.findings[from].code);
     const std::size_t count = to - from;
     std::string text =
-        how.colours(ink_of(entry.how_bad), padded(severity_name(entry.how_bad), 7) + "  " + entry.name) +
-        (count > 1 ? how.colours(ink::faint, "  " + std::to_string(count) + " places") : "") + "\n";
-    text += wrapped_text(entry.why, "  ") + wrapped_text(std::string("Cure: ") + entry.cure, "  ");
-    const std::size_t shown = how.all || count <= kSomePlaces + 1 ? count : kSomePlaces;
+        how.colours(text_colour_of(entry.how_bad),
+                    padded(severity_name(entry.how_bad), 7) + "  " + entry.name) +
+        (count > 1 ? how.colours(text_colour::faint, "  " + std::to_string(count) + " places") : "") + "\n";
+    text += wrapped_text(entry.why, "  ") + wrapped_text(std::string("Remedy: ") + entry.remedy, "  ");
+    const std::size_t shown = how.all || count <= kSomeOccurrences + 1 ? count : kSomeOccurrences;
     for (std::size_t i = from; i < from + shown; ++i) {
         const finding& each = of.findings[i];
-        text += "    " + how.colours(ink::heading, place_text(of, each)) + "\n";
-        text +=
-            "      " + each.text +
-            (each.more == 0
-                 ? ""
-                 : how.colours(ink::faint, " (and " + std::to_string(each.more) + " more in this object)")) +
-            "\n";
+        text += "    " + how.colours(text_colour::heading, location_text(of, each)) + "\n";
+        text += "      " + each.text +
+                (each.more == 0 ? ""
+                                : how.colours(text_colour::faint, " (and " + std::to_string(each.more) +
+                                                                      " more in this object)")) +
+                "\n";
     }
     if (shown < count)
-        text +=
-            how.colours(ink::faint, "    and " + std::to_string(count - shown) + " more; --all shows them") +
-            "\n";
+        text += how.colours(text_colour::faint,
+                            "    and " + std::to_string(count - shown) + " more; --all shows them") +
+                "\n";
     return text;
 }
 
@@ -77,7 +77,7 @@ std::string one_kind(const check_report& of, std::size_t from, std::size_t to, c
 
 std::string text_report(const check_report& of, const text_settings& how) {
     std::string text =
-        how.colours(ink::heading, printable(of.input.calls.name)) + ": " + span_text(of) + "\n";
+        how.colours(text_colour::heading, printable(of.input.calls.name)) + ": " + span_text(of) + "\n";
     for (const std::string& each : of.input.said)
         text += "  " + each + "\n";
     if (!of.schedules.empty()) text += "\n" + services_text(of, how);
@@ -88,7 +88,7 @@ std::string text_report(const check_report& of, const text_settings& how) {
         text += "\n" + one_kind(of, from, to, how);
         from = to;
     }
-    text += "\n" + how.colours(ink::heading, count_text(of.findings)) +
+    text += "\n" + how.colours(text_colour::heading, count_text(of.findings)) +
             (of.left_out == 0 ? "" : ", " + std::to_string(of.left_out) + " of lower severity left out") +
             "\n";
     if (!of.findings.empty()) text += "\"dabspi explain CODE\" tells more of a kind.\n";

@@ -4,12 +4,12 @@
 #include <string>
 
 #include "tools/check/report.h"
-#include "tools/terminal/paint.h"
+#include "tools/terminal/colours.h"
 
 namespace dabspi::check {
 
 struct text_settings {
-    paint colours{false};
+    colouring colours{false};
     bool all = false;  // every place; else some of each kind
 };
 

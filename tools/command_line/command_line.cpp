@@ -31,7 +31,7 @@ std::vector<command> add_command_line(CLI::App& app) {
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
     });
-    // Each has a manual page of its own, made from its options and from its prose: NAME.prose.1, beside its
+    // Each has a manual page of its own, made from its options and from its text: NAME.manual.1, beside its
     // sources.
     return {
         add_replay_command(app),

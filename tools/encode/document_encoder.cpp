@@ -15,16 +15,16 @@ using spi_object::element_entry;
 using spi_object::ensemble_id;
 namespace tag = spi_object::tag;
 
-const piece* part_of(const piece& of, std::uint8_t wanted) {
-    const auto found =
-        std::find_if(of.parts.begin(), of.parts.end(), [&](const piece& each) { return each.tag == wanted; });
+const coded_node* part_of(const coded_node& of, std::uint8_t wanted) {
+    const auto found = std::find_if(of.parts.begin(), of.parts.end(),
+                                    [&](const coded_node& each) { return each.tag == wanted; });
     return found == of.parts.end() ? nullptr : &*found;
 }
 
 // The ensemble of a bearer, or of an ensemble.
-ensemble_id ensemble_of(const piece& bearer) {
+ensemble_id ensemble_of(const coded_node& bearer) {
     std::vector<spi_object::problem> none;
-    const piece& id = *part_of(bearer, tag::first_attribute);
+    const coded_node& id = *part_of(bearer, tag::first_attribute);
     if (bearer.tag == tag::ensemble) return spi_object::decode_ensemble_id(id.value, none);
     const spi_object::content_id service = spi_object::decode_content_id(id.value, none);
     return {service.ecc, service.eid};
@@ -43,7 +43,7 @@ class document {
         if (entry == nullptr)
             return encoder_.error(source_.at(root, "no SPI document begins with this element",
                                              "it begins with <serviceInformation> or <epg>"));
-        piece top;
+        coded_node top;
         top.tag = entry->tag;
         encoder_.attributes(root, *entry, top);
         language(root, top);
@@ -56,18 +56,19 @@ class document {
     }
 
  private:
-    void language(pugi::xml_node root, piece& top) {
+    void language(pugi::xml_node root, coded_node& top) {
         const pugi::xml_attribute given = root.attribute("xml:lang");
         if (!given) return;
         const coded_value coded = code_value(
             {tag::default_language, "xml:lang", spi_object::value_type::string, {}}, given.value());
         if (coded.fault)
-            return encoder_.fault(source_.at(root, given, coded.fault->text, coded.fault->cure), "left out");
+            return encoder_.fault(source_.at(root, given, coded.fault->text, coded.fault->remedy),
+                                  "left out");
         top.parts.push_back({tag::default_language, coded.coding, false, {}});
     }
 
-    void service_information(pugi::xml_node root, const element_entry& entry, const piece& top) {
-        piece ensembles;  // as they are written
+    void service_information(pugi::xml_node root, const element_entry& entry, const coded_node& top) {
+        coded_node ensembles;  // as they are written
         for (const pugi::xml_node each : root.children()) {
             if (each.type() != pugi::node_element) continue;
             if (encoder_.local_name(each) == std::string("services")) {
@@ -77,8 +78,8 @@ class document {
             }
         }
         bool any_chosen = false;
-        piece written = top;
-        for (piece& each : ensembles.parts) {
+        coded_node written = top;
+        for (coded_node& each : ensembles.parts) {
             if (!chosen(ensemble_of(each))) continue;
             any_chosen = true;
             written.parts.push_back(std::move(each));
@@ -86,9 +87,9 @@ class document {
         if (any_chosen) {
             std::optional<ensemble_id> id;
             const auto first = std::find_if(written.parts.begin(), written.parts.end(),
-                                            [](const piece& each) { return each.tag == tag::ensemble; });
+                                            [](const coded_node& each) { return each.tag == tag::ensemble; });
             if (std::count_if(first, written.parts.end(),
-                              [](const piece& each) { return each.tag == tag::ensemble; }) == 1)
+                              [](const coded_node& each) { return each.tag == tag::ensemble; }) == 1)
                 id = ensemble_of(*first);
             result_.objects.push_back({std::move(written), id});
         }
@@ -103,13 +104,13 @@ class document {
 
     void services(pugi::xml_node from) {
         const element_entry& parent = *spi_object::find_element(tag::ensemble);
-        piece found;
+        coded_node found;
         for (const pugi::xml_node each : from.children()) {
             if (each.type() != pugi::node_element) continue;
             found.parts.clear();
             encoder_.child(each, parent, found);
             if (found.parts.empty()) continue;
-            piece& made = found.parts.front();
+            coded_node& made = found.parts.front();
             if (made.tag != tag::service) {
                 encoder_.fault(source_.at(each, "does not belong in <services>",
                                           "services and a serviceProvider belong there"),
@@ -123,23 +124,23 @@ class document {
     }
 
     // Each ensemble gets the services that it carries, with their bearers on it.
-    void distribute(const piece& top) {
+    void distribute(const coded_node& top) {
         for (const ensemble_id& id : ensembles_of_services()) {
             if (!chosen(id)) continue;
-            piece ensemble{tag::ensemble, {}, false, {}};
+            coded_node ensemble{tag::ensemble, {}, false, {}};
             ensemble.parts.push_back({tag::first_attribute, spi_object::encode_ensemble_id(id), false, {}});
-            const auto is_here = [&](const piece& each) {
+            const auto is_here = [&](const coded_node& each) {
                 return each.tag == tag::service_bearer && ensemble_of(each) == id;
             };
-            for (const piece& service : services_) {
+            for (const coded_node& service : services_) {
                 if (std::none_of(service.parts.begin(), service.parts.end(), is_here)) continue;
-                piece here{service.tag, {}, false, {}};
+                coded_node here{service.tag, {}, false, {}};
                 std::copy_if(
                     service.parts.begin(), service.parts.end(), std::back_inserter(here.parts),
-                    [&](const piece& each) { return each.tag != tag::service_bearer || is_here(each); });
+                    [&](const coded_node& each) { return each.tag != tag::service_bearer || is_here(each); });
                 ensemble.parts.push_back(std::move(here));
             }
-            piece object = top;
+            coded_node object = top;
             object.parts.push_back(std::move(ensemble));
             result_.objects.push_back({std::move(object), id});
         }
@@ -148,8 +149,8 @@ class document {
     // In the order in which the document names them.
     std::vector<ensemble_id> ensembles_of_services() const {
         std::vector<ensemble_id> found;
-        for (const piece& service : services_)
-            for (const piece& each : service.parts)
+        for (const coded_node& service : services_)
+            for (const coded_node& each : service.parts)
                 if (each.tag == tag::service_bearer &&
                     std::find(found.begin(), found.end(), ensemble_of(each)) == found.end())
                     found.push_back(ensemble_of(each));
@@ -161,11 +162,11 @@ class document {
                                                        id) != options_.ensembles.end();
     }
 
-    std::string all_ensembles(const piece& written) const {
+    std::string all_ensembles(const coded_node& written) const {
         std::string text;
         for (const ensemble_id& each : ensembles_of_services())
             text += (text.empty() ? "" : ", ") + ensemble_id_text(each);
-        for (const piece& each : written.parts)
+        for (const coded_node& each : written.parts)
             text += (text.empty() ? "" : ", ") + ensemble_id_text(ensemble_of(each));
         return text.empty() ? "none" : text;
     }
@@ -174,7 +175,7 @@ class document {
     const encode_options& options_;
     encoded_document& result_;
     element_encoder encoder_;
-    std::vector<piece> services_;  // of the form without ensembles
+    std::vector<coded_node> services_;  // of the form without ensembles
 };
 
 }  // namespace

@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/encode/piece.h"
+#include "tools/encode/coded_node.h"
 #include "tools/encode/source_note.h"
 #include "tools/encode/xml_source.h"
 #include "tools/spi/values.h"
@@ -30,7 +30,7 @@ struct encode_options {
 };
 
 struct encoded_object {
-    piece top;
+    coded_node top;
     std::optional<spi_object::ensemble_id> ensemble;  // of service information with one ensemble
 };
 

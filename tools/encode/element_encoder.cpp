@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "tools/encode/uncoded.h"
 #include "tools/encode/value_fault.h"
+#include "tools/encode/without_coding.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -105,9 +105,9 @@ std::optional<std::string> element_encoder::local_name(pugi::xml_node element) c
     return std::string(prefix.empty() ? name : name.substr(prefix.size() + 1));
 }
 
-std::optional<piece> element_encoder::element(pugi::xml_node from, const element_entry& entry) {
+std::optional<coded_node> element_encoder::element(pugi::xml_node from, const element_entry& entry) {
     if (is_of_other_domain(from, entry)) return std::nullopt;
-    piece made;
+    coded_node made;
     made.tag = entry.tag;
     attributes(from, entry, made);
     if (!has_needed_id(from, entry, made)) return std::nullopt;
@@ -120,15 +120,15 @@ std::optional<piece> element_encoder::element(pugi::xml_node from, const element
     return made;
 }
 
-void element_encoder::attributes(pugi::xml_node from, const element_entry& entry, piece& to) {
+void element_encoder::attributes(pugi::xml_node from, const element_entry& entry, coded_node& to) {
     for (const pugi::xml_attribute each : from.attributes())
         attribute(from, each, entry, to);
     std::stable_sort(to.parts.begin(), to.parts.end(),
-                     [](const piece& a, const piece& b) { return a.tag < b.tag; });
+                     [](const coded_node& a, const coded_node& b) { return a.tag < b.tag; });
 }
 
 void element_encoder::attribute(pugi::xml_node from, pugi::xml_attribute each, const element_entry& entry,
-                                piece& to) {
+                                coded_node& to) {
     const std::string_view name = each.name();
     const std::string prefix = prefix_of(name);
     if (name == "xmlns" || prefix == "xmlns" || name == "xml:space") return;
@@ -138,7 +138,7 @@ void element_encoder::attribute(pugi::xml_node from, pugi::xml_attribute each, c
         return omit("attributes of other namespaces", source_.at(from, each, "is of another namespace"));
     const attribute_entry* const known = find_attribute(entry, name);
     if (known == nullptr) {
-        if (is_uncoded_attribute(entry.name, name))
+        if (is_attribute_without_coding(entry.name, name))
             return omit("attributes that have no coding", source_.at(from, each, "has no coding"));
         const std::vector<std::string> names = attribute_names(entry);
         const std::string similar = similar_name(name, names);
@@ -148,15 +148,15 @@ void element_encoder::attribute(pugi::xml_node from, pugi::xml_attribute each, c
     }
     coded_value coded = code_value(*known, each.value());
     if (coded.fault) {
-        fault(source_.at(from, each, coded.fault->text, coded.fault->cure),
-              coded.fault->mended ? coded.fault->mended_how : "left out");
-        if (!coded.fault->mended) return;
-        coded.coding = std::move(*coded.fault->mended);
+        fault(source_.at(from, each, coded.fault->text, coded.fault->remedy),
+              coded.fault->repaired ? coded.fault->repaired_how : "left out");
+        if (!coded.fault->repaired) return;
+        coded.coding = std::move(*coded.fault->repaired);
     }
     to.parts.push_back({known->tag, std::move(coded.coding), known->type == value_type::token_string, {}});
 }
 
-void element_encoder::children(pugi::xml_node from, const element_entry& entry, piece& to) {
+void element_encoder::children(pugi::xml_node from, const element_entry& entry, coded_node& to) {
     for (const pugi::xml_node each : from.children()) {
         if (each.type() == pugi::node_element) {
             child(each, entry, to);
@@ -166,20 +166,20 @@ void element_encoder::children(pugi::xml_node from, const element_entry& entry, 
     }
     if (entry.tag != tag::service) return;
     const auto is = [](std::uint8_t wanted) {
-        return [wanted](const piece& each) { return each.tag == wanted; };
+        return [wanted](const coded_node& each) { return each.tag == wanted; };
     };
     const auto media = std::find_if(to.parts.begin(), to.parts.end(), is(tag::media_description));
     std::stable_partition(media, to.parts.end(), is(tag::service_bearer));
 }
 
-void element_encoder::child(pugi::xml_node from, const element_entry& parent, piece& to) {
+void element_encoder::child(pugi::xml_node from, const element_entry& parent, coded_node& to) {
     const std::optional<std::string> name = local_name(from);
     if (!name) return omit("elements of other namespaces", source_.at(from, "is of another namespace"));
     if (const element_entry* const known = spi_object::find_child(parent.tag, *name)) {
-        if (std::optional<piece> made = element(from, *known)) to.parts.push_back(std::move(*made));
+        if (std::optional<coded_node> made = element(from, *known)) to.parts.push_back(std::move(*made));
         return;
     }
-    if (is_uncoded_element(*name))
+    if (is_element_without_coding(*name))
         return omit("elements that have no coding", source_.at(from, "has no coding"));
     const std::vector<std::string> parents = parent_names(*name);
     if (!parents.empty())
@@ -193,17 +193,17 @@ void element_encoder::child(pugi::xml_node from, const element_entry& parent, pi
           "left out");
 }
 
-void element_encoder::text(pugi::xml_node from, const element_entry& entry, piece& to) {
+void element_encoder::text(pugi::xml_node from, const element_entry& entry, coded_node& to) {
     const std::string content = text_of(from, entry);
     if (content.empty()) return;
     const bool positions = entry.content == content_kind::positions;
     const attribute_entry as{tag::text, "", positions ? value_type::positions : value_type::token_string, {}};
     coded_value coded = code_value(as, content);
     if (coded.fault) {
-        fault(source_.at(from, coded.fault->text, coded.fault->cure),
-              coded.fault->mended ? coded.fault->mended_how : "left out");
-        if (!coded.fault->mended) return;
-        coded.coding = std::move(*coded.fault->mended);
+        fault(source_.at(from, coded.fault->text, coded.fault->remedy),
+              coded.fault->repaired ? coded.fault->repaired_how : "left out");
+        if (!coded.fault->repaired) return;
+        coded.coding = std::move(*coded.fault->repaired);
     }
     to.parts.push_back({tag::text, std::move(coded.coding), !positions, {}});
 }
@@ -249,9 +249,9 @@ bool element_encoder::is_of_other_domain(pugi::xml_node from, const element_entr
 }
 
 bool element_encoder::is_service_of_other_domains(pugi::xml_node from, const element_entry& entry,
-                                                  const piece& made) {
+                                                  const coded_node& made) {
     if (entry.tag != tag::service) return false;
-    const auto is_bearer = [](const piece& each) { return each.tag == tag::service_bearer; };
+    const auto is_bearer = [](const coded_node& each) { return each.tag == tag::service_bearer; };
     if (std::any_of(made.parts.begin(), made.parts.end(), is_bearer)) return false;
     for (const pugi::xml_node each : from.children()) {
         if (each.type() != pugi::node_element || local_name(each) != std::string("bearer")) continue;
@@ -261,9 +261,9 @@ bool element_encoder::is_service_of_other_domains(pugi::xml_node from, const ele
     return false;
 }
 
-bool element_encoder::has_needed_id(pugi::xml_node from, const element_entry& entry, const piece& made) {
+bool element_encoder::has_needed_id(pugi::xml_node from, const element_entry& entry, const coded_node& made) {
     const bool needed = content_id_of(entry) != nullptr || entry.tag == tag::ensemble;
-    const auto is_id = [](const piece& each) { return each.tag == tag::first_attribute; };
+    const auto is_id = [](const coded_node& each) { return each.tag == tag::first_attribute; };
     if (!needed || std::any_of(made.parts.begin(), made.parts.end(), is_id)) return true;
     // What is wrong with one that is there has been said.
     if (from.attribute("id")) return false;
@@ -277,7 +277,7 @@ void element_encoder::error(source_note note) {
 
 void element_encoder::fault(source_note note, const std::string& lenient_way) {
     if (!options_.lenient) return error(std::move(note));
-    note.cure = lenient_way;
+    note.remedy = lenient_way;
     result_.warnings.push_back(std::move(note));
 }
 

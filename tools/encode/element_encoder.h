@@ -1,4 +1,4 @@
-// Elements of an XML document, one after the other, as pieces of a binary object.
+// Elements of an XML document, one after the other, as nodes of a binary object.
 #pragma once
 
 #include <optional>
@@ -22,12 +22,12 @@ class element_encoder {
     std::optional<std::string> local_name(pugi::xml_node element) const;
 
     // Nothing when the element is left out as a whole.
-    std::optional<piece> element(pugi::xml_node from, const spi_object::element_entry& entry);
+    std::optional<coded_node> element(pugi::xml_node from, const spi_object::element_entry& entry);
 
-    void attributes(pugi::xml_node from, const spi_object::element_entry& entry, piece& to);
-    void children(pugi::xml_node from, const spi_object::element_entry& entry, piece& to);
+    void attributes(pugi::xml_node from, const spi_object::element_entry& entry, coded_node& to);
+    void children(pugi::xml_node from, const spi_object::element_entry& entry, coded_node& to);
     // One child element of `parent`, where that stands in the table.
-    void child(pugi::xml_node from, const spi_object::element_entry& parent, piece& to);
+    void child(pugi::xml_node from, const spi_object::element_entry& parent, coded_node& to);
 
     void error(source_note note);
     // An error, or with --lenient a warning that says what was done instead.
@@ -36,15 +36,15 @@ class element_encoder {
 
  private:
     void attribute(pugi::xml_node from, pugi::xml_attribute each, const spi_object::element_entry& entry,
-                   piece& to);
-    void text(pugi::xml_node from, const spi_object::element_entry& entry, piece& to);
+                   coded_node& to);
+    void text(pugi::xml_node from, const spi_object::element_entry& entry, coded_node& to);
     std::string text_of(pugi::xml_node from, const spi_object::element_entry& entry);
     bool keeps_blanks(pugi::xml_node element) const;
     bool is_of_other_domain(pugi::xml_node from, const spi_object::element_entry& entry);
     // It has bearers, and none of DAB.
     bool is_service_of_other_domains(pugi::xml_node from, const spi_object::element_entry& entry,
-                                     const piece& made);
-    bool has_needed_id(pugi::xml_node from, const spi_object::element_entry& entry, const piece& made);
+                                     const coded_node& made);
+    bool has_needed_id(pugi::xml_node from, const spi_object::element_entry& entry, const coded_node& made);
 
     const xml_source& source_;
     const encode_options& options_;
@@ -55,8 +55,8 @@ class element_encoder {
 // The namespace that a prefix ("" for none) is bound to at an element; empty when it is not.
 std::string bound_namespace(pugi::xml_node at, std::string_view prefix);
 
-// The known name that is most like a mistaken one, as a cure: "did you mean \"shortName\"?"; empty when none
-// is.
+// The known name that is most like a mistaken one, as a remedy: "did you mean \"shortName\"?"; empty when
+// none is.
 std::string similar_name(std::string_view mistaken, const std::vector<std::string>& known);
 
 }  // namespace dabspi

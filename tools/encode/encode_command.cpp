@@ -9,7 +9,7 @@
 
 #include "tools/encode/encode_report.h"
 #include "tools/files/whole_file.h"
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
 #include "tools/text/utf8.h"
 
@@ -137,11 +137,11 @@ int encode(const options_of_encode& options) {
     for (const std::string& each : options.documents)
         make_document(each, options, all);
     if (all.errors.empty()) name_files(options, all);
-    complain_of(all.messages, "messages");
+    print_errors(all.messages, "messages");
     if (all.errors.empty()) return write_files(all, options);
-    complain_of(all.errors, "errors");
-    complain(std::string("nothing was written") +
-             (all.lenient_helps && !options.lenient ? "; --lenient codes what can be coded" : ""));
+    print_errors(all.errors, "errors");
+    print_error(std::string("nothing was written") +
+                (all.lenient_helps && !options.lenient ? "; --lenient codes what can be coded" : ""));
     return kExitUnusable;
 }
 

@@ -9,7 +9,7 @@ std::string note_text(const std::string& file, const source_note& note) {
     if (note.line != 0) text += ":" + std::to_string(note.line) + ":" + std::to_string(note.column);
     if (!note.where.empty()) text += ": " + note.where;
     text += ": " + note.text;
-    if (!note.cure.empty()) text += "; " + note.cure;
+    if (!note.remedy.empty()) text += "; " + note.remedy;
     return printable(text);
 }
 

@@ -12,7 +12,7 @@ struct source_note {
     std::size_t column = 0;  // in characters, from 1
     std::string where;       // "epg/schedule/programme/@shortId"; may be empty
     std::string text;        // what is wrong, without a full stop
-    std::string cure;        // what to do about it; may be empty
+    std::string remedy;      // what to do about it; may be empty
 };
 
 // "pi.xml:12:8: schedule/programme/@shortId: what is wrong; what to do about it", safe for a terminal.

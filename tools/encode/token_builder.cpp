@@ -40,7 +40,7 @@ class repetitions {
         });
     }
 
-    // The piece that saves most; empty when none saves anything.
+    // The substring that saves most; empty when none saves anything.
     std::string_view best() const {
         std::vector<candidate> found = candidates();
         std::stable_sort(found.begin(), found.end(),
@@ -49,15 +49,14 @@ class repetitions {
         std::int64_t most = 0;
         for (const candidate& each : found) {
             if (each.at_most < most || each.at_most <= 0) break;
-            const std::string_view piece = text_.substr(order_[each.begin], each.length);
+            const std::string_view substring = text_.substr(order_[each.begin], each.length);
             const std::int64_t saved = saving(uses(each), each.length);
-            const bool better =
-                saved > most ||
-                (saved == most && saved > 0 &&
-                 (piece.size() > winner.size() || (piece.size() == winner.size() && piece < winner)));
+            const bool better = saved > most || (saved == most && saved > 0 &&
+                                                 (substring.size() > winner.size() ||
+                                                  (substring.size() == winner.size() && substring < winner)));
             if (!better) continue;
             most = saved;
-            winner = piece;
+            winner = substring;
         }
         return winner;
     }
@@ -111,11 +110,11 @@ class repetitions {
     // How often it can be used without overlapping itself.
     std::size_t uses(const candidate& of) const {
         const auto first = order_.begin() + static_cast<std::ptrdiff_t>(of.begin);
-        std::vector<std::size_t> places(first, first + static_cast<std::ptrdiff_t>(of.end - of.begin));
-        std::sort(places.begin(), places.end());
+        std::vector<std::size_t> positions(first, first + static_cast<std::ptrdiff_t>(of.end - of.begin));
+        std::sort(positions.begin(), positions.end());
         std::size_t count = 0;
         std::size_t free_from = 0;
-        for (const std::size_t each : places) {
+        for (const std::size_t each : positions) {
             if (each < free_from) continue;
             ++count;
             free_from = each + of.length;

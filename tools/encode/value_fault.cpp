@@ -59,26 +59,26 @@ coded_value code_text(const std::string& text) {
                         "remove it", to_bytes(clean), "such characters removed"}};
 }
 
-coded_value refused(std::string text, std::string cure) {
-    return {{}, value_fault{std::move(text), std::move(cure), std::nullopt, {}}};
+coded_value refused(std::string text, std::string remedy) {
+    return {{}, value_fault{std::move(text), std::move(remedy), std::nullopt, {}}};
 }
 
 // The same moment, without its offset.
-coded_value offset_without_coding(const std::string& what, spi_object::time_value moment, unsigned minutes,
+coded_value offset_without_coding(const std::string& what, spi_object::time_value instant, unsigned minutes,
                                   bool behind_utc) {
     const std::int64_t shift = behind_utc ? std::int64_t{minutes} : -std::int64_t{minutes};
     const std::int64_t minute =
-        std::int64_t{moment.mjd} * kMinutesOfDay + moment.hour * 60 + moment.minute + shift;
+        std::int64_t{instant.mjd} * kMinutesOfDay + instant.hour * 60 + instant.minute + shift;
     value_fault fault{what + " has an offset that has no coding: half-hours are counted, up to 15:30",
                       "give the time with another offset, or with Z",
                       std::nullopt,
                       {}};
     if (minute >= 0 && minute / kMinutesOfDay <= kLastDay) {
-        moment.mjd = static_cast<std::uint32_t>(minute / kMinutesOfDay);
-        moment.hour = static_cast<unsigned>(minute % kMinutesOfDay / 60);
-        moment.minute = static_cast<unsigned>(minute % 60);
-        fault.mended = spi_object::encode_time(moment);
-        fault.mended_how = "coded in UTC, without an offset";
+        instant.mjd = static_cast<std::uint32_t>(minute / kMinutesOfDay);
+        instant.hour = static_cast<unsigned>(minute % kMinutesOfDay / 60);
+        instant.minute = static_cast<unsigned>(minute % 60);
+        fault.repaired = spi_object::encode_time(instant);
+        fault.repaired_how = "coded in UTC, without an offset";
     }
     return {{}, std::move(fault)};
 }
@@ -88,7 +88,7 @@ coded_value refused_time(const std::string& text) {
     const std::size_t clock = text.find('T');
     const std::size_t zone = clock == std::string::npos ? clock : text.find_first_of("Z+-", clock);
     if (clock != std::string::npos && zone != std::string::npos && text[zone] != 'Z') {
-        const std::optional<spi_object::time_value> moment =
+        const std::optional<spi_object::time_value> instant =
             spi_object::parse_time(text.substr(0, zone) + "Z");
         const std::string offset = text.substr(zone + 1);
         unsigned hours = 0;
@@ -96,8 +96,8 @@ coded_value refused_time(const std::string& text) {
         const bool read = offset.size() == 5 && offset[2] == ':' &&
                           spi_object::parse_digits(offset.substr(0, 2), hours) && hours <= 24 &&
                           spi_object::parse_digits(offset.substr(3), minutes) && minutes < 60;
-        if (moment && read)
-            return offset_without_coding(what, *moment, hours * 60 + minutes, text[zone] == '-');
+        if (instant && read)
+            return offset_without_coding(what, *instant, hours * 60 + minutes, text[zone] == '-');
     }
     return refused(what + " is no date and time of the years 1858 to 2217",
                    "write it like 2026-03-10T07:00:00+01:00");
@@ -125,7 +125,7 @@ coded_value refused_duration(const std::string& text) {
 }
 
 // "ContentCS" and the 4 of "urn:tva:metadata:cs:ContentCS:2011:4.2.1" contradict each other.
-std::string genre_cure(const std::string& urn) {
+std::string genre_remedy(const std::string& urn) {
     for (std::uint8_t scheme = 1; spi_object::genre_scheme_name(scheme) != nullptr; ++scheme) {
         const std::string name = spi_object::genre_scheme_name(scheme);
         const std::size_t at = urn.find(":" + name + ":");
@@ -158,7 +158,7 @@ coded_value refused_value(const attribute_entry& attribute, const std::string& t
                            "SCIdS, in hexadecimal");
         case value_type::ensemble_id:
             return refused(what + " is no ensemble", "write it like e1.ce15: ECC and EId, in hexadecimal");
-        case value_type::genre: return refused(what + " is no genre that has a coding", genre_cure(text));
+        case value_type::genre: return refused(what + " is no genre that has a coding", genre_remedy(text));
         case value_type::positions:
             return refused(what + " is no place",
                            "write latitude and longitude in degrees, like 51.473935 -2.508109");

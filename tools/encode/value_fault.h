@@ -11,10 +11,10 @@ namespace dabspi {
 
 struct value_fault {
     std::string text;
-    std::string cure;
+    std::string remedy;
     // What is coded all the same where that is asked for; nothing: the attribute is left out.
-    std::optional<spi_object::bytes> mended;
-    std::string mended_how;  // "taken as UTC"
+    std::optional<spi_object::bytes> repaired;
+    std::string repaired_how;  // "taken as UTC"
 };
 
 // The coding of `text`, or what is wrong. Texts: strings must be free of control characters, which would be

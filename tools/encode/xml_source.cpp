@@ -93,15 +93,15 @@ xml_source::xml_source(std::string text) : text_(std::move(text)) {
     if (!check_characters() || !parse() || !check_entities() || !check_attributes()) root_ = {};
 }
 
-source_note xml_source::at(pugi::xml_node element, std::string text, std::string cure) const {
-    source_note note = place(offset_of(element, {}), std::move(text), std::move(cure));
+source_note xml_source::at(pugi::xml_node element, std::string text, std::string remedy) const {
+    source_note note = note_at(offset_of(element, {}), std::move(text), std::move(remedy));
     note.where = path_of(element);
     return note;
 }
 
 source_note xml_source::at(pugi::xml_node element, pugi::xml_attribute attribute, std::string text,
-                           std::string cure) const {
-    source_note note = place(offset_of(element, attribute.name()), std::move(text), std::move(cure));
+                           std::string remedy) const {
+    source_note note = note_at(offset_of(element, attribute.name()), std::move(text), std::move(remedy));
     note.where = path_of(element) + "/@" + attribute.name();
     return note;
 }
@@ -115,7 +115,7 @@ bool xml_source::check_characters() {
     const std::string encoding(utf16 ? "UTF-16" : declared_encoding(text_));
     if (!is_utf8_name(encoding))
         return refuse(0, "the document is in " + encoding + ", and UTF-8 is needed",
-                      "convert it: iconv -f " + encoding + " -t UTF-8, and mend its XML declaration");
+                      "convert it: iconv -f " + encoding + " -t UTF-8, and repair its XML declaration");
     for (std::size_t at = 0; at < text_.size();) {
         const utf8_part part = first_utf8_part(std::string_view(text_).substr(at));
         if (!part.well_formed)
@@ -199,12 +199,12 @@ bool xml_source::check_attributes() {
     return errors_.empty();
 }
 
-bool xml_source::refuse(std::size_t offset, std::string text, std::string cure) {
-    errors_.push_back(place(offset, std::move(text), std::move(cure)));
+bool xml_source::refuse(std::size_t offset, std::string text, std::string remedy) {
+    errors_.push_back(note_at(offset, std::move(text), std::move(remedy)));
     return false;
 }
 
-source_note xml_source::place(std::size_t offset, std::string text, std::string cure) const {
+source_note xml_source::note_at(std::size_t offset, std::string text, std::string remedy) const {
     offset = std::min(offset, text_.size());
     const auto line = std::upper_bound(line_begins_.begin(), line_begins_.end(), offset) - 1;
     source_note note;
@@ -213,7 +213,7 @@ source_note xml_source::place(std::size_t offset, std::string text, std::string 
     for (std::size_t i = *line; i < offset; ++i)
         if ((static_cast<unsigned char>(text_[i]) & 0xC0) != 0x80) ++note.column;
     note.text = std::move(text);
-    note.cure = std::move(cure);
+    note.remedy = std::move(remedy);
     return note;
 }
 

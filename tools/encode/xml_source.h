@@ -23,17 +23,17 @@ class xml_source {
     const std::vector<source_note>& errors() const { return errors_; }
 
     // A note about an element, or about one of its attributes.
-    source_note at(pugi::xml_node element, std::string text, std::string cure = {}) const;
+    source_note at(pugi::xml_node element, std::string text, std::string remedy = {}) const;
     source_note at(pugi::xml_node element, pugi::xml_attribute attribute, std::string text,
-                   std::string cure = {}) const;
+                   std::string remedy = {}) const;
 
  private:
     bool check_characters();
     bool check_entities();
     bool check_attributes();
     bool parse();
-    bool refuse(std::size_t offset, std::string text, std::string cure);
-    source_note place(std::size_t offset, std::string text, std::string cure) const;
+    bool refuse(std::size_t offset, std::string text, std::string remedy);
+    source_note note_at(std::size_t offset, std::string text, std::string remedy) const;
     std::size_t offset_of(pugi::xml_node element, std::string_view attribute) const;
 
     std::string text_;

@@ -10,7 +10,7 @@
 #include "tools/inspect/report.h"
 #include "tools/inspect/text_report.h"
 #include "tools/spi/xml_document.h"
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/progress.h"
 #include "tools/text/utf8.h"
@@ -40,17 +40,18 @@ int print_xml(const gathered& found, output& out) {
     for (const inspected_body& each : found.bodies)
         if (each.kind == body_kind::spi_object) objects.push_back(&each);
     if (objects.size() != 1) {
-        complain(objects.empty()
-                     ? "there is no SPI object for an XML document"
-                     : "an XML document holds one object, and there are " + std::to_string(objects.size()) +
-                           ": name one, or choose one with --line");
+        print_error(objects.empty()
+                        ? "there is no SPI object for an XML document"
+                        : "an XML document holds one object, and there are " +
+                              std::to_string(objects.size()) + ": name one, or choose one with --line");
         return kExitUnusable;
     }
     const object_report report = inspect_object(*objects.front(), std::nullopt);
-    const std::string place = printable(objects.front()->place());
+    const std::string location = printable(objects.front()->location());
     const spi_object::xml_document document = spi_object::xml_of(report.tree);
     if (document.text.empty()) {
-        complain(place + ": the object has no epg and no serviceInformation, so there is no XML document");
+        print_error(location +
+                    ": the object has no epg and no serviceInformation, so there is no XML document");
         return kExitMalformed;
     }
     out.write(document.text);
@@ -58,18 +59,18 @@ int print_xml(const gathered& found, output& out) {
     std::vector<std::string> messages;
     for (const spi_object::problem_at& each : spi_object::problems_of(report.tree))
         if (severity_of(each.what->code) == spi_object::severity::malformed)
-            messages.push_back(place + ": byte " + std::to_string(each.what->offset) + ": " +
+            messages.push_back(location + ": byte " + std::to_string(each.what->offset) + ": " +
                                printable(each.what->text));
     for (const spi_object::xml_note& each : document.notes)
-        messages.push_back(place + ": byte " + std::to_string(each.offset) + ": " + printable(each.text));
-    complain_of(messages, "messages");
+        messages.push_back(location + ": byte " + std::to_string(each.offset) + ": " + printable(each.text));
+    print_errors(messages, "messages");
     return report.tree.well_formed() ? kExitDone : kExitMalformed;
 }
 
 int print_all(const gathered& found, const inspect_options& options, output& out, progress_line& progress) {
     text_style style;
     style.hex = options.hex;
-    style.colours = paint(wants_colour(options.colour, STDOUT_FILENO));
+    style.colours = colouring(wants_colour(options.colour, STDOUT_FILENO));
     int status = kExitDone;
     std::size_t done = 0;
     for (const inspected_body& each : found.bodies) {
@@ -101,7 +102,7 @@ int inspect(const inspect_options& options) {
         how.lines = options.lines;
         found = gather(options.objects, how, [&progress](std::size_t read) { progress.update(read); });
     }
-    complain_of(found.errors, "errors");
+    print_errors(found.errors, "errors");
     output out(STDOUT_FILENO);
     int status = kExitDone;
     if (options.xml) {
@@ -112,7 +113,7 @@ int inspect(const inspect_options& options) {
     }
     out.flush();
     if (out.error() != 0) {
-        complain_of_output(out.error());
+        print_output_error(out.error());
         return kExitFailed;
     }
     return found.errors.empty() ? status : kExitUnusable;

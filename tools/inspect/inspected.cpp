@@ -153,7 +153,7 @@ body_kind kind_of(std::uint8_t content_type) {
 
 }  // namespace
 
-std::string inspected_body::place() const {
+std::string inspected_body::location() const {
     return lines.empty() ? source : source + ":" + std::to_string(lines.front());
 }
 

@@ -29,7 +29,7 @@ struct inspected_body {
     std::string what;  // of another kind: what it looks like
 
     // "day.jsonl:12", "objects/si.bin"
-    std::string place() const;
+    std::string location() const;
 };
 
 struct gathered {

@@ -57,9 +57,9 @@ std::string service_lines(const taken_service& of) {
 
 }  // namespace
 
-std::string receiver_text(const object_report& of, const paint& colours) {
+std::string receiver_text(const object_report& of, const colouring& colours) {
     const receiver_view& taken = of.taken;
-    if (!taken.read) return colours(ink::receiver, "  a receiver does not read this object") + "\n";
+    if (!taken.read) return colours(text_colour::receiver, "  a receiver does not read this object") + "\n";
     std::string who = "  a receiver";
     // Services are taken wherever they are said to be; programmes from the ensemble that is received only.
     const std::string ensemble =
@@ -67,8 +67,8 @@ std::string receiver_text(const object_report& of, const paint& colours) {
     if (!ensemble.empty())
         who += ensemble + (of.ensemble_from == ensemble_source::own ? " (the object's own)" : "");
     if (taken.programmes.empty() && taken.services.empty())
-        return colours(ink::receiver, who + " takes nothing from it") + "\n";
-    std::string text = colours(ink::receiver, who + " takes from it:") + "\n";
+        return colours(text_colour::receiver, who + " takes nothing from it") + "\n";
+    std::string text = colours(text_colour::receiver, who + " takes from it:") + "\n";
     for (const taken_programme& each : taken.programmes)
         text += programme_line(each, ensemble);
     for (const taken_service& each : taken.services)

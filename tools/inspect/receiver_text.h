@@ -4,10 +4,10 @@
 #include <string>
 
 #include "tools/inspect/report.h"
-#include "tools/terminal/paint.h"
+#include "tools/terminal/colours.h"
 
 namespace dabspi {
 
-std::string receiver_text(const object_report& of, const paint& colours);
+std::string receiver_text(const object_report& of, const colouring& colours);
 
 }  // namespace dabspi

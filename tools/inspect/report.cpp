@@ -34,7 +34,7 @@ std::string summary(const object_report& of) {
 }
 
 std::string heading(const inspected_body& of) {
-    std::string text = printable(of.place());
+    std::string text = printable(of.location());
     if (of.lines.size() > 1)
         text += " (and " + std::to_string(of.lines.size() - 1) + " more, to line " +
                 std::to_string(of.lines.back()) + ")";

@@ -60,7 +60,7 @@ class tree_text {
 
     void head() {
         line_start("offset", "length", style_.hex ? "bytes" : "");
-        text += style_.colours(ink::faint,
+        text += style_.colours(text_colour::faint,
                                "r: the receiver reads it   -: passes over it   o: an earlier one counts") +
                 "\n";
     }
@@ -68,13 +68,13 @@ class tree_text {
     void problem_line(const problem& what) {
         const bool bad = severity_of(what.code) == severity::malformed;
         line_start(std::to_string(what.offset), "", "");
-        text += style_.colours(bad ? ink::fault : ink::remark, std::string(bad ? "malformed: " : "remark: ") +
-                                                                   printable(what.text) + " [" +
-                                                                   code_name(what.code) + "]") +
+        text += style_.colours(bad ? text_colour::fault : text_colour::remark,
+                               std::string(bad ? "malformed: " : "remark: ") + printable(what.text) + " [" +
+                                   code_name(what.code) + "]") +
                 "\n";
         if (what.receiver.empty()) return;
         line_start("", "", "");
-        text += style_.colours(ink::receiver, "  the receiver " + printable(what.receiver)) + "\n";
+        text += style_.colours(text_colour::receiver, "  the receiver " + printable(what.receiver)) + "\n";
     }
 
     void node_lines(const node& of, std::size_t depth) {
@@ -85,7 +85,9 @@ class tree_text {
         const std::string value = shown_value(of, body_);
         const std::string shown = std::string(1, mark_of(of)) + " " + std::string(2 * depth, ' ') +
                                   shown_name(of) + (value.empty() ? "" : " " + value);
-        text += style_.colours(of.receiver == reading::read ? ink::plain : ink::faint, shown) + "\n";
+        text +=
+            style_.colours(of.receiver == reading::read ? text_colour::plain : text_colour::faint, shown) +
+            "\n";
         if (style_.hex) {
             for (std::size_t at = kHexBytes; at < all.size(); at += kHexBytes) {
                 line_start(std::to_string(of.offset + at), "", hex_of(all.part(at, kHexBytes), kHexBytes));
@@ -157,8 +159,9 @@ std::string shown_value(const node& of, byte_view body) {
 
 std::string text_report(const object_report& of, const text_style& style) {
     tree_text tree(*of.body->body, style);
-    tree.text = style.colours(ink::heading, heading(*of.body) + subtype_text(*of.body) + ": ") +
-                style.colours(of.tree.well_formed() ? ink::heading : ink::fault, summary(of)) + "\n";
+    tree.text =
+        style.colours(text_colour::heading, heading(*of.body) + subtype_text(*of.body) + ": ") +
+        style.colours(of.tree.well_formed() ? text_colour::heading : text_colour::fault, summary(of)) + "\n";
     tree.head();
     for (const problem& each : of.tree.problems)
         tree.problem_line(each);
@@ -179,7 +182,7 @@ std::string text_of_other(const inspected_body& of, const text_style& style) {
     } else {
         what = of.kind == body_kind::image ? "no image of a known kind" : of.what;
     }
-    return style.colours(ink::heading, heading(of) + subtype_text(of) + ": ") + what + ", " +
+    return style.colours(text_colour::heading, heading(of) + subtype_text(of) + ": ") + what + ", " +
            std::to_string(of.body->size()) + " byte" + (of.body->size() == 1 ? "" : "s") + "\n";
 }
 

@@ -5,13 +5,13 @@
 #include <string>
 
 #include "tools/inspect/report.h"
-#include "tools/terminal/paint.h"
+#include "tools/terminal/colours.h"
 
 namespace dabspi {
 
 struct text_style {
     bool hex = false;  // the bytes beside the tree
-    paint colours{false};
+    colouring colours{false};
 };
 
 std::string text_report(const object_report& of, const text_style& style);

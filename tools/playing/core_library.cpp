@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "src/server/spi_server.h"
-#include "tools/playing/fed_library.h"
+#include "tools/playing/library_interface.h"
 #include "tools/playing/storage.h"
 
 namespace dabspi {
@@ -22,31 +22,31 @@ programme from(const spi::SpiProgramInfo& info) {
 
 class core_listener final : public spi::ISpiListener {
  public:
-    explicit core_listener(std::shared_ptr<notification_box> box) : box_(std::move(box)) {}
+    explicit core_listener(std::shared_ptr<notification_queue> queue) : queue_(std::move(queue)) {}
 
     void ProgramInfoReceived(const spi::ServElemId& service, spi::SpiProgramInfo& info) override {
-        box_->put([&] { return programme_info{from(service), from(info)}; });
+        queue_->put([&] { return programme_info{from(service), from(info)}; });
     }
     void ProgramNowNextUpdated(spi::SpiProgramInfo& now, spi::SpiProgramInfo& next) override {
-        box_->put([&] { return now_next{from(now), from(next)}; });
+        queue_->put([&] { return now_next{from(now), from(next)}; });
     }
     void StationLogoReceived(spi::SpiLogoInfo& logo) override {
-        box_->put([&] {
+        queue_->put([&] {
             return station_logo{from(logo.service), logo.image_format, logo.size_code, logo.name};
         });
     }
 
  private:
-    std::shared_ptr<notification_box> box_;
+    std::shared_ptr<notification_queue> queue_;
 };
 
-class core_library final : public fed_library {
+class core_library final : public library_interface {
  public:
     core_library(const std::string& storage_path, const std::string& logo_root,
-                 std::shared_ptr<notification_box> box)
+                 std::shared_ptr<notification_queue> queue)
         // The library makes no temporary files; the storage directory as temporary root leaves nothing behind
         // anyway.
-        : server_(std::make_unique<spi::SpiServer>(std::make_shared<core_listener>(std::move(box)),
+        : server_(std::make_unique<spi::SpiServer>(std::make_shared<core_listener>(std::move(queue)),
                                                    storage_path, logo_root)) {}
 
     void set_date_time(const spi::MotDateTime& now) override {
@@ -83,11 +83,11 @@ class core_library final : public fed_library {
 
 }  // namespace
 
-std::unique_ptr<fed_library> start_core(const std::string& storage_path,
-                                        std::shared_ptr<notification_box> box) {
+std::unique_ptr<library_interface> start_core(const std::string& storage_path,
+                                              std::shared_ptr<notification_queue> queue) {
     const std::string logo_root = storage_path + "/HdStationLogo/";
     make_directory(logo_root);
-    return std::make_unique<core_library>(storage_path, logo_root, std::move(box));
+    return std::make_unique<core_library>(storage_path, logo_root, std::move(queue));
 }
 
 }  // namespace dabspi

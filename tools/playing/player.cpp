@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "src/server/spi_server.h"
-#include "tools/playing/fed_library.h"
-#include "tools/playing/notification_box.h"
+#include "tools/playing/library_interface.h"
+#include "tools/playing/notification_queue.h"
 
 namespace dabspi {
 
@@ -15,7 +15,7 @@ namespace {
 using std::chrono::milliseconds;
 
 // Long waits come in pieces, so that a user who has seen enough is not kept waiting for a library that hangs.
-constexpr milliseconds kPiece{500};
+constexpr milliseconds kWaitStep{500};
 
 // What one more call may add to the wait at the end when there was none before.
 constexpr milliseconds kUnwaitedCall{100};
@@ -26,7 +26,7 @@ class player {
         : settings_(settings),
           hooks_(hooks),
           library_((settings.api == library_api::wrapper ? start_wrapper : start_core)(settings.storage_path,
-                                                                                       box_)) {}
+                                                                                       queue_)) {}
 
     play_end play(const recording& from) {
         if (settings_.wait_after_each_call && !settle()) return end_;
@@ -69,15 +69,15 @@ class player {
     bool settle() { return settle(settings_.longest_wait); }
     bool settle(milliseconds left) {
         bool quiet = false;
-        for (; !quiet && left > milliseconds(0); left -= kPiece) {
-            quiet = spi::wait_until_quiet(std::min(left, kPiece));
+        for (; !quiet && left > milliseconds(0); left -= kWaitStep) {
+            quiet = spi::wait_until_quiet(std::min(left, kWaitStep));
             if (!quiet && !go_on()) break;
         }
         if (!quiet) {
             library_->abandon();
             if (end_ != play_end::stopped) end_ = play_end::not_quiet;
         }
-        for (const notification& what : box_->take()) {
+        for (const notification& what : queue_->take()) {
             if (hooks_.notify(what, at_)) continue;
             end_ = play_end::stopped;
             return false;
@@ -87,9 +87,9 @@ class player {
 
     const player_settings& settings_;
     const player_hooks& hooks_;
-    std::shared_ptr<notification_box> box_ = std::make_shared<notification_box>();
-    std::unique_ptr<fed_library> library_;
-    moment at_;
+    std::shared_ptr<notification_queue> queue_ = std::make_shared<notification_queue>();
+    std::unique_ptr<library_interface> library_;
+    notification_time at_;
     std::size_t fed_ = 0;
     play_end end_ = play_end::finished;
 };

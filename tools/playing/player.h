@@ -1,4 +1,4 @@
-// Plays a recording through one of the library's interfaces, and passes on what the listener hears.
+// Plays a recording through one of the library's interfaces, and passes on what the listener receives.
 //
 // Runs on the caller's thread, and so do both hooks; no two players may run in one process at the same time,
 // since waiting for quiet and the logo directory are matters of the whole process.
@@ -29,7 +29,7 @@ struct player_settings {
 struct player_hooks {
     // Each notification, in the order of the listener's calls. Waiting after each call, `at` is what the host
     // had set when it came. False: stop.
-    std::function<bool(const notification& what, const moment& at)> notify;
+    std::function<bool(const notification& what, const notification_time& at)> notify;
     // After each call, and again and again during a long wait: the number of calls fed. False: stop. May be
     // empty.
     std::function<bool(std::size_t fed)> go_on;

@@ -25,7 +25,7 @@ std::runtime_error failure(const std::string& block, const std::string& what, in
 
 }  // namespace
 
-lent_storage_path::lent_storage_path(const std::string& path, const std::string& block)
+temporary_storage_path::temporary_storage_path(const std::string& path, const std::string& block)
     : name_("/" + block), lock_(block.c_str()) {
     if (path.size() >= kPayloadBytes) {
         throw std::runtime_error("the storage path is " + std::to_string(path.size()) +
@@ -47,12 +47,12 @@ lent_storage_path::lent_storage_path(const std::string& path, const std::string&
     }
 }
 
-lent_storage_path::~lent_storage_path() {
+temporary_storage_path::~temporary_storage_path() {
     restore();
     lock_.unlock();
 }
 
-void lent_storage_path::open() {
+void temporary_storage_path::open() {
     descriptor_ = ::shm_open(name_.c_str(), O_RDWR, 0);
     if (descriptor_ != -1) {
         struct stat status {};
@@ -75,7 +75,7 @@ void lent_storage_path::open() {
 }
 
 // pread and pwrite, not a mapping: on a full file system a write fails, where a mapping would end in SIGBUS.
-void lent_storage_path::write(const std::vector<char>& content) {
+void temporary_storage_path::write(const std::vector<char>& content) {
     const auto size = static_cast<ssize_t>(content.size());
     if (!created_) {
         std::vector<char> before(content.size());
@@ -88,7 +88,7 @@ void lent_storage_path::write(const std::vector<char>& content) {
         throw failure(name_, "cannot be written", errno);
 }
 
-void lent_storage_path::restore() noexcept {
+void temporary_storage_path::restore() noexcept {
     if (descriptor_ == -1) return;
     if (created_) {
         ::shm_unlink(name_.c_str());

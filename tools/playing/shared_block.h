@@ -14,17 +14,17 @@ namespace dabspi {
 
 constexpr const char* kSystemBlock = "SysDataInfo";
 
-// For its whole life it holds the block's named lock, so that programs that keep to the lock never see the
-// lent path. The destructor, on the same thread, restores the block exactly: its bytes, or its absence. Other
-// members of the block are never touched.
-class lent_storage_path {
+// While it stands it holds the block's named lock, so that programs that keep to the lock never see the
+// temporary path. The destructor, on the same thread, restores the block exactly: its bytes, or its absence.
+// Other members of the block are never touched.
+class temporary_storage_path {
  public:
     // Throws std::runtime_error with a text for the user when the path is too long, when a block is there
     // that is not one, or when it cannot be opened or written; everything is then as it was before.
-    explicit lent_storage_path(const std::string& path, const std::string& block = kSystemBlock);
-    ~lent_storage_path();
-    lent_storage_path(const lent_storage_path&) = delete;
-    lent_storage_path& operator=(const lent_storage_path&) = delete;
+    explicit temporary_storage_path(const std::string& path, const std::string& block = kSystemBlock);
+    ~temporary_storage_path();
+    temporary_storage_path(const temporary_storage_path&) = delete;
+    temporary_storage_path& operator=(const temporary_storage_path&) = delete;
 
  private:
     void open();

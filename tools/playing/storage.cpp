@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -40,7 +40,7 @@ storage::~storage() {
     if (!remove_at_end_) return;
     std::error_code error;
     fs::remove_all(path_, error);
-    if (error) complain("cannot remove " + printable(path_) + ": " + error.message());
+    if (error) print_error("cannot remove " + printable(path_) + ": " + error.message());
 }
 
 void make_directory(const std::string& path) {

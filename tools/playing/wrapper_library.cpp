@@ -7,8 +7,8 @@
 
 #include "platform/zeb_sync.h"
 #include "spi_wrap/to_spi_server.h"
-#include "tools/files/added_directories.h"
-#include "tools/playing/fed_library.h"
+#include "tools/files/created_directories.h"
+#include "tools/playing/library_interface.h"
 #include "tools/playing/shared_block.h"
 #include "tools/text/utf8.h"
 
@@ -30,24 +30,24 @@ programme from(const spi_wrap::SpiProgramInfo& info) {
 
 class wrapper_listener final : public spi_wrap::ISpiListener {
  public:
-    explicit wrapper_listener(std::shared_ptr<notification_box> box) : box_(std::move(box)) {}
+    explicit wrapper_listener(std::shared_ptr<notification_queue> queue) : queue_(std::move(queue)) {}
 
     // The library never calls it; if it ever did, the output would show it.
     void ProgramInfoReceived(const spi_wrap::ServElemId& service, spi_wrap::SpiProgramInfo& info) override {
-        box_->put([&] { return programme_info{{service.sid, service.ecc, service.scids}, from(info)}; });
+        queue_->put([&] { return programme_info{{service.sid, service.ecc, service.scids}, from(info)}; });
     }
     void ProgramNowNextUpdated(spi_wrap::SpiProgramInfo& now, spi_wrap::SpiProgramInfo& next) override {
-        box_->put([&] { return now_next{from(now), from(next)}; });
+        queue_->put([&] { return now_next{from(now), from(next)}; });
     }
     void StationLogoReceived(spi_wrap::SpiLogoInfo& logo) override {
-        box_->put([&] {
+        queue_->put([&] {
             return station_logo{
                 {logo.service_id, logo.ecc, logo.scids}, logo.image_format, logo.size_code, logo.file_name};
         });
     }
 
  private:
-    std::shared_ptr<notification_box> box_;
+    std::shared_ptr<notification_queue> queue_;
 };
 
 bool is_directory(const std::string& path) {
@@ -55,13 +55,13 @@ bool is_directory(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-class wrapper_library final : public fed_library {
+class wrapper_library final : public library_interface {
  public:
-    wrapper_library(const std::string& storage_path, std::shared_ptr<notification_box> box)
-        : live_(std::make_unique<live>(std::move(box))), lock_(kSystemBlock) {
+    wrapper_library(const std::string& storage_path, std::shared_ptr<notification_queue> queue)
+        : live_(std::make_unique<live>(std::move(queue))), lock_(kSystemBlock) {
         // The block's lock also keeps two replays apart that make and remove the library's directory.
-        const lent_storage_path lent(storage_path);
-        directories_ = std::make_unique<added_directories>(std::vector<std::string>{"/temp", "/temp/dab"});
+        const temporary_storage_path temporary(storage_path);
+        directories_ = std::make_unique<created_directories>(std::vector<std::string>{"/temp", "/temp/dab"});
         try {
             live_->server = std::make_unique<spi_wrap::toSpiServer>(&live_->listener);
             // The library falls back to a directory of its own without a word; that is no place for a desk's
@@ -117,20 +117,20 @@ class wrapper_library final : public fed_library {
 
  private:
     struct live {
-        explicit live(std::shared_ptr<notification_box> box) : listener(std::move(box)) {}
+        explicit live(std::shared_ptr<notification_queue> queue) : listener(std::move(queue)) {}
         wrapper_listener listener;  // outlives the server
         std::unique_ptr<spi_wrap::toSpiServer> server;
     };
     std::unique_ptr<live> live_;
     ZebSharedSyncObject lock_;
-    std::unique_ptr<added_directories> directories_;
+    std::unique_ptr<created_directories> directories_;
 };
 
 }  // namespace
 
-std::unique_ptr<fed_library> start_wrapper(const std::string& storage_path,
-                                           std::shared_ptr<notification_box> box) {
-    return std::make_unique<wrapper_library>(storage_path, std::move(box));
+std::unique_ptr<library_interface> start_wrapper(const std::string& storage_path,
+                                                 std::shared_ptr<notification_queue> queue) {
+    return std::make_unique<wrapper_library>(storage_path, std::move(queue));
 }
 
 }  // namespace dabspi

@@ -125,8 +125,8 @@ class maker {
 
     void keep(const planned_object& object, const std::string& file,
               const std::shared_ptr<const bytes>& body) {
-        const auto [place, fresh] = result_.files.emplace(file, body);
-        if (fresh || *place->second == *body) return;
+        const auto [entry, fresh] = result_.files.emplace(file, body);
+        if (fresh || *entry->second == *body) return;
         result_.errors.push_back({object.where, "another object is already kept in " + in_quotes(file, 200) +
                                                     "; give one of them another \"file\""});
     }

@@ -202,7 +202,7 @@ class duplicate_keys {
         } else if (event == parts::key) {
             open_.back().part = parsed.get<std::string>();
             if (!open_.back().keys.insert(open_.back().part).second)
-                errors_.push_back({place(), "the key stands twice in one object"});
+                errors_.push_back({location(), "the key stands twice in one object"});
         } else {
             if (!open_.empty() && open_.back().is_array)
                 open_.back().part = std::to_string(open_.back().elements++);
@@ -219,7 +219,7 @@ class duplicate_keys {
         std::set<std::string> keys;
     };
 
-    std::string place() const {
+    std::string location() const {
         std::string pointer;
         for (const container& each : open_)
             pointer += "/" + pointer_part(each.part);

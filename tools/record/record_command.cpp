@@ -9,7 +9,7 @@
 
 #include "tools/files/whole_file.h"
 #include "tools/record/made_recording.h"
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
 #include "tools/text/utf8.h"
 
@@ -119,10 +119,10 @@ void refuse_conflicts(const std::vector<made_from>& all, std::vector<std::string
     std::map<std::string, std::pair<const made_from*, std::string_view>> files;
     for (const made_from& each : all)
         for_each_file(each, ".", [&](const std::string& file, std::string_view content) {
-            const auto [place, fresh] = files.emplace(file, std::make_pair(&each, content));
-            if (!fresh && place->second.second != content)
+            const auto [entry, fresh] = files.emplace(file, std::make_pair(&each, content));
+            if (!fresh && entry->second.second != content)
                 errors.push_back(printable(each.plan) + ": " + in_quotes(file, 200) + " is another file in " +
-                                 printable(place->second.first->plan) +
+                                 printable(entry->second.first->plan) +
                                  "; rename one, or record into two folders");
         });
 }
@@ -134,10 +134,10 @@ int record(const record_options& options) {
     for (const std::string& each : options.plans)
         all.push_back(make(each, errors, messages));
     if (errors.empty()) refuse_conflicts(all, errors);
-    complain_of(messages, "messages");
+    print_errors(messages, "messages");
     if (!errors.empty()) {
-        complain_of(errors, "errors");
-        complain("nothing was written");
+        print_errors(errors, "errors");
+        print_error("nothing was written");
         return kExitUnusable;
     }
     return options.check ? check(all, options.directory) : write(all, options.directory);

@@ -40,7 +40,7 @@ using notification = std::variant<now_next, station_logo, programme_info>;
 
 // What the host had set when a notification came. Unset where the recording has not set it yet, and where
 // nobody can tell: a replay that does not wait after each call has no such moment.
-struct moment {
+struct notification_time {
     std::optional<spi::MotDateTime> clock;
     std::optional<service_id> service;
     std::size_t line = 0;  // of the recording: the call that led to it; 0 where nobody can tell

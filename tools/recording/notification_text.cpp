@@ -31,7 +31,7 @@ std::string service_text(const service_id& service) {
 }
 
 // The columns in front of every notification.
-std::string columns(const moment& at, const std::optional<service_id>& service) {
+std::string columns(const notification_time& at, const std::optional<service_id>& service) {
     const std::string clock = at.clock ? date_and_time(*at.clock) : "-";
     return padded(clock, kClockWidth) + "  " + padded(service ? service_text(*service) : "-", kServiceWidth) +
            "  ";
@@ -67,24 +67,25 @@ std::string image_text(const station_logo& logo) {
     return format_text + " " + size_text;
 }
 
-std::string to_text(const now_next& pair, const moment& at, const std::string&) {
+std::string to_text(const now_next& pair, const notification_time& at, const std::string&) {
     const std::string front = columns(at, at.service);
     return front + "now   " + programme_text(pair.now) + std::string(front.size(), ' ') + "next  " +
            programme_text(pair.next);
 }
 
-std::string to_text(const station_logo& logo, const moment& at, const std::string& logo_root) {
+std::string to_text(const station_logo& logo, const notification_time& at, const std::string& logo_root) {
     return columns(at, logo.station) + "logo  " + image_text(logo) + "  " + printable(logo_root + logo.file) +
            "\n";
 }
 
-std::string to_text(const programme_info& info, const moment& at, const std::string&) {
+std::string to_text(const programme_info& info, const notification_time& at, const std::string&) {
     return columns(at, info.service) + "item  " + programme_text(info.item);
 }
 
 }  // namespace
 
-std::string notification_text(const notification& what, const moment& at, const std::string& logo_root) {
+std::string notification_text(const notification& what, const notification_time& at,
+                              const std::string& logo_root) {
     return std::visit([&](const auto& record) { return to_text(record, at, logo_root); }, what);
 }
 

@@ -12,7 +12,7 @@
 #include "tools/recording/notification_json.h"
 #include "tools/recording/notification_text.h"
 #include "tools/recording/recording.h"
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 #include "tools/terminal/interrupt.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/progress.h"
@@ -60,7 +60,7 @@ int play_and_print(const recording& from, const replay_options& options, const s
     settings.wait_after_each_call = !options.no_wait;
 
     player_hooks hooks;
-    hooks.notify = [&](const notification& what, const moment& at) {
+    hooks.notify = [&](const notification& what, const notification_time& at) {
         progress.erase();
         return standard_output.write(options.json ? notification_json(what) + "\n"
                                                   : notification_text(what, at, logo_root));
@@ -75,13 +75,13 @@ int play_and_print(const recording& from, const replay_options& options, const s
     standard_output.flush();
     progress.erase();
     if (end == play_end::not_quiet) {
-        complain(
+        print_error(
             "the library did not come to rest: one of its workers has ended or hangs; the replay is not "
             "complete");
         return kExitFailed;
     }
     if (standard_output.error() != 0) {
-        if (interrupt_watch::noted() == 0) complain_of_output(standard_output.error());
+        if (interrupt_watch::noted() == 0) print_output_error(standard_output.error());
         return kExitFailed;
     }
     return end == play_end::finished ? kExitDone : kExitFailed;
@@ -99,12 +99,12 @@ int replay(const replay_options& options) {
     int signal = 0;
     {
         const interrupt_watch watch;  // from here on there is something to tidy up
-        storage place = options.storage ? storage::at(*options.storage) : storage::temporary();
+        storage store = options.storage ? storage::at(*options.storage) : storage::temporary();
         if (options.keep) {
-            place.keep();
-            complain("the storage directory is kept: " + printable(place.path()));
+            store.keep();
+            print_error("the storage directory is kept: " + printable(store.path()));
         }
-        status = play_and_print(from, options, place.path(), place.logo_root());
+        status = play_and_print(from, options, store.path(), store.logo_root());
         signal = interrupt_watch::noted();
     }
     if (signal != 0) die_by(signal);
@@ -115,7 +115,7 @@ int replay(const replay_options& options) {
 
 command add_replay_command(CLI::App& dabspi) {
     CLI::App* const app =
-        dabspi.add_subcommand("replay", "Play a recording and print what the listener hears");
+        dabspi.add_subcommand("replay", "Play a recording and print what the listener receives");
     const auto options = std::make_shared<replay_options>();
     app->add_option("RECORDING", options->recording, "The recording, JSON Lines; - is standard input")
         ->required()

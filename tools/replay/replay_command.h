@@ -1,4 +1,4 @@
-// dabspi replay: plays a recording through the library and prints what its listener hears.
+// dabspi replay: plays a recording through the library and prints what its listener receives.
 #pragma once
 
 #include "tools/command_line/command.h"

@@ -110,7 +110,8 @@ class decoder {
             read.header = static_cast<std::uint8_t>(1 + present);
             read.stated = stated;
             add_to(read, code, at, std::move(text),
-                   last ? receiver_at_end : "takes bytes behind the " + place(parent) + " for the length");
+                   last ? receiver_at_end
+                        : "takes bytes behind the " + container_name(parent) + " for the length");
         };
         if (at + 1 >= limit) {
             cut(problem_code::length_missing, 0, 255, "the length is missing",
@@ -145,7 +146,7 @@ class decoder {
     void note_overlong(node& read, const node& parent) {
         const std::uint64_t claimed = std::uint64_t{read.content()} + read.stated;
         const std::string text = "the length says " + std::to_string(read.stated) + " bytes, and " +
-                                 std::to_string(read.length) + " are left in the " + place(parent);
+                                 std::to_string(read.length) + " are left in the " + container_name(parent);
         if (claimed > body_.size()) {
             add_to(read, problem_code::length_beyond_object, read.offset, text,
                    "takes what is there, and the object as ended");
@@ -156,7 +157,7 @@ class decoder {
         }
     }
 
-    static std::string place(const node& parent) {
+    static std::string container_name(const node& parent) {
         return parent.header == 0 ? "object" : shown_name(parent);
     }
 
@@ -224,7 +225,7 @@ class decoder {
                (attribute.tag == spi_attribute_mime || attribute.tag == spi_attribute_url);
     }
 
-    // What was noted while reading the header speaks of a receiver that reads this; mend it if it does not.
+    // What was noted while reading the header speaks of a receiver that reads this; repair it if it does not.
     static void refer_to_reading(node& child) {
         if (child.receiver == reading::read) return;
         for (problem& each : child.problems)
@@ -253,11 +254,11 @@ class decoder {
         // Top elements that are none are told once, for the whole object.
         if (!is_top && !may_stand_in(*child.element, tag_of(entry)))
             add_to(child, problem_code::misplaced_element, child.offset,
-                   "the element " + shown_name(child) + " does not belong into the " + place(parent),
+                   "the element " + shown_name(child) + " does not belong into the " + container_name(parent),
                    read ? "reads it all the same" : "passes over it");
         if (child.tag == tag::text && ++seen.texts == 2)
-            add_to(child, problem_code::text_twice, child.offset, "a second text in the " + place(parent),
-                   "takes the last one");
+            add_to(child, problem_code::text_twice, child.offset,
+                   "a second text in the " + container_name(parent), "takes the last one");
         if (depth == kDeepest) {
             add_to(child, problem_code::nested_too_deep, child.offset,
                    "elements stand inside each other more than 24 deep; what is in this one is left out");
@@ -289,9 +290,9 @@ class decoder {
         switch (child.element->content) {
             case content_kind::value: {
                 // The text of a place is no text.
-                const bool is_place =
+                const bool is_position =
                     parent.element != nullptr && parent.element->content == content_kind::positions;
-                decode_value(child, is_place ? value_type::positions : child.element->bare, parent,
+                decode_value(child, is_position ? value_type::positions : child.element->bare, parent,
                              parent.tag);
                 break;
             }
@@ -369,14 +370,14 @@ class decoder {
         if (type == value_type::string || type == value_type::token_string) {
             of.decoded = texts_.read(content, type == value_type::token_string, found);
         } else {
-            value_place place;
-            place.attribute = of.attribute;
-            place.parent = parent_tag;
-            place.behind_in_parent = parent.end() - std::min(of.content(), parent.end());
-            place.behind_in_object = out_.size - of.content();
-            place.body = body_.part(of.content());
-            place.read = of.receiver == reading::read;
-            of.decoded = spi_object::decode_value(content, type, place, found);
+            value_context context;
+            context.attribute = of.attribute;
+            context.parent = parent_tag;
+            context.behind_in_parent = parent.end() - std::min(of.content(), parent.end());
+            context.behind_in_object = out_.size - of.content();
+            context.body = body_.part(of.content());
+            context.read = of.receiver == reading::read;
+            of.decoded = spi_object::decode_value(content, type, context, found);
         }
         for (problem& each : found) {
             each.offset += of.content();

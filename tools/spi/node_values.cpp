@@ -20,52 +20,53 @@ node_value text_of(byte_view content) {
 }
 
 // What the receiver makes of a number with too few bytes.
-std::string short_number(byte_view content, const value_place& place) {
-    if (!place.read || place.attribute == nullptr) return {};
-    if (place.parent == spi::TAG_TIME && place.attribute->tag == spi::TAG_TIME_DURATION) {
+std::string short_number(byte_view content, const value_context& context) {
+    if (!context.read || context.attribute == nullptr) return {};
+    if (context.parent == spi::TAG_TIME && context.attribute->tag == spi::TAG_TIME_DURATION) {
         // Bounded by the element, not by the attribute.
-        if (place.behind_in_parent >= 2 && place.body.size() >= 2)
-            return "takes what follows as the missing bytes: " + std::to_string(place.body.number(0, 2)) +
+        if (context.behind_in_parent >= 2 && context.body.size() >= 2)
+            return "takes what follows as the missing bytes: " + std::to_string(context.body.number(0, 2)) +
                    " s";
         return "takes it as 65,535 s";
     }
-    if (place.parent == spi::TAG_PROGRAMME) return "takes it as 0xFFFFFF";
-    if (place.attribute->type == value_type::enumeration) return "takes it as 255";
+    if (context.parent == spi::TAG_PROGRAMME) return "takes it as 0xFFFFFF";
+    if (context.attribute->type == value_type::enumeration) return "takes it as 255";
     return content.size() < 2 ? "takes it as 65,535" : "";
 }
 
-node_value decode_number(byte_view content, std::size_t size, const value_place& place,
+node_value decode_number(byte_view content, std::size_t size, const value_context& context,
                          std::vector<problem>& problems) {
-    if (!check_size(content, size, problems, short_number(content, place), "passes over what is too much"))
+    if (!check_size(content, size, problems, short_number(content, context), "passes over what is too much"))
         return {};
     // The library's 24-bit reading wants a fourth byte in the object.
-    if (size == 3 && place.read && place.behind_in_object < 4)
+    if (size == 3 && context.read && context.behind_in_object < 4)
         note(problems, problem_code::number_misread, 0, "a 24-bit number in the last bytes of the object",
              "takes it as 0xFFFFFFFF");
     return content.number(0, size);
 }
 
-node_value decode_enumeration(byte_view content, const value_place& place, std::vector<problem>& problems) {
-    node_value number = decode_number(content, 1, place, problems);
+node_value decode_enumeration(byte_view content, const value_context& context,
+                              std::vector<problem>& problems) {
+    node_value number = decode_number(content, 1, context, problems);
     const auto* const code = std::get_if<std::uint32_t>(&number);
-    if (code != nullptr && enum_text(*place.attribute, static_cast<std::uint8_t>(*code)) == nullptr)
+    if (code != nullptr && enum_text(*context.attribute, static_cast<std::uint8_t>(*code)) == nullptr)
         note(problems, problem_code::enumeration_unknown, 0,
-             "the standard has no value " + std::to_string(*code) + " for " + place.attribute->name,
-             place.parent == tag::multimedia ? "takes it as no logo type" : "");
+             "the standard has no value " + std::to_string(*code) + " for " + context.attribute->name,
+             context.parent == tag::multimedia ? "takes it as no logo type" : "");
     return number;
 }
 
-node_value decode_id(byte_view content, const value_place& place, std::vector<problem>& problems) {
+node_value decode_id(byte_view content, const value_context& context, std::vector<problem>& problems) {
     // The library reads the identifier of a service scope up to the end of that element.
-    const bool by_parent = place.parent == spi::TAG_SERVICE_SCOPE && place.attribute != nullptr;
+    const bool by_parent = context.parent == spi::TAG_SERVICE_SCOPE && context.attribute != nullptr;
     const content_id id = decode_content_id(
-        content, by_parent ? place.body.part(0, place.behind_in_parent) : content, problems);
+        content, by_parent ? context.body.part(0, context.behind_in_parent) : content, problems);
     if (has(problems, {problem_code::content_id_as_text})) return text_of(content);
     if (has(problems, {problem_code::value_too_short})) return {};
     return id;
 }
 
-node_value decode_places(byte_view content, std::vector<problem>& problems) {
+node_value decode_position_list(byte_view content, std::vector<problem>& problems) {
     // Degrees in plain text.
     if (content.size() % 6 != 0) {
         const std::optional<std::vector<position>> written = parse_positions(content.text());
@@ -75,9 +76,9 @@ node_value decode_places(byte_view content, std::vector<problem>& problems) {
             return *written;
         }
     }
-    std::vector<position> places = decode_positions(content, problems);
-    if (places.empty()) return {};
-    return places;
+    std::vector<position> positions = decode_positions(content, problems);
+    if (positions.empty()) return {};
+    return positions;
 }
 
 std::optional<bytes> number_bytes(std::optional<std::uint32_t> number, unsigned size) {
@@ -96,17 +97,17 @@ std::optional<bytes> coded(const std::optional<Value>& parsed, bytes (*encode)(c
 
 }  // namespace
 
-node_value decode_value(byte_view content, value_type type, const value_place& place,
+node_value decode_value(byte_view content, value_type type, const value_context& context,
                         std::vector<problem>& problems) {
     switch (type) {
         case value_type::string:
         case value_type::token_string: return text_of(content);
         case value_type::number16:
-        case value_type::seconds: return decode_number(content, 2, place, problems);
-        case value_type::number24: return decode_number(content, 3, place, problems);
-        case value_type::enumeration: return decode_enumeration(content, place, problems);
-        case value_type::content_id: return decode_id(content, place, problems);
-        case value_type::positions: return decode_places(content, problems);
+        case value_type::seconds: return decode_number(content, 2, context, problems);
+        case value_type::number24: return decode_number(content, 3, context, problems);
+        case value_type::enumeration: return decode_enumeration(content, context, problems);
+        case value_type::content_id: return decode_id(content, context, problems);
+        case value_type::positions: return decode_position_list(content, problems);
         case value_type::time: {
             const time_value time = decode_time(content, problems);
             if (has(problems, {problem_code::value_too_short})) return {};

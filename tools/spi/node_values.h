@@ -11,7 +11,7 @@
 namespace dabspi::spi_object {
 
 // Where a value stands: the receiver reads past short ones, as far as its own bounds let it.
-struct value_place {
+struct value_context {
     const attribute_entry* attribute = nullptr;  // null for the content of an element
     std::uint8_t parent = 0;                     // tag of the element around it
     std::uint32_t behind_in_parent = 0;          // bytes from the value's first on that the parent holds
@@ -21,7 +21,7 @@ struct value_place {
 };
 
 // Any type but the texts. monostate for a value too short to mean anything; a text where a text was coded.
-node_value decode_value(byte_view content, value_type type, const value_place& place,
+node_value decode_value(byte_view content, value_type type, const value_context& context,
                         std::vector<problem>& problems);
 
 // The bytes of a value given in the words of XML; nothing when the text is no value of the attribute's type,

@@ -18,7 +18,7 @@ bool is_control(char32_t c) {
 }
 
 // The coded byte that a byte of the expanded text comes from, by the expanded position at which each begins.
-std::size_t coded_place(const std::vector<std::size_t>& begins, std::size_t expanded) {
+std::size_t coded_offset(const std::vector<std::size_t>& begins, std::size_t expanded) {
     const auto after = std::upper_bound(begins.begin(), begins.end(), expanded);
     return static_cast<std::size_t>(after - begins.begin()) - 1;
 }
@@ -46,12 +46,12 @@ void note_characters(std::string_view text, const std::vector<std::size_t>& begi
         return count > 1 ? ", and " + std::to_string(count - 1) + " more in this text" : std::string();
     };
     if (ill_formed != 0)
-        note(problems, problem_code::text_not_utf8, coded_place(begins, first_ill_formed),
+        note(problems, problem_code::text_not_utf8, coded_offset(begins, first_ill_formed),
              "not UTF-8" + more(ill_formed), "passes the bytes on as they are");
     if (controls != 0) {
         char name[16];
         std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(control));
-        note(problems, problem_code::text_control_character, coded_place(begins, first_control),
+        note(problems, problem_code::text_control_character, coded_offset(begins, first_control),
              std::string("the control character ") + name + more(controls), "passes it on as it is");
     }
 }

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "tools/terminal/complain.h"
+#include "tools/terminal/error_messages.h"
 
 namespace dabspi {
 
@@ -40,7 +40,7 @@ bool print(std::string_view text, int descriptor) {
     output out(descriptor);
     out.write(text);
     out.flush();
-    if (out.error() != 0) complain_of_output(out.error());
+    if (out.error() != 0) print_output_error(out.error());
     return out.error() == 0;
 }
 

@@ -40,8 +40,8 @@ broadcast& broadcast::feed(std::uint8_t type, std::uint16_t subtype, const std::
 }
 
 dabspi::check::check_report broadcast::check(dabspi::check::severity from) const {
-    const dabspi::storage place = dabspi::storage::temporary();
-    return dabspi::check::check_input(dabspi::check::input_of(calls_), from, place.path());
+    const dabspi::storage store = dabspi::storage::temporary();
+    return dabspi::check::check_input(dabspi::check::input_of(calls_), from, store.path());
 }
 
 programme_data programme(const std::string& name, std::uint32_t day, unsigned hour, unsigned minute,

@@ -34,9 +34,9 @@ TEST(Catalogue, HasDifferentNamesInLowerCase) {
     EXPECT_EQ(find_entry("no-such-code"), nullptr);
 }
 
-TEST(Catalogue, SaysWhyAndWhatCuresInOneSentenceEach) {
+TEST(Catalogue, SaysWhyAndWhatRemediesInOneSentenceEach) {
     for (const catalogue_entry& each : catalogue()) {
-        for (const std::string text : {each.why, each.cure}) {
+        for (const std::string text : {each.why, each.remedy}) {
             EXPECT_GE(text.size(), 20U) << each.name;
             EXPECT_EQ(text.back(), '.') << each.name;
             EXPECT_EQ(text.find(". "), std::string::npos) << each.name << ": " << text;

@@ -135,12 +135,12 @@ TEST(CheckCommand, TakesAFolderAndSaysWhatItGuesses) {
     EXPECT_THAT(done.out, HasSubstr("the date is taken to be 2026-03-02, noon"));
     EXPECT_THAT(done.out, HasSubstr("the service is taken to be E1.C221.0"));
     EXPECT_THAT(done.out, HasSubstr("the ensemble is taken to be 0xC185"));
-    const finished_command told = check({"--date", "2026-03-03T10:00", "--service", "E1.C221.0", "--ensemble",
-                                         "0xC185", directory.path().string()});
-    EXPECT_EQ(told.status, 1);
-    EXPECT_THAT(told.out, Not(HasSubstr("taken to be")));
-    EXPECT_THAT(told.out, HasSubstr("2 objects, 2026-03-03 10:00"));
-    EXPECT_THAT(told.out, HasSubstr("no-tomorrow"));
+    const finished_command given = check({"--date", "2026-03-03T10:00", "--service", "E1.C221.0",
+                                          "--ensemble", "0xC185", directory.path().string()});
+    EXPECT_EQ(given.status, 1);
+    EXPECT_THAT(given.out, Not(HasSubstr("taken to be")));
+    EXPECT_THAT(given.out, HasSubstr("2 objects, 2026-03-03 10:00"));
+    EXPECT_THAT(given.out, HasSubstr("no-tomorrow"));
 }
 
 TEST(CheckCommand, RefusesAFoldersOptionsThatAreNone) {
@@ -231,11 +231,12 @@ TEST(ExplainCommand, ExplainsEveryCode) {
 TEST(ExplainCommand, PrintsThePageOfTheDocumentation) {
     const finished_command done = run_dabspi({{"explain", "--markdown"}});
     EXPECT_EQ(done.status, 0);
-    EXPECT_EQ(done.out, read_file(DABSPI_FINDINGS)) << "dabspi explain --markdown >docs/findings.md mends it";
+    EXPECT_EQ(done.out, read_file(DABSPI_FINDINGS))
+        << "dabspi explain --markdown >docs/findings.md repairs it";
     for (const dabspi::check::catalogue_entry& each : dabspi::check::catalogue()) {
         EXPECT_THAT(done.out, HasSubstr(std::string("| `") + each.name + "` | "));
         // A bar would begin another column.
-        for (const std::string text : {each.title, each.why, each.cure})
+        for (const std::string text : {each.title, each.why, each.remedy})
             EXPECT_EQ(text.find('|'), std::string::npos) << each.name;
     }
     EXPECT_EQ(run_dabspi({{"explain", "--markdown", "gap"}}).status, 2);

@@ -37,7 +37,7 @@ TEST(Folder, IsFedInformationFirstAndImagesLast) {
         if (const auto* feed = std::get_if<dabspi::feed_mot_body>(&each.what))
             names.push_back(feed->content_name);
     EXPECT_THAT(names, ElementsAre("z-si.eib", "b-today.ehb", "c-tomorrow.ehb", "a/128.png"));
-    EXPECT_EQ(in.place(3), (directory.path() / "z-si.eib").string());
+    EXPECT_EQ(in.location(3), (directory.path() / "z-si.eib").string());
 }
 
 TEST(Folder, GuessesEnsembleDateAndServiceAndSaysSo) {
@@ -48,13 +48,13 @@ TEST(Folder, GuessesEnsembleDateAndServiceAndSaysSo) {
                 ElementsAre(HasSubstr("ensemble is taken to be 0xC185"),
                             HasSubstr("date is taken to be 2026-03-10, noon"),
                             HasSubstr("service is taken to be E1.C221.0, the one with most programmes")));
-    const dabspi::storage place = dabspi::storage::temporary();
-    const check_report report = check_input(in, severity::note, place.path());
+    const dabspi::storage location = dabspi::storage::temporary();
+    const check_report report = check_input(in, severity::note, location.path());
     EXPECT_EQ(codes(report), std::vector<std::string>{});
     EXPECT_EQ(report.schedules.at(0).programmes.size(), 8U);
 }
 
-TEST(Folder, TakesWhatItIsTold) {
+TEST(Folder, TakesWhatIsGiven) {
     const temporary_directory directory;
     write_dump(directory);
     folder_options options;

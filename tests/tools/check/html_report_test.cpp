@@ -59,7 +59,7 @@ TEST(Page, IsWholeWithoutScriptsAndWithoutAnythingFromOutside) {
         EXPECT_EQ(source.substr(0, 22), "data:image/png;base64,");
 }
 
-TEST(Page, HasALinkToAndFromThePlaceOfEachFinding) {
+TEST(Page, HasALinkToAndFromTheAnchorOfEachFinding) {
     const check_report report = spoilt().check();
     const std::string page = html_report(report);
     expect_links_lead_somewhere(page);
@@ -114,7 +114,7 @@ TEST(Page, HasARowForADayThatIsAGapAltogether) {
     expect_links_lead_somewhere(page);
 }
 
-TEST(Page, ShowsProgrammesThatOverlapInLanesOfTheirOwn) {
+TEST(Page, ShowsProgrammesThatOverlapInRowsOfTheirOwn) {
     auto day = whole_day(kToday);
     day.push_back(programme("Within", kToday, 7, 0, 60));
     day.push_back(programme("Across", kToday, 7, 30, 60));
@@ -122,13 +122,13 @@ TEST(Page, ShowsProgrammesThatOverlapInLanesOfTheirOwn) {
     EXPECT_EQ(all(page, "(top:0\\.0000%;height:33\\.3333%)").size(), 1U);
     EXPECT_EQ(all(page, "(top:33\\.3333%;height:33\\.3333%)").size(), 1U);
     EXPECT_EQ(all(page, "(top:66\\.6667%;height:33\\.3333%)").size(), 1U);
-    EXPECT_THAT(all(page, "style=\"--lanes:([0-9]+)"), testing::ElementsAre("3", "1"));
+    EXPECT_THAT(all(page, "style=\"--rows:([0-9]+)"), testing::ElementsAre("3", "1"));
 }
 
-TEST(Page, MarksWhatIsOnAndWhatWasTold) {
+TEST(Page, MarksWhatIsOnAndWhatWasReported) {
     const std::string page = html_report(spoilt().check());
     EXPECT_EQ(all(page, "(aria-current=\"time\")").size(), 1U);
-    EXPECT_THAT(page, HasSubstr(" now told"));
+    EXPECT_THAT(page, HasSubstr(" now reported"));
     EXPECT_THAT(page, HasSubstr("<b>now</b> <time>06:00</time> <bdi>Morning</bdi>"));
 }
 

@@ -49,8 +49,8 @@ TEST(CheckedInput, SaysWhatIsWrongWithARecording) {
     const checked_input in = read_input(path, {});
     ASSERT_EQ(in.errors.size(), 1U);
     EXPECT_EQ(in.errors[0].substr(0, path.size() + 3), path + ":1:");
-    EXPECT_EQ(in.place(3), path + ":3");
-    EXPECT_EQ(in.place(0), path);
+    EXPECT_EQ(in.location(3), path + ":3");
+    EXPECT_EQ(in.location(0), path);
 }
 
 TEST(CheckedInput, RefusesAFoldersOptionsForARecording) {

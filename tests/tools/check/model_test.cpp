@@ -17,9 +17,9 @@ using namespace check_test;
 using namespace dabspi::check;
 
 std::vector<std::string> disagreements_of(const dabspi::recording& calls) {
-    const dabspi::storage place = dabspi::storage::temporary();
-    const hearing heard = hear(calls, place.path());
-    return disagreements(make_history(calls, heard), heard);
+    const dabspi::storage store = dabspi::storage::temporary();
+    const replay_result replayed = replay_recording(calls, store.path());
+    return disagreements(make_history(calls, replayed), replayed);
 }
 
 TEST(ReceiverModel, AgreesWithTheLibraryOnEveryExample) {
@@ -119,7 +119,7 @@ TEST(ReceiverModel, AgreesWithTheLibraryOnRandomBroadcasts) {
         ASSERT_EQ(disagreements_of(calls.calls()), std::vector<std::string>{}) << "seed " << seed;
         const check_report report = calls.check();
         for (const programme_arrival& each : report.past.programmes)
-            filed += each.fate == programme_arrival::filed ? 1 : 0;
+            filed += each.outcome == programme_arrival::filed ? 1 : 0;
         for (const image_arrival& each : report.past.images)
             for (const image_arrival::use& use : each.uses)
                 written += use.how == image_arrival::written ? 1 : 0;
@@ -128,17 +128,17 @@ TEST(ReceiverModel, AgreesWithTheLibraryOnRandomBroadcasts) {
     EXPECT_GT(written, 50U);
 }
 
-TEST(Disagreement, IsSeenWhereSomethingElseWasTold) {
+TEST(Disagreement, IsSeenWhereSomethingElseWasReported) {
     const dabspi::recording calls = clean().calls();
-    const dabspi::storage place = dabspi::storage::temporary();
-    hearing heard = hear(calls, place.path());
-    const history told = make_history(calls, heard);
-    ASSERT_TRUE(disagreements(told, heard).empty());
-    for (auto each = heard.all.begin(); each != heard.all.end(); ++each) {
-        hearing without = heard;
-        without.all.erase(without.all.begin() + (each - heard.all.begin()));
-        const bool told_alone = std::holds_alternative<dabspi::now_next>(each->what);
-        EXPECT_EQ(disagreements(told, without).size(), told_alone ? 0U : 1U);
+    const dabspi::storage store = dabspi::storage::temporary();
+    replay_result replayed = replay_recording(calls, store.path());
+    const history simulated = make_history(calls, replayed);
+    ASSERT_TRUE(disagreements(simulated, replayed).empty());
+    for (auto each = replayed.all.begin(); each != replayed.all.end(); ++each) {
+        replay_result without = replayed;
+        without.all.erase(without.all.begin() + (each - replayed.all.begin()));
+        const bool reported_alone = std::holds_alternative<dabspi::now_next>(each->what);
+        EXPECT_EQ(disagreements(simulated, without).size(), reported_alone ? 0U : 1U);
     }
 }
 

@@ -40,9 +40,9 @@ broadcast random_day(unsigned seed) {
 // The starts of programmes that have no next, as the findings have it.
 std::set<long> said_without_next(const check_report& report) {
     std::set<long> starts;
-    for (const schedule_seam& seam : seams_of(report.past, report.schedules.at(0))) {
-        const programme_arrival& first = report.past.programmes[seam.first];
-        const programme_arrival& second = report.past.programmes[seam.second];
+    for (const schedule_boundary& boundary : boundaries_of(report.past, report.schedules.at(0))) {
+        const programme_arrival& first = report.past.programmes[boundary.first];
+        const programme_arrival& second = report.past.programmes[boundary.second];
         for (const finding& each : report.findings) {
             const bool gap =
                 each.code == finding_code::gap && each.minute == first.end() && second.start > first.end();
@@ -54,13 +54,13 @@ std::set<long> said_without_next(const check_report& report) {
     return starts;
 }
 
-TEST(NoNext, IsSaidOfJustThoseProgrammesThatTheLibraryToldWithoutOne) {
+TEST(NoNext, IsSaidOfJustThoseProgrammesThatTheLibraryReportedWithoutOne) {
     std::size_t without = 0;
     std::size_t with = 0;
     for (unsigned seed = 1; seed <= 25; ++seed) {
         const check_report report = random_day(seed).check();
         const std::set<long> said = said_without_next(report);
-        for (const heard_notification& each : report.heard.all) {
+        for (const replayed_notification& each : report.replayed.all) {
             const auto* pair = std::get_if<dabspi::now_next>(&each.what);
             if (pair == nullptr || pair->now.name.empty()) continue;
             const long start = minute_of(pair->now.start);
@@ -73,7 +73,7 @@ TEST(NoNext, IsSaidOfJustThoseProgrammesThatTheLibraryToldWithoutOne) {
     EXPECT_GT(with, 50U);
 }
 
-TEST(NothingOn, IsSaidFromTheTickOnAtWhichTheToldProgrammeIsOver) {
+TEST(NothingOn, IsSaidFromTheTickOnAtWhichTheReportedProgrammeIsOver) {
     std::size_t all = 0;
     for (unsigned seed = 1; seed <= 25; ++seed) {
         const check_report report = random_day(seed).check();

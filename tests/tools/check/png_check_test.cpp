@@ -39,7 +39,7 @@ TEST(PngCheck, NamesOtherImages) {
 
 TEST(PngCheck, DoesNotUnpackABomb) {
     check_test::bytes huge = check_test::png(16, 16);
-    // 65,535 x 65,535 pixels by its header, with the header's checksum mended.
+    // 65,535 x 65,535 pixels by its header, with the header's checksum repaired.
     for (const std::size_t at : {18U, 19U, 22U, 23U})
         huge[at] = 0xFF;
     std::uint32_t crc = 0xFFFFFFFF;

@@ -34,11 +34,11 @@ TEST(TextReport, OfACleanBroadcastTellsTheDaysAndThatNothingWasFound) {
               "nothing found\n");
 }
 
-TEST(TextReport, GroupsFindingsWithWhyAndCure) {
+TEST(TextReport, GroupsFindingsWithWhyAndRemedy) {
     const std::string text = text_report(gapped(), {});
     EXPECT_THAT(text, HasSubstr("warning  gap\n"
                                 "  Next is the programme that starts in the very minute"));
-    EXPECT_THAT(text, HasSubstr("  Cure: Let each programme end"));
+    EXPECT_THAT(text, HasSubstr("  Remedy: Let each programme end"));
     EXPECT_THAT(
         text,
         HasSubstr("    line 6, today.ehb, byte 42\n"
@@ -50,7 +50,7 @@ TEST(TextReport, GroupsFindingsWithWhyAndCure) {
 
 TEST(TextReport, IsColouredWhenAsked) {
     text_settings how;
-    how.colours = dabspi::paint(true);
+    how.colours = dabspi::colouring(true);
     EXPECT_THAT(text_report(gapped(), how), HasSubstr("\033[33mwarning  gap\033[0m"));
 }
 
@@ -99,7 +99,7 @@ TEST(JsonReport, HoldsFindingsServicesAndLogos) {
     EXPECT_EQ(found["service"], "E1.C221.0");
     EXPECT_EQ(found["time"], "2026-03-10 11:59");
     EXPECT_EQ(found["why"], entry_of(finding_code::gap).why);
-    EXPECT_EQ(found["cure"], entry_of(finding_code::gap).cure);
+    EXPECT_EQ(found["remedy"], entry_of(finding_code::gap).remedy);
     const json& service = report["services"].at(0);
     EXPECT_EQ(service["name"], "Station");
     EXPECT_EQ(service["days"].at(0)["minutes_covered"], 1439);

@@ -129,7 +129,7 @@ TEST(NoNext, IsWhatTheReplayShowsBeforeAGap) {
     calls.clock("20260310", "0601");
     const check_report report = calls.check();
     ASSERT_NE(find(report, finding_code::gap), nullptr);
-    const auto* pair = std::get_if<dabspi::now_next>(&report.heard.all.back().what);
+    const auto* pair = std::get_if<dabspi::now_next>(&report.replayed.all.back().what);
     ASSERT_NE(pair, nullptr);
     EXPECT_EQ(pair->now.name, "Morning");
     EXPECT_EQ(pair->next.name, "");

@@ -49,7 +49,7 @@ TEST(Lenient, ControlCharactersAreRemoved) {
               sb::elem(sb::tag::epg, {sb::elem(sb::tag::schedule, {sb::elem(sb::tag::programme, {name})})}));
 }
 
-TEST(Lenient, WhatCannotBeMendedIsLeftOut) {
+TEST(Lenient, WhatCannotBeRepairedIsLeftOut) {
     const auto made = leniently(
         programme_document("<oops/><genre type='first' colour='red'/><longName>a<b/></longName><scope/>"));
     EXPECT_THAT(

@@ -12,24 +12,24 @@ namespace {
 
 constexpr const char* kNamespaces[] = {"http://www.worlddab.org/schemas/spi/31",
                                        "http://www.worlddab.org/schemas/spi"};
-constexpr const char* kPieces[] = {"News",
-                                   " at ",
-                                   "Ten",
-                                   "\xC3\xA9t\xC3\xA9",
-                                   "<",
-                                   "&",
-                                   "\"",
-                                   "'",
-                                   "]]>",
-                                   " ",
-                                   "a",
-                                   "\xE2\x82\xAC",
-                                   "\xF0\x9F\x93\xBB",
-                                   "http://example.org/",
-                                   "Morning Post",
-                                   "\n",
-                                   "\t",
-                                   "0"};
+constexpr const char* kTexts[] = {"News",
+                                  " at ",
+                                  "Ten",
+                                  "\xC3\xA9t\xC3\xA9",
+                                  "<",
+                                  "&",
+                                  "\"",
+                                  "'",
+                                  "]]>",
+                                  " ",
+                                  "a",
+                                  "\xE2\x82\xAC",
+                                  "\xF0\x9F\x93\xBB",
+                                  "http://example.org/",
+                                  "Morning Post",
+                                  "\n",
+                                  "\t",
+                                  "0"};
 
 bool always_there(const so::attribute_entry& of) {
     return of.type == so::value_type::content_id || of.type == so::value_type::ensemble_id;
@@ -126,11 +126,11 @@ std::string random_documents::value(const so::attribute_entry& of) {
     return {};
 }
 
-// Up to ten pieces; now and then hundreds, whose length takes more than one byte.
+// Up to ten texts; now and then hundreds, whose length takes more than one byte.
 std::string random_documents::text() {
     std::string result;
     for (unsigned count = one_in(30) ? 400 : below(10); count > 0; --count)
-        result += kPieces[below(std::size(kPieces))];
+        result += kTexts[below(std::size(kTexts))];
     return result;
 }
 

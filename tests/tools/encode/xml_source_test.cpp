@@ -22,12 +22,12 @@ TEST(XmlSource, RefusesOtherEncodings) {
     EXPECT_THAT(
         refusal("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a/>"),
         ElementsAre("a.xml:1:1: the document is in ISO-8859-1, and UTF-8 is needed; convert it: iconv -f "
-                    "ISO-8859-1 -t UTF-8, and mend its XML declaration"));
+                    "ISO-8859-1 -t UTF-8, and repair its XML declaration"));
     EXPECT_THAT(
         refusal("\xFF\xFE<"),
         ElementsAre(
             "a.xml:1:1: the document is in UTF-16, and UTF-8 is needed; convert it: iconv -f UTF-16 -t "
-            "UTF-8, and mend its XML declaration"));
+            "UTF-8, and repair its XML declaration"));
 }
 
 TEST(XmlSource, RefusesBytesThatAreNotUtf8) {

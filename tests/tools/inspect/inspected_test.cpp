@@ -34,16 +34,16 @@ gathered gather_text(const std::string& text, const std::vector<std::size_t>& li
     return result;
 }
 
-std::vector<std::string> places(const gathered& in) {
+std::vector<std::string> locations(const gathered& in) {
     std::vector<std::string> all;
     for (const inspected_body& each : in.bodies)
-        all.push_back(each.place());
+        all.push_back(each.location());
     return all;
 }
 
 TEST(GatherRecording, RepeatedBodiesAreOne) {
     const gathered found = gather_text(std::string(kObject) + kObject + kOther + kObject);
-    EXPECT_THAT(places(found), ElementsAre("r.jsonl:1", "r.jsonl:3"));
+    EXPECT_THAT(locations(found), ElementsAre("r.jsonl:1", "r.jsonl:3"));
     EXPECT_THAT(found.bodies[0].lines, ElementsAre(1U, 2U, 4U));
     EXPECT_THAT(found.errors, IsEmpty());
 }
@@ -65,7 +65,7 @@ TEST(GatherRecording, ContentTypesTellTheKind) {
 
 TEST(GatherRecording, LinesCanBeChosen) {
     const gathered found = gather_text(std::string(kService) + kObject + kOther, {3});
-    EXPECT_THAT(places(found), ElementsAre("r.jsonl:3"));
+    EXPECT_THAT(locations(found), ElementsAre("r.jsonl:3"));
     EXPECT_EQ(found.bodies[0].ensemble, std::uint16_t{0xC185});
 }
 
@@ -109,7 +109,7 @@ class GatherFiles : public testing::Test {
     temporary_directory files_;
 };
 
-TEST_F(GatherFiles, ObjectsImagesAndRecordingsAreTold) {
+TEST_F(GatherFiles, ObjectsImagesAndRecordingsAreRecognised) {
     const gathered found = gather_all(
         {write_file(files_, "a", "\x02\x01 "), write_file(files_, "b", std::string("\x89PNG\r\n\x1A\n")),
          write_file(files_, "c", kObject), write_file(files_, "d", "nothing known")});

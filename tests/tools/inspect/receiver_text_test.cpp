@@ -8,7 +8,7 @@ namespace {
 using namespace dabspi;
 
 std::string said_of(const owned_report& of) {
-    return receiver_text(of.report, paint(false));
+    return receiver_text(of.report, colouring(false));
 }
 
 TEST(ReceiverText, NamesProgrammes) {

@@ -116,7 +116,7 @@ TEST(TextReport, NoByteDrivesTheTerminal) {
 
 TEST(TextReport, ColoursAreOnlyAdded) {
     text_style coloured;
-    coloured.colours = paint(true);
+    coloured.colours = colouring(true);
     const owned_report owned(sb::bytes{0x02, 0x09, 0x21, 0x03, 0x82, 0x01, 0xE9});
     std::string text = text_report(owned.report, coloured);
     EXPECT_THAT(text, HasSubstr("\033[31m"));

@@ -21,8 +21,8 @@ namespace {
 
 using namespace sample_broadcast;
 using dabspi::library_api;
-using dabspi::moment;
 using dabspi::notification;
+using dabspi::notification_time;
 using dabspi::play_end;
 using dabspi::recording;
 using testing::ElementsAreArray;
@@ -32,9 +32,9 @@ class Player : public testing::TestWithParam<library_api> {
     Player() {
         settings_.api = GetParam();
         settings_.storage_path = std::filesystem::canonical(storage_.path()).string();
-        hooks_.notify = [this](const notification& what, const moment& at) {
-            heard_.push_back(notification_json(what));
-            moments_.push_back(at);
+        hooks_.notify = [this](const notification& what, const notification_time& at) {
+            received_.push_back(notification_json(what));
+            times_.push_back(at);
             return true;
         };
     }
@@ -55,8 +55,8 @@ class Player : public testing::TestWithParam<library_api> {
     temporary_directory storage_;
     dabspi::player_settings settings_;
     dabspi::player_hooks hooks_;
-    std::vector<std::string> heard_;
-    std::vector<moment> moments_;
+    std::vector<std::string> received_;
+    std::vector<notification_time> times_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Interfaces, Player, testing::Values(library_api::wrapper, library_api::core),
@@ -64,9 +64,9 @@ INSTANTIATE_TEST_SUITE_P(Interfaces, Player, testing::Values(library_api::wrappe
                              return chosen.param == library_api::core ? "core" : "wrapper";
                          });
 
-TEST_P(Player, PassesOnWhatTheListenerHears) {
+TEST_P(Player, PassesOnWhatTheListenerReceives) {
     EXPECT_EQ(play(whole()), play_end::finished);
-    EXPECT_THAT(heard_, ElementsAreArray(core() ? whole_heard_by_core() : whole_heard_by_wrapper()));
+    EXPECT_THAT(received_, ElementsAreArray(core() ? whole_received_by_core() : whole_received_by_wrapper()));
 }
 
 TEST_P(Player, LogosAreWrittenBelowTheStoragePath) {
@@ -76,44 +76,44 @@ TEST_P(Player, LogosAreWrittenBelowTheStoragePath) {
 
 TEST_P(Player, FeedsAsFastAsTheCallsReturnWithoutWaiting) {
     settings_.wait_after_each_call = false;
-    // All on one road, from the parser over the programme database to the listener: the order is sure.
+    // All on one path, from the parser over the programme database to the listener: the order is sure.
     EXPECT_EQ(play({kClock, kService, kSchedule}), play_end::finished);
-    EXPECT_THAT(heard_, core() ? ElementsAreArray({kBreakfast, kFirstPair, kElevenses, kSecondPair})
-                               : ElementsAreArray({kFirstPair, kSecondPair}));
+    EXPECT_THAT(received_, core() ? ElementsAreArray({kBreakfast, kFirstPair, kElevenses, kSecondPair})
+                                  : ElementsAreArray({kFirstPair, kSecondPair}));
 }
 
 TEST_P(Player, TellsWhatTheHostHadSetWhenANotificationCame) {
     play({kClock, kService, kSchedule, R"({"call":"SetDateTime","date":"20260302","time":"1101"})"});
-    ASSERT_FALSE(heard_.empty());
-    ASSERT_TRUE(moments_.front().clock && moments_.back().clock && moments_.front().service);
-    EXPECT_EQ(moments_.front().clock->time(), "10:30");
-    EXPECT_EQ(moments_.back().clock->time(), "11:01");
-    EXPECT_EQ(moments_.front().service->sid, 0xC221u);
+    ASSERT_FALSE(received_.empty());
+    ASSERT_TRUE(times_.front().clock && times_.back().clock && times_.front().service);
+    EXPECT_EQ(times_.front().clock->time(), "10:30");
+    EXPECT_EQ(times_.back().clock->time(), "11:01");
+    EXPECT_EQ(times_.front().service->sid, 0xC221u);
 }
 
 TEST_P(Player, NobodyCanTellTheMomentWithoutWaiting) {
     settings_.wait_after_each_call = false;
     play({kClock, kService, kSchedule});
-    ASSERT_FALSE(moments_.empty());
-    for (const moment& at : moments_)
+    ASSERT_FALSE(times_.empty());
+    for (const notification_time& at : times_)
         EXPECT_FALSE(at.clock || at.service);
 }
 
 TEST_P(Player, ADateOfAnotherLengthLeavesTheDayUnset) {
     // Without a date every programme is refused.
     play({R"({"call":"SetDateTime","date":"2026-03-02","time":"1030"})", kService, kSchedule});
-    EXPECT_TRUE(heard_.empty());
+    EXPECT_TRUE(received_.empty());
 }
 
 TEST_P(Player, EachClockStartsFromZero) {
     // A host would have kept the day of the first call if both calls had used one record.
     play({kClock, R"({"call":"SetDateTime","date":"","time":"1030"})", kService, kSchedule});
-    EXPECT_TRUE(heard_.empty());
+    EXPECT_TRUE(received_.empty());
 }
 
 TEST_P(Player, StopsWhenNobodyListensAnyMore) {
     std::size_t calls = 0;
-    hooks_.notify = [](const notification&, const moment&) { return false; };
+    hooks_.notify = [](const notification&, const notification_time&) { return false; };
     hooks_.go_on = [&](std::size_t fed) {
         calls = fed;
         return true;
@@ -125,7 +125,7 @@ TEST_P(Player, StopsWhenNobodyListensAnyMore) {
 TEST_P(Player, StopsBetweenCalls) {
     hooks_.go_on = [](std::size_t fed) { return fed < 2; };
     EXPECT_EQ(play(whole()), play_end::stopped);
-    EXPECT_TRUE(heard_.empty());
+    EXPECT_TRUE(received_.empty());
 }
 
 TEST_P(Player, GivesUpALibraryThatDoesNotComeToRest) {
@@ -147,7 +147,7 @@ TEST_P(Player, AWaitThatIsGivenUpByTheUserIsNoFailureOfTheLibrary) {
 TEST_P(Player, ALogoRootThatCannotBeMadeIsAnError) {
     write_file(storage_, "HdStationLogo", "a file is in the way");
     EXPECT_THROW(play(whole()), std::runtime_error);
-    EXPECT_TRUE(heard_.empty());
+    EXPECT_TRUE(received_.empty());
 }
 
 TEST_P(Player, RefusesARecordingWithErrors) {
@@ -176,7 +176,7 @@ INSTANTIATE_TEST_SUITE_P(Interfaces, CorePlayer, testing::Values(library_api::co
 
 TEST_P(CorePlayer, ResendsNowAndNext) {
     play({kResend, kClock, kService, kSchedule, kResend});
-    EXPECT_THAT(heard_,
+    EXPECT_THAT(received_,
                 ElementsAreArray({kEmptyPair, kBreakfast, kFirstPair, kElevenses, kSecondPair, kSecondPair}));
 }
 

@@ -16,11 +16,11 @@
 
 namespace {
 
-using dabspi::lent_storage_path;
+using dabspi::temporary_storage_path;
 
-class LentStoragePath : public testing::Test {
+class TemporaryStoragePath : public testing::Test {
  protected:
-    ~LentStoragePath() override { ::shm_unlink(path_.c_str()); }
+    ~TemporaryStoragePath() override { ::shm_unlink(path_.c_str()); }
 
     // The block's bytes; nothing when there is no block.
     std::optional<std::string> content() const {
@@ -43,7 +43,7 @@ class LentStoragePath : public testing::Test {
 
     std::string error_of(const std::string& storage) const {
         try {
-            const lent_storage_path lent(storage, name_);
+            const temporary_storage_path temporary(storage, name_);
         } catch (const std::runtime_error& error) {
             return error.what();
         }
@@ -65,21 +65,21 @@ std::string block_of_another_program() {
     return bytes;
 }
 
-TEST_F(LentStoragePath, MakesTheBlockAndRemovesItAgain) {
+TEST_F(TemporaryStoragePath, MakesTheBlockAndRemovesItAgain) {
     ASSERT_FALSE(content());
     {
-        const lent_storage_path lent("/some/where", name_);
+        const temporary_storage_path temporary("/some/where", name_);
         ASSERT_TRUE(content());
         EXPECT_EQ(*content(), kSizeWord + "/some/where" + std::string(5136 - 11, '\0'));
     }
     EXPECT_FALSE(content());
 }
 
-TEST_F(LentStoragePath, RestoresABlockThatWasThereByteForByte) {
+TEST_F(TemporaryStoragePath, RestoresABlockThatWasThereByteForByte) {
     const std::string before = block_of_another_program();
     put(before);
     {
-        const lent_storage_path lent("/some/where/else", name_);
+        const temporary_storage_path temporary("/some/where/else", name_);
         const std::string during = *content();
         EXPECT_EQ(during.substr(0, 4), kSizeWord);
         EXPECT_STREQ(during.c_str() + 4, "/some/where/else");
@@ -88,26 +88,26 @@ TEST_F(LentStoragePath, RestoresABlockThatWasThereByteForByte) {
     EXPECT_EQ(*content(), before);
 }
 
-TEST_F(LentStoragePath, ALongerBlockKeepsItsLength) {
+TEST_F(TemporaryStoragePath, ALongerBlockKeepsItsLength) {
     const std::string before = block_of_another_program() + "more";
     put(before);
-    { const lent_storage_path lent("/some/where", name_); }
+    { const temporary_storage_path temporary("/some/where", name_); }
     EXPECT_EQ(*content(), before);
 }
 
-TEST_F(LentStoragePath, TheLongestPathFits) {
+TEST_F(TemporaryStoragePath, TheLongestPathFits) {
     const std::string longest(5135, 'x');
-    const lent_storage_path lent(longest, name_);
+    const temporary_storage_path temporary(longest, name_);
     EXPECT_EQ(*content(), kSizeWord + longest + '\0');
 }
 
-TEST_F(LentStoragePath, ALongerPathIsRefusedAndLeavesNothing) {
+TEST_F(TemporaryStoragePath, ALongerPathIsRefusedAndLeavesNothing) {
     EXPECT_EQ(error_of(std::string(5136, 'x')),
               "the storage path is 5136 bytes long; the shared data block holds at most 5135");
     EXPECT_FALSE(content());
 }
 
-TEST_F(LentStoragePath, AShorterBlockIsRefusedAndLeftAlone) {
+TEST_F(TemporaryStoragePath, AShorterBlockIsRefusedAndLeftAlone) {
     put("short");
     EXPECT_EQ(error_of("/some/where"), "the shared data block " + path_ +
                                            " is 5 bytes long, not 5140: remove /dev/shm" + path_ +
@@ -115,11 +115,11 @@ TEST_F(LentStoragePath, AShorterBlockIsRefusedAndLeftAlone) {
     EXPECT_EQ(*content(), "short");
 }
 
-TEST_F(LentStoragePath, MayBeLentAgainWithinOneThread) {
+TEST_F(TemporaryStoragePath, MayBeSetAgainWithinOneThread) {
     {
-        const lent_storage_path outer("/outer", name_);
+        const temporary_storage_path outer("/outer", name_);
         {
-            const lent_storage_path inner("/in", name_);
+            const temporary_storage_path inner("/in", name_);
             EXPECT_STREQ(content()->c_str() + 4, "/in");
         }
         EXPECT_STREQ(content()->c_str() + 4, "/outer");

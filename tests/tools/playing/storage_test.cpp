@@ -9,12 +9,12 @@
 #include <string>
 
 #include "tests/tools/files/files.h"
-#include "tools/files/added_directories.h"
+#include "tools/files/created_directories.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using dabspi::added_directories;
+using dabspi::created_directories;
 using dabspi::storage;
 
 // TMPDIR as a test needs it, and as it was afterwards.
@@ -41,11 +41,11 @@ TEST(Storage, ATemporaryDirectoryIsRemovedWithItsContent) {
     const temporary_directory root;
     const temporary_root set(root.path().string());
     {
-        const storage place = storage::temporary();
-        EXPECT_EQ(fs::path(place.path()).parent_path(), fs::canonical(root.path()));
-        fs::create_directories(place.logo_root());
+        const storage store = storage::temporary();
+        EXPECT_EQ(fs::path(store.path()).parent_path(), fs::canonical(root.path()));
+        fs::create_directories(store.logo_root());
         write_file(root, "x", "x");
-        fs::copy(root.path() / "x", fs::path(place.logo_root()) / "E1C2210_3.PNG");
+        fs::copy(root.path() / "x", fs::path(store.logo_root()) / "E1C2210_3.PNG");
         fs::remove(root.path() / "x");
     }
     EXPECT_TRUE(fs::is_empty(root.path()));
@@ -56,9 +56,9 @@ TEST(Storage, ATemporaryDirectoryIsKeptOnDemand) {
     const temporary_root set(root.path().string());
     std::string path;
     {
-        storage place = storage::temporary();
-        place.keep();
-        path = place.path();
+        storage store = storage::temporary();
+        store.keep();
+        path = store.path();
     }
     EXPECT_TRUE(fs::is_directory(path));
 }
@@ -68,8 +68,8 @@ TEST(Storage, ARemovedTemporaryDirectoryTakesNoLinksTargetWithIt) {
     const temporary_root set(root.path().string());
     const std::string kept = write_file(root, "mine/kept", "x");
     {
-        const storage place = storage::temporary();
-        fs::create_directory_symlink(root.path() / "mine", fs::path(place.path()) / "HdStationLogo");
+        const storage store = storage::temporary();
+        fs::create_directory_symlink(root.path() / "mine", fs::path(store.path()) / "HdStationLogo");
     }
     EXPECT_TRUE(fs::exists(kept));
 }
@@ -91,9 +91,9 @@ TEST(Storage, AMissingTemporaryRootSaysWhatToDo) {
 TEST(Storage, TheUsersDirectoryIsMadeAndStays) {
     const temporary_directory root;
     {
-        const storage place = storage::at(root / "a/b");
-        EXPECT_EQ(place.path(), (fs::canonical(root.path()) / "a/b").string());
-        EXPECT_EQ(place.logo_root(), place.path() + "/HdStationLogo/");
+        const storage store = storage::at(root / "a/b");
+        EXPECT_EQ(store.path(), (fs::canonical(root.path()) / "a/b").string());
+        EXPECT_EQ(store.logo_root(), store.path() + "/HdStationLogo/");
     }
     EXPECT_TRUE(fs::is_directory(root / "a/b"));
 }
@@ -113,7 +113,7 @@ TEST(Storage, AFileIsNoDirectory) {
 
 TEST(AddedDirectories, RemovesWhatHasAppearedInnermostFirst) {
     const temporary_directory root;
-    added_directories added({root / "temp", root / "temp/dab"});
+    created_directories added({root / "temp", root / "temp/dab"});
     fs::create_directories(root / "temp/dab");
     added.remove();
     EXPECT_FALSE(fs::exists(root / "temp"));
@@ -122,7 +122,7 @@ TEST(AddedDirectories, RemovesWhatHasAppearedInnermostFirst) {
 TEST(AddedDirectories, KeepsWhatWasThere) {
     const temporary_directory root;
     fs::create_directories(root / "temp");
-    added_directories added({root / "temp", root / "temp/dab"});
+    created_directories added({root / "temp", root / "temp/dab"});
     fs::create_directories(root / "temp/dab");
     added.remove();
     EXPECT_TRUE(fs::exists(root / "temp"));
@@ -131,7 +131,7 @@ TEST(AddedDirectories, KeepsWhatWasThere) {
 
 TEST(AddedDirectories, KeepsWhatSomebodyUses) {
     const temporary_directory root;
-    added_directories added({root / "temp", root / "temp/dab"});
+    created_directories added({root / "temp", root / "temp/dab"});
     write_file(root, "temp/dab/E1C2210_3.PNG", "x");
     added.remove();
     EXPECT_TRUE(fs::exists(root / "temp/dab/E1C2210_3.PNG"));
@@ -139,7 +139,7 @@ TEST(AddedDirectories, KeepsWhatSomebodyUses) {
 
 TEST(AddedDirectories, DoesNotMindThatNothingHasAppeared) {
     const temporary_directory root;
-    added_directories added({root / "temp", root / "temp/dab"});
+    created_directories added({root / "temp", root / "temp/dab"});
     added.remove();
     EXPECT_TRUE(fs::is_empty(root.path()));
 }

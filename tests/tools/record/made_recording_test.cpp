@@ -174,7 +174,7 @@ TEST_F(MadeRecording, ADocumentMustGiveOneObject) {
               1u);
 }
 
-TEST_F(MadeRecording, AFaultyDocumentIsToldOnceInFull) {
+TEST_F(MadeRecording, AFaultyDocumentIsReportedOnceInFull) {
     write_file(files_, "bad.xml", "<epg/>");
     EXPECT_THAT(
         errors_of(

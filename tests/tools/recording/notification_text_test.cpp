@@ -8,8 +8,8 @@
 
 namespace {
 
-using dabspi::moment;
 using dabspi::notification_text;
+using dabspi::notification_time;
 using dabspi::now_next;
 using dabspi::programme;
 using dabspi::programme_info;
@@ -25,9 +25,9 @@ spi::MotDateTime at(const std::string& date, const std::string& time) {
 
 const programme kAtTen{at("20260302", "1000"), 60, "Breakfast"};
 const programme kUnset{spi::SpiTimePoint().local_time(0), 0, ""};
-const moment kMorning{at("20260302", "1030"), service_id{0xC221, 0xE1, 0}};
+const notification_time kMorning{at("20260302", "1030"), service_id{0xC221, 0xE1, 0}};
 
-std::string text(const dabspi::notification& what, const moment& when = kMorning) {
+std::string text(const dabspi::notification& what, const notification_time& when = kMorning) {
     return notification_text(what, when, "/var/logos/HdStationLogo/");
 }
 
@@ -78,16 +78,16 @@ TEST(NotificationText, EveryFormatAndSizeOfALogoHasAName) {
 }
 
 TEST(NotificationText, WhatIsNotKnownIsADash) {
-    EXPECT_EQ(text(now_next{kUnset, kUnset}, moment{}),
+    EXPECT_EQ(text(now_next{kUnset, kUnset}, notification_time{}),
               "-                 -          now   -\n"
               "                             next  -\n");
 }
 
 TEST(NotificationText, ALongIdentifierMovesBothLinesOfAPair) {
-    EXPECT_EQ(
-        text(now_next{kAtTen, kUnset}, moment{at("20260302", "1030"), service_id{0xE1C00098, 0xE1, 15}}),
-        "2026-03-02 10:30  E1.E1C00098.15  now   2026-03-02 10:00    60 min  Breakfast\n"
-        "                                  next  -\n");
+    EXPECT_EQ(text(now_next{kAtTen, kUnset},
+                   notification_time{at("20260302", "1030"), service_id{0xE1C00098, 0xE1, 15}}),
+              "2026-03-02 10:30  E1.E1C00098.15  now   2026-03-02 10:00    60 min  Breakfast\n"
+              "                                  next  -\n");
 }
 
 TEST(NotificationText, NamesCannotDriveTheTerminal) {

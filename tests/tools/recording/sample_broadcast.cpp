@@ -73,10 +73,10 @@ std::string write_recording(const temporary_directory& in, const std::vector<con
 std::vector<const char*> whole() {
     return {kClock, kService, kSchedule, kAnnouncement, kLogo};
 }
-std::vector<const char*> whole_heard_by_wrapper() {
+std::vector<const char*> whole_received_by_wrapper() {
     return {kFirstPair, kSecondPair, kLogoWritten};
 }
-std::vector<const char*> whole_heard_by_core() {
+std::vector<const char*> whole_received_by_core() {
     return {kBreakfast, kFirstPair, kElevenses, kSecondPair, kLogoWritten};
 }
 

@@ -36,7 +36,7 @@ std::string write_recording(const temporary_directory& in, const std::vector<con
 
 // Every call but the last, which the host-facing layer has not.
 std::vector<const char*> whole();
-std::vector<const char*> whole_heard_by_wrapper();
-std::vector<const char*> whole_heard_by_core();
+std::vector<const char*> whole_received_by_wrapper();
+std::vector<const char*> whole_received_by_core();
 
 }  // namespace sample_broadcast

@@ -98,9 +98,9 @@ finished_command replay(const golden& of, const std::vector<std::string>& more =
 }
 
 // Without waiting, calls that reach the programme database directly overtake the programmes that still wait
-// in the parser's queue; then even what is notified is left to chance. The one road that keeps its order
+// in the parser's queue; then even what is notified is left to chance. The one path that keeps its order
 // whatever happens leads from the parser over the database to the listener. So the notifications about
-// programmes are sure where every call that takes another road to the database (the clock, the service, a
+// programmes are sure where every call that takes another path to the database (the clock, the service, a
 // resend) stands before the first object.
 bool programmes_are_sure_without_waiting(const dabspi::recording& of) {
     bool object_seen = false;
@@ -142,14 +142,14 @@ TEST_P(GoldenRecording, GivesWhatIsExpected) {
 TEST_P(GoldenRecording, IsPlayedWithoutWaiting) {
     const finished_command end = replay(GetParam(), {"--no-wait"});
     EXPECT_EQ(end.status, 0) << end.err;
-    const std::vector<std::string> heard = lines_of(end.out);
-    for (const std::string& line : heard) {
+    const std::vector<std::string> received = lines_of(end.out);
+    for (const std::string& line : received) {
         EXPECT_TRUE(is_event(line, "now_next") || is_event(line, "station_logo") ||
                     is_event(line, "programme_info"))
             << line;
     }
     if (programmes_are_sure_without_waiting(dabspi::read_recording(GetParam().recording))) {
-        EXPECT_EQ(programmes_of(heard), programmes_of(lines_of(read_file(GetParam().expected))));
+        EXPECT_EQ(programmes_of(received), programmes_of(lines_of(read_file(GetParam().expected))));
     }
 }
 

@@ -39,7 +39,7 @@ class ReplayCommand : public testing::TestWithParam<const char*> {
     bool core() const { return std::string(GetParam()) == "core"; }
 
     std::string whole_as_json() const {
-        return lines(core() ? whole_heard_by_core() : whole_heard_by_wrapper());
+        return lines(core() ? whole_received_by_core() : whole_received_by_wrapper());
     }
 
     // Calls that the core answers with more lines than a pipe holds: whoever does not read holds up the

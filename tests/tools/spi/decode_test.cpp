@@ -60,11 +60,11 @@ TEST(DecodeObject, ReadsAService) {
 }
 
 TEST(DecodeObject, ReadsPlacesWithAndWithoutATextElementAroundThem) {
-    const sb::bytes place = {0x48, 0x42, 0x72, 0xFE, 0x3D, 0x53};
+    const sb::bytes position = {0x48, 0x42, 0x72, 0xFE, 0x3D, 0x53};
     const so::object read = so::decode(around_service(
         sb::elem(sb::tag::geolocation,
-                 {sb::elem(sb::tag::country, {sb::text("GB")}), sb::elem(sb::tag::point, place),
-                  sb::elem(sb::tag::polygon, {sb::elem(sb::tag::text, sb::join({place, place}))})})));
+                 {sb::elem(sb::tag::country, {sb::text("GB")}), sb::elem(sb::tag::point, position),
+                  sb::elem(sb::tag::polygon, {sb::elem(sb::tag::text, sb::join({position, position}))})})));
     EXPECT_THAT(codes_of(read), IsEmpty());
     const std::string in = "serviceInformation/ensemble/service/geolocation/";
     EXPECT_EQ(so::value_text(node_at(read, in + "country/text")), "GB");

@@ -63,7 +63,7 @@ TEST(DecodeTokens, OnlySixteenBytesAreTokens) {
     EXPECT_THAT(codes_of(read), ElementsAre("token-not-a-token@4"));
 }
 
-TEST(DecodeTokens, InPlainStringsAreExpandedAndToldOf) {
+TEST(DecodeTokens, InPlainStringsAreExpandedAndReported) {
     const sb::bytes object = sb::elem(
         0x03,
         {sb::token_table({{1, "image/"}}),
@@ -92,7 +92,7 @@ TEST(DecodeTexts, BytesThatAreNotUtf8AreCountedAndPlaced) {
     EXPECT_EQ(receiver_of(read), "passes the bytes on as they are");
 }
 
-TEST(DecodeTexts, ControlCharactersAreToldOf) {
+TEST(DecodeTexts, ControlCharactersAreReported) {
     const so::object read = so::decode(object_with({}, "a\x1B[1m\n"));
     EXPECT_THAT(codes_of(read), ElementsAre("text-control-character@11"));
     EXPECT_EQ(so::problems_of(read)[0].what->text, "the control character U+001B");

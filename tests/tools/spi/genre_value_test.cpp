@@ -30,7 +30,7 @@ TEST(GenreValue, WhatIsNoGenreIsRefused) {
         EXPECT_FALSE(so::parse_genre(urn)) << urn;
 }
 
-TEST(GenreValue, FaultsAreToldOf) {
+TEST(GenreValue, FaultsAreReported) {
     const auto code_of = [](const so::bytes& from) {
         std::vector<so::problem> problems;
         so::decode_genre(from, problems);

@@ -69,7 +69,7 @@ TEST(ContentIdValue, WithoutTheEnsembleItIsMisread) {
     EXPECT_EQ(so::decode_content_id(so::bytes{0x00, 0xC2, 0x21}, ignored).sid, 0xC221U);
 }
 
-TEST(ContentIdValue, TooFewAndTooManyBytesAreToldOf) {
+TEST(ContentIdValue, TooFewAndTooManyBytesAreReported) {
     const sb::bytes whole = sb::content_id(0xE1, 0xC185, 0xC221);
     EXPECT_EQ(only_problem_of_identifier(sb::cut(whole, 5)).code, so::problem_code::value_too_short);
     EXPECT_EQ(only_problem_of_identifier(sb::cut(whole, 5)).receiver,

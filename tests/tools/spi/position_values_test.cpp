@@ -7,18 +7,18 @@ namespace so = dabspi::spi_object;
 namespace {
 
 TEST(PositionValues, AreDegreesWithABlankBetween) {
-    const auto places = so::parse_positions(" 51.473939\n-2.508112 ");
-    ASSERT_TRUE(places);
-    EXPECT_EQ(*places, (std::vector<so::position>{{4735602, -115373}}));
-    EXPECT_EQ(so::positions_text(*places), "51.473935 -2.508109");
+    const auto positions = so::parse_positions(" 51.473939\n-2.508112 ");
+    ASSERT_TRUE(positions);
+    EXPECT_EQ(*positions, (std::vector<so::position>{{4735602, -115373}}));
+    EXPECT_EQ(so::positions_text(*positions), "51.473935 -2.508109");
 }
 
 TEST(PositionValues, TextsOfCodedPlacesAreReadBack) {
     for (std::int32_t step = -8280000; step <= 8280000; step += 9973) {
-        const std::vector<so::position> places = {{step, -step}};
-        ASSERT_EQ(so::parse_positions(so::positions_text(places)), places);
+        const std::vector<so::position> positions = {{step, -step}};
+        ASSERT_EQ(so::parse_positions(so::positions_text(positions)), positions);
         std::vector<so::problem> problems;
-        ASSERT_EQ(so::decode_positions(so::encode_positions(places), problems), places);
+        ASSERT_EQ(so::decode_positions(so::encode_positions(positions), problems), positions);
         ASSERT_TRUE(problems.empty());
     }
 }
@@ -29,7 +29,7 @@ TEST(PositionValues, WhatIsNoPlaceIsRefused) {
         EXPECT_FALSE(so::parse_positions(text)) << text;
 }
 
-TEST(PositionValues, FaultsAreToldOf) {
+TEST(PositionValues, FaultsAreReported) {
     std::vector<so::problem> problems;
     so::decode_positions(so::bytes{0x7F, 0xFF, 0xFF, 0, 0, 0}, problems);
     ASSERT_EQ(problems.size(), 1U);

@@ -117,7 +117,7 @@ TEST(TimeValue, HoursThatAreNoneAreOutOfRange) {
     EXPECT_EQ(only_problem_of_time({0x38, 0x66, 0x81, 0x3C}).text, "the minute is 60");
 }
 
-TEST(TimeValue, ReservedBitsAreToldOf) {
+TEST(TimeValue, ReservedBitsAreReported) {
     EXPECT_EQ(only_problem_of_time({0xB8, 0x66, 0x85, 0x9E}).code, so::problem_code::reserved_bits);
 }
 

@@ -88,10 +88,10 @@ TEST(XmlDocument, ADefaultContentIdIsThatOfBearersWithoutOne) {
 }
 
 TEST(XmlDocument, PlacesAreTextOfTheirElement) {
-    const sb::bytes place = {0x48, 0x42, 0x72, 0xFE, 0x3D, 0x53};
-    const auto xml = xml_of(around_service(
-        sb::elem(sb::tag::geolocation,
-                 {sb::elem(sb::tag::point, place), sb::elem(sb::tag::polygon, {sb::elem(0x01, place)})})));
+    const sb::bytes position = {0x48, 0x42, 0x72, 0xFE, 0x3D, 0x53};
+    const auto xml = xml_of(around_service(sb::elem(
+        sb::tag::geolocation,
+        {sb::elem(sb::tag::point, position), sb::elem(sb::tag::polygon, {sb::elem(0x01, position)})})));
     EXPECT_EQ(value_at(*xml, "//point"), "51.473935 -2.508109");
     EXPECT_EQ(value_at(*xml, "//polygon"), "51.473935 -2.508109");
 }

@@ -13,7 +13,7 @@
 
 #include "tests/tools/files/files.h"
 #include "tools/terminal/progress.h"
-#include "tools/terminal/standard_descriptors.h"
+#include "tools/terminal/standard_streams.h"
 
 namespace {
 
@@ -88,7 +88,7 @@ TEST(StandardDescriptors, AClosedOneIsNotGivenToTheNextFile) {
     const auto closed_ones_stay_closed = [] {
         for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
             ::close(descriptor);
-        dabspi::occupy_closed_descriptors();
+        dabspi::occupy_closed_standard_streams();
         const int next = ::open("/dev/null", O_RDWR);
         char byte = 0;
         const bool refused = ::read(STDIN_FILENO, &byte, 1) == -1 && ::write(STDOUT_FILENO, &byte, 1) == -1 &&
@@ -100,7 +100,7 @@ TEST(StandardDescriptors, AClosedOneIsNotGivenToTheNextFile) {
 
 TEST(StandardDescriptors, OpenOnesAreLeftAlone) {
     const auto stay_open = [] {
-        dabspi::occupy_closed_descriptors();
+        dabspi::occupy_closed_standard_streams();
         return ::write(STDERR_FILENO, "still here", 10) == 10;
     };
     EXPECT_EXIT(::_exit(stay_open() ? 0 : 1), testing::ExitedWithCode(0), "still here");
@@ -127,7 +127,7 @@ TEST_F(Progress, AShortReplayShowsNone) {
     EXPECT_EQ(shown(), "");
 }
 
-TEST_F(Progress, ALongReplayTellsHowFarItIsAndErasesTheLineAtItsEnd) {
+TEST_F(Progress, ALongReplayShowsHowFarItIsAndErasesTheLineAtItsEnd) {
     {
         progress_line line(terminal_.descriptor, true, 100, "calls", clock_);
         pass(std::chrono::milliseconds(1000));
