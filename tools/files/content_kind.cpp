@@ -46,16 +46,23 @@ std::string_view without_blanks(std::string_view text) {
     return text;
 }
 
+// Comments, then an object that names its call.
+bool is_recording(std::string_view text) {
+    while (!text.empty() && text.front() == '#') {
+        const std::size_t end = text.find('\n');
+        if (end == std::string_view::npos) return true;
+        text = without_blanks(text.substr(end));
+    }
+    const std::string_view line = text.substr(0, text.find('\n'));
+    return text.empty() || (text.front() == '{' && line.find("\"call\"") != std::string_view::npos);
+}
+
 std::optional<content> of_text(byte_view first) {
     const std::string_view text = without_blanks(first.text());
     if (text.empty()) return std::nullopt;
     if (text.front() == '<') return content{content_kind::document, "an XML document", ""};
-    if (text.front() == '{' || text.front() == '#') {
-        const std::string_view line = text.substr(0, text.find('\n'));
-        if (text.front() == '#' || line.find("\"call\"") != std::string_view::npos)
-            return content{content_kind::recording, "a recording (JSON Lines)", ""};
-        return content{content_kind::plan, "a JSON document", ""};
-    }
+    if (is_recording(text)) return content{content_kind::recording, "a recording (JSON Lines)", ""};
+    if (text.front() == '{') return content{content_kind::plan, "a JSON document", ""};
     // The end of what was seen may cut a character.
     const std::string_view inside = text.substr(0, text.size() > 8 ? text.size() - 4 : text.size());
     const bool readable = is_well_formed_utf8(inside) && std::all_of(inside.begin(), inside.end(), [](char c) {
@@ -185,8 +192,9 @@ content content_of_folder() {
 
 content content_of(byte_view first, bool whole, const std::string& path) {
     if (first.empty() && whole) return {content_kind::empty, "an empty file", ""};
-    if (const auto known = of_known_file(first)) return *known;
+    // Frames first: one that begins with its ERR byte looks like audio.
     if (const auto form = air::form_of(first, whole)) return of_form(*form);
+    if (const auto known = of_known_file(first)) return *known;
     if (is_transport_stream(first)) return something_else("an MPEG transport stream");
     if (is_spi_object(first, whole)) return {content_kind::spi_object, "a binary SPI object", ""};
     if (const auto text = of_text(first)) return *text;

@@ -34,6 +34,7 @@ TEST(ContentKind, NamesWhatIsNoMultiplex) {
     EXPECT_EQ(of("<?xml version=\"1.0\"?><epg/>").kind, content_kind::document);
     EXPECT_EQ(of("{\"call\":\"ResendNowNext\"}\n").kind, content_kind::recording);
     EXPECT_EQ(of("# a recording\n").kind, content_kind::recording);
+    EXPECT_EQ(of("# A page about something\n\nwith text below it\n").words, "text");
     EXPECT_EQ(of("{\n  \"ensemble\": {}\n}\n").kind, content_kind::plan);
     EXPECT_EQ(of("ID3\x03 and so on").words, "an audio file (MP3)");
     EXPECT_EQ(of("RIFF\x24\x08\x01\x01WAVEfmt and so on").words, "an audio file (WAV)");
