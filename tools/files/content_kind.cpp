@@ -186,6 +186,26 @@ std::optional<content> of_samples(byte_view first, const std::string& path) {
 const char* const kMultiplexes =
     "ETI(NI) (raw, streamed, framed), EDI (AF packets, PF fragments), and packet captures of EDI";
 
+const char* short_name(content_kind kind) {
+    switch (kind) {
+        case content_kind::raw_eti: return "raw";
+        case content_kind::streamed_eti: return "streamed";
+        case content_kind::framed_eti: return "framed";
+        case content_kind::edi: return "edi";
+        case content_kind::capture: return "pcap";
+        case content_kind::recording: return "recording";
+        case content_kind::plan: return "json";
+        case content_kind::document: return "xml";
+        case content_kind::spi_object: return "object";
+        case content_kind::image: return "image";
+        case content_kind::folder: return "folder";
+        case content_kind::empty: return "empty";
+        case content_kind::something_else:
+        case content_kind::unknown: break;
+    }
+    return "unknown";
+}
+
 content content_of_folder() {
     return {content_kind::folder, "a folder", ""};
 }

@@ -35,6 +35,9 @@ struct content {
 // say little; it is not opened.
 content content_of(spi_object::byte_view first, bool whole, const std::string& path);
 
+// For scripts: "raw", "streamed", "framed", "edi", "pcap", "recording", ...
+const char* short_name(content_kind kind);
+
 // A folder, without its bytes.
 content content_of_folder();
 

@@ -77,17 +77,6 @@ std::optional<container_form> form_of(byte_view first, bool whole) {
     return single ? std::optional(container_form::raw_eti) : std::nullopt;
 }
 
-const char* form_name(container_form form) {
-    switch (form) {
-        case container_form::raw_eti: return "raw";
-        case container_form::streamed_eti: return "streamed";
-        case container_form::framed_eti: return "framed";
-        case container_form::edi: return "edi";
-        case container_form::capture: break;
-    }
-    return "pcap";
-}
-
 const char* form_words(container_form form) {
     switch (form) {
         case container_form::raw_eti: return "ETI(NI), raw";

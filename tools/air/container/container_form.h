@@ -18,8 +18,6 @@ constexpr std::size_t kFormSeen = 24 * 1024;
 // `whole`: the input ends behind these bytes.
 std::optional<container_form> form_of(byte_view first, bool whole);
 
-// "raw", "streamed", "framed", "edi", "pcap"
-const char* form_name(container_form form);
 // "raw ETI(NI)", ...
 const char* form_words(container_form form);
 
