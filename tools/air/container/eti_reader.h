@@ -47,7 +47,6 @@ class eti_reader final : public frame_source {
     const bool raw_;
     const std::size_t prefix_;  // bytes in front of each frame
     bool in_step_ = false;      // the next frame is expected where the one before ended
-    bool at_beginning_ = true;
     std::size_t pending_ = 0;   // bytes of the frame that was handed on
     bool header_crcs_seen_ = false;
     bool body_crcs_seen_ = false;

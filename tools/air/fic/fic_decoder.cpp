@@ -92,7 +92,7 @@ void fic_decoder::read_fig(const fig& of) {
         return;
     }
     known_fig& place = place_of(of);
-    const auto head = static_cast<std::uint8_t>(of.type << 5 | of.data.size());
+    const auto head = static_cast<std::uint8_t>(std::size_t{of.type} << 5 | of.data.size());
     if (place.generation == generation_ && place.bytes[0] == head &&
         std::memcmp(place.bytes.data() + 1, of.data.begin(), of.data.size()) == 0)
         return;
