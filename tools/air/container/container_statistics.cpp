@@ -28,7 +28,7 @@ const std::vector<named_counter>& loss_counters() {
         {"pf_sets_repaired", "AF packets repaired by Reed-Solomon", &s::pf_sets_repaired},
         {"pf_sets_lost", "AF packets not recoverable from their fragments", &s::pf_sets_lost},
         {"pf_sets_missing", "AF packets without any fragment", &s::pf_sets_missing},
-        {"captured_other", "captured packets of something else", &s::captured_other},
+        {"captured_other", "captured packets of something else, or of another flow", &s::captured_other},
         {"captured_cut", "captured packets cut short", &s::captured_cut},
         {"captured_fragments", "IP fragments that make no datagram", &s::captured_fragments},
     };

@@ -13,7 +13,7 @@ namespace dabspi::air {
 class input_window {
  public:
     // The most that see() can be asked for.
-    static constexpr std::size_t kMostSeen = 256 * 1024;
+    static constexpr std::size_t kMostSeen = 128 * 1024;
 
     explicit input_window(byte_source& from);
 
