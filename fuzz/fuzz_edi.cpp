@@ -15,9 +15,11 @@ void make_right(std::vector<std::uint8_t>& all) {
     for (std::size_t i = 0; i + 22 < all.size(); ++i) {
         if (all[i] == 'A' && all[i + 1] == 'F') all[i + 8] &= 0x7F;
         if (all[i] != 'P' || all[i + 1] != 'F') continue;
-        const std::size_t header = 12 + ((all[i + 10] & 0x80) != 0 ? 2U : 0U) + ((all[i + 10] & 0x40) != 0 ? 4U : 0U);
+        const std::size_t header =
+            12 + ((all[i + 10] & 0x80) != 0 ? 2U : 0U) + ((all[i + 10] & 0x40) != 0 ? 4U : 0U);
         const auto begin = all.begin() + static_cast<std::ptrdiff_t>(i);
-        const std::uint16_t crc = multiplex_builder::crc16({begin, begin + static_cast<std::ptrdiff_t>(header)});
+        const std::uint16_t crc =
+            multiplex_builder::crc16({begin, begin + static_cast<std::ptrdiff_t>(header)});
         all[i + header] = static_cast<std::uint8_t>(crc >> 8);
         all[i + header + 1] = static_cast<std::uint8_t>(crc);
     }

@@ -19,7 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::uint64_t frames = 0;
     for (frame each; reader.next(each); ++frames) {
         expect(each.index == frames, "frames are numbered");
-        expect(each.count < each.count_modulus && each.missing_before < each.count_modulus, "counts are in range");
+        expect(each.count < each.count_modulus && each.missing_before < each.count_modulus,
+               "counts are in range");
         given += 12 + each.fic.size();
         for (const std::uint8_t byte : each.fic)
             sum += byte;

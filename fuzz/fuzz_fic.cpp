@@ -1,5 +1,5 @@
-// FIBs of any content, with right checksums: the description made of them is bounded, its texts are UTF-8, and
-// feeding the same again changes nothing that was not changed again in between.
+// FIBs of any content, with right checksums: the description made of them is bounded, its texts are UTF-8,
+// and feeding the same again changes nothing that was not changed again in between.
 #include <vector>
 
 #include "fuzz/fuzz_support.h"
@@ -18,12 +18,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         frame each;
         each.fic = fib;
         const fic_news news = decoder.feed(each);
-        if (news.minute) expect(news.minute->hour < 24 && news.minute->minute < 60 && news.minute->day <= 31, "a time of day");
+        if (news.minute)
+            expect(news.minute->hour < 24 && news.minute->minute < 60 && news.minute->day <= 31,
+                   "a time of day");
         if (news.changed || at == 0) continue;
         expect(!decoder.feed(each).minute, "a minute begins once");
     }
     const ensemble all = decoder.describe();
-    expect(all.services.size() <= kMostServices && all.sub_channels.size() <= 64, "the description is bounded");
+    expect(all.services.size() <= kMostServices && all.sub_channels.size() <= 64,
+           "the description is bounded");
     expect(dabspi::is_well_formed_utf8(all.label), "labels are UTF-8");
     for (const described_service& service : all.services) {
         expect(dabspi::is_well_formed_utf8(service.label), "labels are UTF-8");

@@ -90,9 +90,10 @@ namespace mb = multiplex_builder;
 sb::bytes fic_seed(std::uint32_t sid) {
     const mb::bytes fibs = mb::fibs(
         {mb::fig_0_0(0xC185, 100, 1, 130), mb::fig_0_1_short(3, 0, 35), mb::fig_0_1_long(30, 84, 0, 2, 48),
-         mb::fig_0_2(sid, {{0, 3, true, false, 63}, {3, 7, false}}), mb::fig_0_3(7, 30, 5), mb::fig_0_8(sid, 1, true, 7),
-         mb::fig_0_9(-2, 0xE1), mb::fig_0_10(61100, 7, 30, 12345), mb::fig_0_13(sid, 1, {{7, {0x01}}}),
-         mb::fig_0_14(30, 1), mb::ensemble_label(0xC185, "Ensemble"), mb::service_label(sid, "Guide", 15)});
+         mb::fig_0_2(sid, {{0, 3, true, false, 63}, {3, 7, false}}), mb::fig_0_3(7, 30, 5),
+         mb::fig_0_8(sid, 1, true, 7), mb::fig_0_9(-2, 0xE1), mb::fig_0_10(61100, 7, 30, 12345),
+         mb::fig_0_13(sid, 1, {{7, {0x01}}}), mb::fig_0_14(30, 1), mb::ensemble_label(0xC185, "Ensemble"),
+         mb::service_label(sid, "Guide", 15)});
     sb::bytes blocks;
     for (std::size_t at = 0; at < fibs.size(); ++at)
         if (at % 32 < 30) blocks.push_back(fibs[at]);

@@ -104,7 +104,8 @@ std::vector<bytes> packets(const std::vector<datagram>& datagrams, link on) {
             const bytes part(whole.begin() + static_cast<std::ptrdiff_t>(begin),
                              whole.begin() + static_cast<std::ptrdiff_t>(end));
             const bool more = end != whole.size();
-            result.push_back(in_link(each.six ? ip6(each, part, begin, more) : ip4(each, part, begin, more), each.six, on));
+            result.push_back(in_link(each.six ? ip6(each, part, begin, more) : ip4(each, part, begin, more),
+                                     each.six, on));
         }
     }
     return result;

@@ -11,7 +11,7 @@ namespace multiplex_builder {
 struct datagram {
     bytes payload;
     std::uint16_t port = 12000;
-    bool six = false;              // IPv6
+    bool six = false;               // IPv6
     std::size_t fragment_size = 0;  // not 0: as IP fragments of at most so many bytes, a multiple of 8
     std::uint16_t identification = 1;
 };

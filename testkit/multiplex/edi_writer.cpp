@@ -50,8 +50,9 @@ struct cut_packet {
 cut_packet cut_plainly(const bytes& packet, std::size_t size) {
     cut_packet result;
     for (std::size_t at = 0; at < packet.size(); at += size)
-        result.fragments.emplace_back(packet.begin() + static_cast<std::ptrdiff_t>(at),
-                                      packet.begin() + static_cast<std::ptrdiff_t>(std::min(at + size, packet.size())));
+        result.fragments.emplace_back(
+            packet.begin() + static_cast<std::ptrdiff_t>(at),
+            packet.begin() + static_cast<std::ptrdiff_t>(std::min(at + size, packet.size())));
     return result;
 }
 
@@ -110,7 +111,8 @@ std::vector<bytes> pf_fragments(const bytes& packet, std::uint16_t sequence, con
         put(header, sequence, 2);
         put(header, i, 3);
         put(header, cut.fragments.size(), 3);
-        put(header, (options.fec ? 0x8000U : 0U) | (options.source ? 0x4000U : 0U) | cut.fragments[i].size(), 2);
+        put(header, (options.fec ? 0x8000U : 0U) | (options.source ? 0x4000U : 0U) | cut.fragments[i].size(),
+            2);
         if (options.fec) {
             put(header, cut.chunk_data, 1);
             put(header, cut.filling, 1);

@@ -18,7 +18,7 @@ struct af_options {
 bytes af_packet(const logical_frame& of, std::uint16_t sequence, const af_options& options = {});
 
 struct pf_options {
-    std::size_t fragment_size = 200;      // without FEC: at most
+    std::size_t fragment_size = 200;  // without FEC: at most
     bool fec = false;
     unsigned fragments_to_lose = 2;       // with FEC: what it protects against; decides the fragments' size
     std::optional<std::uint16_t> source;  // with it there are addresses

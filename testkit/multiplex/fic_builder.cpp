@@ -23,7 +23,8 @@ void put_id(bytes& to, std::uint32_t sid) {
     put(to, sid, is_long(sid) ? 4 : 2);
 }
 
-bytes label(unsigned extension, unsigned charset, const bytes& id, const std::string& characters, char filling) {
+bytes label(unsigned extension, unsigned charset, const bytes& id, const std::string& characters,
+            char filling) {
     bytes data;
     put(data, charset << 4 | extension, 1);
     append(data, id);
@@ -46,7 +47,9 @@ bytes fig(unsigned type, const bytes& data) {
 
 bytes fig_0(unsigned extension, const bytes& fields, const fig_flags& flags) {
     bytes data;
-    put(data, (flags.next ? 0x80U : 0U) | (flags.others ? 0x40U : 0U) | (flags.long_id ? 0x20U : 0U) | extension, 1);
+    put(data,
+        (flags.next ? 0x80U : 0U) | (flags.others ? 0x40U : 0U) | (flags.long_id ? 0x20U : 0U) | extension,
+        1);
     append(data, fields);
     return fig(0, data);
 }
@@ -111,7 +114,8 @@ bytes fig_0_8(std::uint32_t sid, unsigned scids, bool packet, unsigned where, bo
 
 bytes fig_0_9(int half_hours, unsigned ecc) {
     bytes fields;
-    put(fields, (half_hours < 0 ? 0x20U : 0U) | static_cast<unsigned>(half_hours < 0 ? -half_hours : half_hours), 1);
+    put(fields,
+        (half_hours < 0 ? 0x20U : 0U) | static_cast<unsigned>(half_hours < 0 ? -half_hours : half_hours), 1);
     put(fields, ecc, 1);
     put(fields, 1, 1);
     return fig_0(9, fields);

@@ -12,7 +12,7 @@ struct sub_channel {
     std::uint8_t id = 0;
     std::uint16_t start = 0;  // capacity units
     std::uint8_t tpl = 0;
-    bytes content;            // of a multiple of 8 bytes
+    bytes content;  // of a multiple of 8 bytes
 };
 
 struct logical_frame {

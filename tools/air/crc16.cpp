@@ -27,8 +27,7 @@ constexpr crc_tables make_tables() {
     for (std::size_t row = 1; row < kStep; ++row)
         for (std::size_t byte = 0; byte < 256; ++byte) {
             const std::uint32_t before = tables[row - 1][byte];
-            tables[row][byte] =
-                static_cast<std::uint16_t>((before << 8 & 0xFFFF) ^ tables[0][before >> 8]);
+            tables[row][byte] = static_cast<std::uint16_t>((before << 8 & 0xFFFF) ^ tables[0][before >> 8]);
         }
     return tables;
 }
@@ -36,7 +35,8 @@ constexpr crc_tables make_tables() {
 constexpr crc_tables kTables = make_tables();
 
 std::uint32_t one_step(std::uint32_t value, const std::uint8_t* at) {
-    std::uint32_t next = kTables[kStep - 1][at[0] ^ (value >> 8)] ^ kTables[kStep - 2][at[1] ^ (value & 0xFF)];
+    std::uint32_t next =
+        kTables[kStep - 1][at[0] ^ (value >> 8)] ^ kTables[kStep - 2][at[1] ^ (value & 0xFF)];
     for (std::size_t i = 2; i < kStep; ++i)
         next ^= kTables[kStep - 1 - i][at[i]];
     return next;
@@ -51,9 +51,9 @@ std::uint32_t after(std::uint32_t value, const std::uint8_t* at, std::size_t lef
 }
 
 #if defined(__x86_64__)
-// Whole frames have a CRC over all of their bytes: with carry-less multiplication it costs next to nothing. Four
-// stretches of 16 bytes are multiplied on by x^512 with each 64 bytes added, modulo the polynomial; in the end
-// 16 bytes are left with the same remainder as all that was folded into them.
+// Whole frames have a CRC over all of their bytes: with carry-less multiplication it costs next to nothing.
+// Four stretches of 16 bytes are multiplied on by x^512 with each 64 bytes added, modulo the polynomial; in
+// the end 16 bytes are left with the same remainder as all that was folded into them.
 constexpr std::size_t kFold = 64;
 
 constexpr long long power_of_x(unsigned exponent) {
@@ -70,11 +70,13 @@ __attribute__((target("pclmul,ssse3"))) inline __m128i load(const std::uint8_t* 
 
 // `of` times x^n, plus `next`; `by` holds x^(n + 64) and x^n.
 __attribute__((target("pclmul,ssse3"))) inline __m128i folded(__m128i of, __m128i by, __m128i next) {
-    return _mm_xor_si128(next, _mm_xor_si128(_mm_clmulepi64_si128(of, by, 0x11), _mm_clmulepi64_si128(of, by, 0x00)));
+    return _mm_xor_si128(
+        next, _mm_xor_si128(_mm_clmulepi64_si128(of, by, 0x11), _mm_clmulepi64_si128(of, by, 0x00)));
 }
 
 // `left` is a multiple of kFold, and not 0. Begun with 0xFFFF.
-__attribute__((target("pclmul,ssse3"))) std::uint32_t after_folding(const std::uint8_t* at, std::size_t left) {
+__attribute__((target("pclmul,ssse3"))) std::uint32_t after_folding(const std::uint8_t* at,
+                                                                    std::size_t left) {
     const __m128i by_512 = _mm_set_epi64x(power_of_x(512 + 64), power_of_x(512));
     const __m128i by_128 = _mm_set_epi64x(power_of_x(128 + 64), power_of_x(128));
     __m128i first = _mm_xor_si128(load(at), _mm_set_epi64x(static_cast<long long>(0xFFFF000000000000U), 0));

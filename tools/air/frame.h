@@ -22,8 +22,8 @@ struct sub_channel_bytes {
 
 // The views are of the frame source's memory: valid until its next frame is asked for.
 struct frame {
-    std::uint64_t index = 0;  // among the frames handed on, from 0
-    std::uint16_t count = 0;  // as the frame states it, below count_modulus
+    std::uint64_t index = 0;            // among the frames handed on, from 0
+    std::uint16_t count = 0;            // as the frame states it, below count_modulus
     std::uint16_t count_modulus = 250;  // 250 (ETI) or 5,000 (EDI)
     // Logical frames between the one before and this one, as the counts tell: exact modulo count_modulus.
     std::uint32_t missing_before = 0;

@@ -65,9 +65,10 @@ std::optional<content> of_text(byte_view first) {
     if (text.front() == '{') return content{content_kind::plan, "a JSON document", ""};
     // The end of what was seen may cut a character.
     const std::string_view inside = text.substr(0, text.size() > 8 ? text.size() - 4 : text.size());
-    const bool readable = is_well_formed_utf8(inside) && std::all_of(inside.begin(), inside.end(), [](char c) {
-                              return static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\r' || c == '\t';
-                          });
+    const bool readable =
+        is_well_formed_utf8(inside) && std::all_of(inside.begin(), inside.end(), [](char c) {
+            return static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\r' || c == '\t';
+        });
     if (readable && inside.size() >= 16) return something_else("text");
     return std::nullopt;
 }
@@ -108,18 +109,23 @@ std::optional<content> of_known_file(byte_view first) {
         {"OggS", 4, "an audio file (Ogg)", ""},
         {"FORM", 4, "an audio file (AIFF)", ""},
         {"\x1F\x8B", 2, "a gzip file", "unpack it first, or pipe it in: zcat FILE | dabspi ... -"},
-        {"\xFD" "7zXZ", 5, "an xz file", "unpack it first, or pipe it in: xzcat FILE | dabspi ... -"},
+        {"\xFD"
+         "7zXZ",
+         5, "an xz file", "unpack it first, or pipe it in: xzcat FILE | dabspi ... -"},
         {"\x28\xB5\x2F\xFD", 4, "a zstd file", "unpack it first, or pipe it in: zstdcat FILE | dabspi ... -"},
         {"BZh", 3, "a bzip2 file", "unpack it first, or pipe it in: bzcat FILE | dabspi ... -"},
         {"PK\x03\x04", 4, "a zip file", "unpack it first"},
         {"7z\xBC\xAF", 4, "a 7z file", "unpack it first"},
         {"%PDF", 4, "a PDF document", ""},
-        {"\x7F" "ELF", 4, "a program", ""},
+        {"\x7F"
+         "ELF",
+         4, "a program", ""},
     }};
     for (const magic& each : kMagic)
         if (begins_with(first, {each.word, each.size})) return something_else(each.words, each.remedy);
     if (begins_with(first, "ftyp", 4)) return something_else("an audio or video file (MP4)");
-    if (first.size() >= 4 && first[0] == 0xFF && (first[1] & 0xF6) == 0xF0) return something_else("audio frames (AAC)");
+    if (first.size() >= 4 && first[0] == 0xFF && (first[1] & 0xF6) == 0xF0)
+        return something_else("audio frames (AAC)");
     if (begins_with(first, "\xFF\xD8\xFF") || begins_with(first, "\x89PNG\r\n") || begins_with(first, "GIF8"))
         return content{content_kind::image, "an image", ""};
     return of_wave(first);
@@ -148,7 +154,7 @@ const char* samples_of(byte_view first) {
     if (count < 4096) return nullptr;
     double sum = 0;
     double squares = 0;
-    std::size_t near_zero = 0;    // high bytes of 16-bit samples, little-endian
+    std::size_t near_zero = 0;     // high bytes of 16-bit samples, little-endian
     std::size_t small_floats = 0;  // the same of 32-bit floats below 2
     std::array<std::size_t, 256> low{};
     for (std::size_t i = 0; i < count; ++i) {
@@ -167,12 +173,13 @@ const char* samples_of(byte_view first) {
     if (used > 8 && mean > 118 && mean < 138 && spread < 55) return "IQ samples (8 bits)";
     // The highest entropy is in the low bytes.
     const std::size_t most = *std::max_element(low.begin(), low.end());
-    if (used > 200 && most < count / 2 / 16 && near_zero > count / 2 * 95 / 100) return "IQ samples (16 bits)";
+    if (used > 200 && most < count / 2 / 16 && near_zero > count / 2 * 95 / 100)
+        return "IQ samples (16 bits)";
     return nullptr;
 }
 
 std::optional<content> of_samples(byte_view first, const std::string& path) {
-    static constexpr std::array<const char*, 9> kEndings = {"iq",  "cu8",  "cs8", "cs16", "cf32",
+    static constexpr std::array<const char*, 9> kEndings = {"iq",    "cu8", "cs8", "cs16", "cf32",
                                                             "cfile", "sdr", "uff", "iqw"};
     if (const char* const words = samples_of(first)) return something_else(words, kReceiveFirst);
     const std::string ending = lower_ending(path);
@@ -224,7 +231,8 @@ content content_of(byte_view first, bool whole, const std::string& path) {
 
 std::string refusal(const std::string& path, const content& found, const std::string& taken) {
     const std::string name = printable(path == "-" ? "<stdin>" : path);
-    std::string text = name + ": it " + (found.kind == content_kind::unknown ? "is " : "looks like ") + found.words;
+    std::string text =
+        name + ": it " + (found.kind == content_kind::unknown ? "is " : "looks like ") + found.words;
     if (!found.remedy.empty()) text += " (" + found.remedy + ")";
     return text + "; taken are " + taken;
 }

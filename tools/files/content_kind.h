@@ -15,8 +15,8 @@ enum class content_kind {
     edi,
     capture,  // pcap, pcapng
     recording,
-    plan,        // any other JSON document
-    document,    // XML
+    plan,      // any other JSON document
+    document,  // XML
     spi_object,
     image,
     folder,
@@ -31,8 +31,8 @@ struct content {
     std::string remedy;  // for something_else, where there is one: what to do with it, a sentence
 };
 
-// `first` are the first bytes, better 24 KiB than fewer; `whole`: there are no others. `path` helps where bytes
-// say little; it is not opened.
+// `first` are the first bytes, better 24 KiB than fewer; `whole`: there are no others. `path` helps where
+// bytes say little; it is not opened.
 content content_of(spi_object::byte_view first, bool whole, const std::string& path);
 
 // For scripts: "raw", "streamed", "framed", "edi", "pcap", "recording", ...

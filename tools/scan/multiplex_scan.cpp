@@ -37,8 +37,9 @@ void multiplex_scan::look_for_spi(std::uint64_t frame) {
         each.present = false;
     }
     for (const air::spi_component& each : air::spi_components(ensemble)) {
-        const auto place = std::find_if(spi_.begin(), spi_.end(),
-                                        [&](const spi_found& found) { return is_same_place(found.what, each); });
+        const auto place = std::find_if(spi_.begin(), spi_.end(), [&](const spi_found& found) {
+            return is_same_place(found.what, each);
+        });
         if (place != spi_.end()) {
             place->what = each;
             place->present = true;

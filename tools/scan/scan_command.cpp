@@ -32,8 +32,8 @@ constexpr std::uint64_t kMebibyte = 1024 * 1024;
 
 // All that the frames say, up to their end or an interruption.
 scanned_multiplex scan_all(air::opened_frames& in, const std::string& name) {
-    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, static_cast<std::size_t>(in.size / kMebibyte),
-                           "MiB");
+    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0,
+                           static_cast<std::size_t>(in.size / kMebibyte), "MiB");
     multiplex_scan scan;
     constexpr std::uint64_t kFramesBetween = 256;
     for (air::frame each; in.frames->next(each);) {
@@ -60,7 +60,8 @@ std::string nothing_found(const scanned_multiplex& found, const std::string& flo
     if (found.container.frames != 0 || found.interrupted) return {};
     if (found.form.kind != content_kind::capture) return "there is no whole frame in it";
     if (found.flows.empty()) return "the capture holds no EDI (AF packets or PF fragments in UDP)";
-    if (found.chosen) return "the flow " + destination_text(found.flows[*found.chosen].flow) + " gives no frame";
+    if (found.chosen)
+        return "the flow " + destination_text(found.flows[*found.chosen].flow) + " gives no frame";
     std::string text = "no flow of EDI goes to " + printable(flow) + "; there are";
     for (const air::edi_flow& each : found.flows)
         text += " " + destination_text(each.flow);
@@ -105,7 +106,8 @@ int scan_and_print(const scan_options& options) {
     say_flows(found, options.flow);
     const int status = print(found, options.json);
     if (in.read_error() != 0) {
-        complain(printable(name) + ": cannot be read to its end: " + std::generic_category().message(in.read_error()));
+        complain(printable(name) +
+                 ": cannot be read to its end: " + std::generic_category().message(in.read_error()));
         return kExitFailed;
     }
     if (in.capture != nullptr && !in.capture->error().empty())
@@ -128,14 +130,16 @@ int run_scan(const scan_options& options) {
 }  // namespace
 
 command add_scan_command(CLI::App& dabspi) {
-    CLI::App* const app = dabspi.add_subcommand("scan", "Tell what is on a recorded multiplex, and where its SPI is");
+    CLI::App* const app =
+        dabspi.add_subcommand("scan", "Tell what is on a recorded multiplex, and where its SPI is");
     const auto options = std::make_shared<scan_options>();
     app->add_option("INPUT", options->input,
                     "A multiplex: ETI(NI), EDI, or a packet capture with EDI; - is standard input")
         ->required()
         ->option_text(" ");
     app->add_flag("--json", options->json, "Print one JSON object instead of text");
-    app->add_option("--flow", options->flow, "Of a capture: read the flow to this destination (default: the first)")
+    app->add_option("--flow", options->flow,
+                    "Of a capture: read the flow to this destination (default: the first)")
         ->option_text("[ADDRESS:]PORT");
     app->footer(
         "The form of the input is told by its content. It may begin and end anywhere.\n"

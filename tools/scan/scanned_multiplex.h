@@ -33,13 +33,15 @@ struct scanned_multiplex {
     std::vector<std::string> unreadable_spi;  // announced, and not to be read; in words
     std::optional<air::local_minute> first_minute;
     std::optional<air::local_minute> last_minute;
-    std::vector<air::edi_flow> flows;      // of a capture
-    std::optional<std::size_t> chosen;     // which of them was read
+    std::vector<air::edi_flow> flows;   // of a capture
+    std::optional<std::size_t> chosen;  // which of them was read
     bool interrupted = false;
 
     // Of the frames received and those missing between them.
     double seconds() const {
-        return static_cast<double>((container.frames + container.frames_missing) * air::kMillisecondsOfFrame) / 1000;
+        return static_cast<double>((container.frames + container.frames_missing) *
+                                   air::kMillisecondsOfFrame) /
+               1000;
     }
 };
 

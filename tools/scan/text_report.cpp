@@ -41,13 +41,15 @@ std::string seconds_text(double seconds) {
 std::string offset_text(int half_hours) {
     const int minutes = (half_hours < 0 ? -half_hours : half_hours) * 30;
     char text[32];
-    std::snprintf(text, sizeof text, "UTC%c%02d:%02d", half_hours < 0 ? '-' : '+', minutes / 60, minutes % 60);
+    std::snprintf(text, sizeof text, "UTC%c%02d:%02d", half_hours < 0 ? '-' : '+', minutes / 60,
+                  minutes % 60);
     return text;
 }
 
 std::string ensemble_text(const air::ensemble& of) {
     if (!of.eid) return "unknown: the FIC does not say it";
-    return hexadecimal(*of.eid, 4) + (of.ecc ? ", ECC " + hexadecimal(*of.ecc, 2) : "") + "  " + printable(of.label);
+    return hexadecimal(*of.eid, 4) + (of.ecc ? ", ECC " + hexadecimal(*of.ecc, 2) : "") + "  " +
+           printable(of.label);
 }
 
 std::string time_text(const scanned_multiplex& of) {
@@ -56,13 +58,16 @@ std::string time_text(const scanned_multiplex& of) {
     std::string text = minute_text(*of.first_minute);
     if (*of.last_minute != *of.first_minute) text += " to " + minute_text(*of.last_minute);
     return text + ", local time" +
-           (of.ensemble.offset_half_hours ? " (" + offset_text(*of.ensemble.offset_half_hours) + ")" : "") + "; " + length;
+           (of.ensemble.offset_half_hours ? " (" + offset_text(*of.ensemble.offset_half_hours) + ")" : "") +
+           "; " + length;
 }
 
 std::string frames_text(const air::container_statistics& of) {
-    const auto number = [](std::uint64_t count) { return count == 0 ? std::string("none") : std::to_string(count); };
-    return std::to_string(of.frames) + ", " + number(of.frames_missing) + " missing, " + number(of.frames_damaged) +
-           " damaged";
+    const auto number = [](std::uint64_t count) {
+        return count == 0 ? std::string("none") : std::to_string(count);
+    };
+    return std::to_string(of.frames) + ", " + number(of.frames_missing) + " missing, " +
+           number(of.frames_damaged) + " damaged";
 }
 
 std::string kind_text(const air::described_component& of) {
@@ -78,12 +83,12 @@ std::string kind_text(const air::described_component& of) {
 
 std::string application_text(std::uint16_t type) {
     static constexpr std::array<std::pair<std::uint16_t, const char*>, 7> kNames = {{{2, "SlideShow"},
-                                                                                    {3, "Broadcast Website"},
-                                                                                    {4, "TPEG"},
-                                                                                    {5, "DGPS"},
-                                                                                    {6, "TMC"},
-                                                                                    {7, "SPI"},
-                                                                                    {0x44A, "Journaline"}}};
+                                                                                     {3, "Broadcast Website"},
+                                                                                     {4, "TPEG"},
+                                                                                     {5, "DGPS"},
+                                                                                     {6, "TMC"},
+                                                                                     {7, "SPI"},
+                                                                                     {0x44A, "Journaline"}}};
     for (const auto& [number, name] : kNames)
         if (number == type) return name;
     return "user application " + std::to_string(type);
@@ -95,7 +100,8 @@ std::string place_text(const air::ensemble& in, const air::described_component& 
     if (of.packet) text += ", address " + std::to_string(of.packet->address);
     for (const air::described_sub_channel& each : in.sub_channels) {
         if (each.id != *of.sub_channel) continue;
-        if (each.organisation.bit_rate != 0) text += ", " + std::to_string(each.organisation.bit_rate) + " kbit/s";
+        if (each.organisation.bit_rate != 0)
+            text += ", " + std::to_string(each.organisation.bit_rate) + " kbit/s";
         text += ", " + protection_text(each.organisation);
         if (each.fec_scheme.value_or(0) != 0) text += ", FEC scheme " + std::to_string(*each.fec_scheme);
     }
@@ -119,7 +125,8 @@ std::string services_text(const air::ensemble& of) {
     width = std::min<std::size_t>(width, 24);
     std::string text = "\nServices: " + std::to_string(of.services.size()) + "\n";
     for (const air::described_service& each : of.services) {
-        std::string head = "  " + padded(air::service_id_text(each.sid, each.long_id), 10) + padded(printable(each.label), width) + "  ";
+        std::string head = "  " + padded(air::service_id_text(each.sid, each.long_id), 10) +
+                           padded(printable(each.label), width) + "  ";
         if (each.components.empty()) text += head + "no component\n";
         for (const air::described_component& component : each.components) {
             text += head + component_text(of, component) + "\n";
@@ -134,9 +141,9 @@ std::string spi_text(const scanned_multiplex& of) {
     if (of.spi.empty() && of.unreadable_spi.empty()) text += "  none is announced\n";
     for (const spi_found& each : of.spi) {
         const air::spi_component& what = each.what;
-        text += "  " + air::service_id_text(what.sid, what.long_id) + "." + std::to_string(what.scids) + "  " +
-                printable(what.label) + ": sub-channel " + std::to_string(what.sub_channel) + ", address " +
-                std::to_string(what.address);
+        text += "  " + air::service_id_text(what.sid, what.long_id) + "." + std::to_string(what.scids) +
+                "  " + printable(what.label) + ": sub-channel " + std::to_string(what.sub_channel) +
+                ", address " + std::to_string(what.address);
         if (what.bit_rate != 0) text += ", " + std::to_string(what.bit_rate) + " kbit/s";
         text += what.fec_scheme == 0 ? ", no FEC" : ", FEC";
         text += ", announced in frame " + std::to_string(each.first_frame);
@@ -153,8 +160,9 @@ std::string flows_text(const scanned_multiplex& of) {
     std::string text = "\nFlows of EDI in this capture (choose with --flow)\n";
     for (std::size_t i = 0; i < of.flows.size(); ++i) {
         const air::edi_flow& each = of.flows[i];
-        text += "  " + padded(destination_text(each.flow), 24) + (each.fragments ? "PF fragments" : "AF packets") + ", " +
-                std::to_string(each.datagrams) + " datagrams" + (of.chosen == i ? ", this one was read" : "") + "\n";
+        text += "  " + padded(destination_text(each.flow), 24) +
+                (each.fragments ? "PF fragments" : "AF packets") + ", " + std::to_string(each.datagrams) +
+                " datagrams" + (of.chosen == i ? ", this one was read" : "") + "\n";
     }
     return text;
 }
@@ -174,7 +182,8 @@ std::string losses_text(const scanned_multiplex& of) {
 }  // namespace
 
 std::string text_report(const scanned_multiplex& of) {
-    std::string text = printable(of.name) + ": " + of.form.words + (of.interrupted ? " (interrupted: up to here)" : "") + "\n";
+    std::string text = printable(of.name) + ": " + of.form.words +
+                       (of.interrupted ? " (interrupted: up to here)" : "") + "\n";
     text += line("ensemble", ensemble_text(of.ensemble));
     text += line("time", time_text(of));
     text += line("frames", frames_text(of.container));

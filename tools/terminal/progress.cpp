@@ -32,8 +32,8 @@ progress_line::progress_line(int descriptor, bool shown, std::size_t total, std:
 std::string progress_line::time_left(std::size_t done, std::chrono::steady_clock::time_point now) const {
     const double passed = std::chrono::duration<double>(now - begun_).count();
     if (total_ == 0 || done == 0 || done > total_ || now - begun_ < kMeasured) return {};
-    const auto seconds =
-        static_cast<std::size_t>(passed * static_cast<double>(total_ - done) / static_cast<double>(done) + 0.5);
+    const auto seconds = static_cast<std::size_t>(
+        passed * static_cast<double>(total_ - done) / static_cast<double>(done) + 0.5);
     const std::string minutes = seconds < 60 ? "" : std::to_string(seconds / 60) + " min ";
     return ", " + minutes + std::to_string(seconds % 60) + " s left";
 }

@@ -1,5 +1,6 @@
-// A line on a terminal that tells how far a long work has come and, after some seconds, how long it will take. It appears only when the work takes longer
-// than a person waits without wondering, and leaves nothing behind.
+// A line on a terminal that tells how far a long work has come and, after some seconds, how long it will
+// take. It appears only when the work takes longer than a person waits without wondering, and leaves nothing
+// behind.
 #pragma once
 
 #include <chrono>

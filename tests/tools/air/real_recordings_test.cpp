@@ -1,5 +1,5 @@
-// Recordings that nobody here made: what their folder's expected.json says of form, frames, ensemble, services,
-// SPI and clock comes out. DABSPI_REAL names a folder with the folder `air` in it.
+// Recordings that nobody here made: what their folder's expected.json says of form, frames, ensemble,
+// services, SPI and clock comes out. DABSPI_REAL names a folder with the folder `air` in it.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -76,7 +76,8 @@ void expect_file(const std::filesystem::path& file, const json& expected) {
 TEST(RealRecordings, GiveWhatTheirListSays) {
     const char* const folder = std::getenv("DABSPI_REAL");
     if (folder == nullptr || !std::filesystem::is_directory(std::filesystem::path(folder) / "air"))
-        GTEST_SKIP() << "recordings made by others are checked where DABSPI_REAL names a folder with air/ in it";
+        GTEST_SKIP()
+            << "recordings made by others are checked where DABSPI_REAL names a folder with air/ in it";
     const std::filesystem::path air = std::filesystem::path(folder) / "air";
     std::ifstream list(air / "expected.json");
     const json expected = json::parse(list);

@@ -9,7 +9,8 @@
 
 namespace dabspi::air {
 
-capture_reader::capture_reader(byte_source& from, std::string wanted) : from_(from), wanted_(std::move(wanted)) {
+capture_reader::capture_reader(byte_source& from, std::string wanted)
+    : from_(from), wanted_(std::move(wanted)) {
     cookie_io_functions_t functions{};
     functions.read = read_some;
     file_ = ::fopencookie(this, "r", functions);
@@ -107,7 +108,8 @@ bool capture_reader::next(frame& to) {
 bool capture_reader::take_datagram(frame& to) {
     const edi_place place = edi_at(left_);
     const byte_view whole = left_.part(0, place.size);
-    if (place.kind == edi_kind::nothing || place.kind == edi_kind::wrong_fragment || whole.size() < place.size) {
+    if (place.kind == edi_kind::nothing || place.kind == edi_kind::wrong_fragment ||
+        whole.size() < place.size) {
         if (place.kind == edi_kind::wrong_fragment) ++statistics_.pf_header_crc_wrong;
         if (whole.size() < place.size) ++statistics_.cut_short;
         statistics_.bytes_skipped += left_.size();

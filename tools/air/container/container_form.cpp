@@ -16,7 +16,8 @@ bool sync_at(byte_view in, std::size_t at) {
 }
 
 bool is_capture(byte_view first) {
-    constexpr std::array<std::uint32_t, 5> kMagic = {0xD4C3B2A1, 0xA1B2C3D4, 0x4D3CB2A1, 0xA1B23C4D, 0x0A0D0D0A};
+    constexpr std::array<std::uint32_t, 5> kMagic = {0xD4C3B2A1, 0xA1B2C3D4, 0x4D3CB2A1, 0xA1B23C4D,
+                                                     0x0A0D0D0A};
     return first.size() >= 4 && std::find(kMagic.begin(), kMagic.end(), first.number(0, 4)) != kMagic.end();
 }
 
@@ -50,7 +51,8 @@ bool is_edi_at(byte_view here) {
     if (place.kind != edi_kind::af_packet || place.size > here.size()) return false;
     const bool with_crc = (here[8] & 0x80) != 0;
     const byte_view behind = here.part(place.size);
-    return with_crc ? edi_frames::is_intact(here.part(0, place.size)) : edi_at(behind).kind != edi_kind::nothing;
+    return with_crc ? edi_frames::is_intact(here.part(0, place.size))
+                    : edi_at(behind).kind != edi_kind::nothing;
 }
 
 }  // namespace
@@ -73,7 +75,8 @@ std::optional<container_form> form_of(byte_view first, bool whole) {
         }
     }
     // One raw frame is confirmed by nothing but the end.
-    const bool single = whole && first.size() < kRawEtiFrame + 4 && sync_at(first, 1) && frame_fits(first, 0, kRawEtiFrame);
+    const bool single =
+        whole && first.size() < kRawEtiFrame + 4 && sync_at(first, 1) && frame_fits(first, 0, kRawEtiFrame);
     return single ? std::optional(container_form::raw_eti) : std::nullopt;
 }
 

@@ -15,23 +15,23 @@ struct container_statistics {
     std::uint64_t gaps = 0;  // places where frames are missing
 
     std::uint64_t bytes_skipped = 0;  // that belong to no frame and no packet
-    std::uint64_t wrong_sync = 0;     // frames without their synchronisation word, and places where it was lost
-    std::uint64_t cut_short = 0;      // frames and packets that the input ends in
-    std::uint64_t layout_wrong = 0;   // frames dropped: their parts do not fit into them
+    std::uint64_t wrong_sync = 0;  // frames without their synchronisation word, and places where it was lost
+    std::uint64_t cut_short = 0;   // frames and packets that the input ends in
+    std::uint64_t layout_wrong = 0;    // frames dropped: their parts do not fit into them
     std::uint64_t header_dropped = 0;  // frames dropped: wrong header CRC, and another layout than before
     std::uint64_t header_crc_wrong = 0;
     std::uint64_t body_crc_wrong = 0;
     std::uint64_t marked_as_errored = 0;  // by the error level of the frame itself
     std::uint64_t count_repeated = 0;     // frames with the same count as the one before
 
-    std::uint64_t af_crc_wrong = 0;     // AF packets dropped
-    std::uint64_t af_malformed = 0;     // AF packets dropped: TAG items that do not fit
+    std::uint64_t af_crc_wrong = 0;      // AF packets dropped
+    std::uint64_t af_malformed = 0;      // AF packets dropped: TAG items that do not fit
     std::uint64_t af_without_frame = 0;  // AF packets without a `deti` item
-    std::uint64_t af_repeated = 0;      // AF packets dropped: the same once more
+    std::uint64_t af_repeated = 0;       // AF packets dropped: the same once more
     std::uint64_t pf_header_crc_wrong = 0;
-    std::uint64_t pf_unusable = 0;  // fragments dropped: too large, or unlike others of their packet
-    std::uint64_t pf_repeated = 0;  // fragments dropped: held already, or their packet is done with
-    std::uint64_t pf_missing = 0;   // fragments that never came, of packets of which others did
+    std::uint64_t pf_unusable = 0;       // fragments dropped: too large, or unlike others of their packet
+    std::uint64_t pf_repeated = 0;       // fragments dropped: held already, or their packet is done with
+    std::uint64_t pf_missing = 0;        // fragments that never came, of packets of which others did
     std::uint64_t pf_sets_repaired = 0;  // packets repaired by Reed-Solomon
     std::uint64_t pf_sets_lost = 0;      // packets that could not be put together
     std::uint64_t pf_sets_missing = 0;   // packets of which no fragment came

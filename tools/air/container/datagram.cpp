@@ -153,7 +153,8 @@ bool datagram_reader::read_udp(byte_view packet, udp_datagram& to) {
 
 // True: the datagram is complete, in whole_.
 bool datagram_reader::collect(std::vector<std::uint8_t> key, std::size_t begin, bool last, byte_view bytes) {
-    auto place = std::find_if(open_.begin(), open_.end(), [&](const open_datagram& each) { return each.key == key; });
+    auto place =
+        std::find_if(open_.begin(), open_.end(), [&](const open_datagram& each) { return each.key == key; });
     if (place == open_.end()) {
         if (open_.size() == kMostOpen) {
             statistics_.captured_fragments += open_.front().parts.size();
@@ -163,7 +164,8 @@ bool datagram_reader::collect(std::vector<std::uint8_t> key, std::size_t begin, 
     }
     const bool repeated = std::any_of(place->parts.begin(), place->parts.end(),
                                       [&](const part& each) { return each.begin == begin; });
-    if (repeated || bytes.empty() || place->parts.size() == kMostParts || begin + bytes.size() > kMostDatagram) {
+    if (repeated || bytes.empty() || place->parts.size() == kMostParts ||
+        begin + bytes.size() > kMostDatagram) {
         ++statistics_.captured_fragments;
         return false;
     }
@@ -173,7 +175,8 @@ bool datagram_reader::collect(std::vector<std::uint8_t> key, std::size_t begin, 
     if (place->size == 0 || place->held != place->size) return false;
     whole_.assign(place->size, 0);
     for (const part& each : place->parts) {
-        const std::size_t count = std::min(each.bytes.size(), place->size - std::min(each.begin, place->size));
+        const std::size_t count =
+            std::min(each.bytes.size(), place->size - std::min(each.begin, place->size));
         std::copy_n(each.bytes.begin(), count, whole_.begin() + static_cast<std::ptrdiff_t>(each.begin));
     }
     open_.erase(place);

@@ -16,7 +16,8 @@ edi_fec::~edi_fec() {
     free_rs_char(decoder_);
 }
 
-bool edi_fec::repair(code_word& word, std::array<int, kMostData + kParity>& missing, std::size_t count) const {
+bool edi_fec::repair(code_word& word, std::array<int, kMostData + kParity>& missing,
+                     std::size_t count) const {
     if (count > kParity) return false;
     return decode_rs_char(decoder_, word.data(), missing.data(), static_cast<int>(count)) >= 0;
 }

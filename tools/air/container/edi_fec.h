@@ -19,8 +19,8 @@ class edi_fec {
     edi_fec(const edi_fec&) = delete;
     edi_fec& operator=(const edi_fec&) = delete;
 
-    // `word` holds the data, zeros up to kMostData, and the parity. `missing` holds the places whose bytes are
-    // not known, in its first `count`, which is at most kParity. False: not recoverable.
+    // `word` holds the data, zeros up to kMostData, and the parity. `missing` holds the places whose bytes
+    // are not known, in its first `count`, which is at most kParity. False: not recoverable.
     bool repair(code_word& word, std::array<int, kMostData + kParity>& missing, std::size_t count) const;
 
  private:

@@ -6,8 +6,8 @@ namespace dabspi::air {
 
 namespace {
 
-constexpr std::uint32_t kDeti = 0x64657469;      // "deti"
-constexpr std::uint32_t kEst = 0x657374;         // "est", then a number
+constexpr std::uint32_t kDeti = 0x64657469;  // "deti"
+constexpr std::uint32_t kEst = 0x657374;     // "est", then a number
 constexpr std::uint16_t kCountsOfARound = 250;
 constexpr std::uint16_t kRounds = 20;
 
@@ -54,8 +54,8 @@ bool edi_frames::take_intact(byte_view packet, frame& to) {
 // Captures often hold each datagram twice. Sequence number, length and CRC together tell.
 bool edi_frames::is_repeated(byte_view packet) {
     const bool with_crc = (packet[8] & 0x80) != 0;
-    const std::uint64_t known_by = std::uint64_t{packet.number(2, 4)} << 32 |
-                                   packet.number(6, 2) << 16 | packet.number(packet.size() - 2, 2);
+    const std::uint64_t known_by = std::uint64_t{packet.number(2, 4)} << 32 | packet.number(6, 2) << 16 |
+                                   packet.number(packet.size() - 2, 2);
     const bool repeated = with_crc && known_by == last_;
     last_ = known_by;
     return repeated;

@@ -21,11 +21,11 @@ constexpr std::size_t kMostEdiHeader = 20;
 constexpr std::size_t kMostAfPacket = 64 * 1024;
 
 enum class edi_kind {
-    nothing,            // none of these
-    wrong_fragment,     // a PF fragment with a wrong header CRC
+    nothing,         // none of these
+    wrong_fragment,  // a PF fragment with a wrong header CRC
     af_packet,
     pf_fragment,
-    file_framing,       // passed over: the TAG items of files that hold packets
+    file_framing,  // passed over: the TAG items of files that hold packets
 };
 
 struct edi_place {

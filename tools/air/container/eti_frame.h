@@ -37,10 +37,10 @@ struct eti_frame {
     byte_view fic;
     std::size_t streams = 0;
     std::array<eti_stream, 127> stream;  // the first `streams`
-    byte_view header;       // FC, STC and MNSC, with their CRC
-    byte_view body;         // MST with its CRC; empty where the frame ends before the CRC
-    std::size_t length = 0;  // of the whole frame by its header, up to TIST
-    bool length_agrees = false;  // with the frame length field
+    byte_view header;                    // FC, STC and MNSC, with their CRC
+    byte_view body;                      // MST with its CRC; empty where the frame ends before the CRC
+    std::size_t length = 0;              // of the whole frame by its header, up to TIST
+    bool length_agrees = false;          // with the frame length field
 };
 
 // `whole` begins at the ERR byte and may be longer than the frame.

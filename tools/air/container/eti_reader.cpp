@@ -151,7 +151,8 @@ bool eti_reader::take(frame& to) {
         const eti_stream& each = current_.stream[i];
         to.sub_channels.push_back({each.id, each.start, each.tpl, each.bytes});
     }
-    counter_.number(to, damaged_header ? std::nullopt : std::optional<std::uint16_t>(current_.count), statistics_);
+    counter_.number(to, damaged_header ? std::nullopt : std::optional<std::uint16_t>(current_.count),
+                    statistics_);
     return true;
 }
 
@@ -159,7 +160,8 @@ bool eti_reader::same_layout() const {
     if (layout_.size() != current_.streams) return false;
     for (std::size_t i = 0; i < layout_.size(); ++i) {
         const eti_stream& each = current_.stream[i];
-        if (layout_[i].id != each.id || layout_[i].start != each.start || layout_[i].size != each.bytes.size())
+        if (layout_[i].id != each.id || layout_[i].start != each.start ||
+            layout_[i].size != each.bytes.size())
             return false;
     }
     return true;

@@ -13,8 +13,8 @@ class frame_counter {
  public:
     explicit frame_counter(std::uint16_t modulus) : modulus_(modulus) {}
 
-    // Sets index, count, count_modulus and missing_before of a frame that is handed on, and counts it. A count
-    // that cannot be trusted is none: the frame is then taken for the next one.
+    // Sets index, count, count_modulus and missing_before of a frame that is handed on, and counts it. A
+    // count that cannot be trusted is none: the frame is then taken for the next one.
     void number(frame& of, std::optional<std::uint16_t> count, container_statistics& statistics);
 
  private:

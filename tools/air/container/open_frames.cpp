@@ -56,7 +56,9 @@ void make_reader(opened_frames& in, const std::string& name, const open_options&
         case content_kind::streamed_eti:
             in.frames = std::make_unique<eti_reader>(window, eti_form::streamed);
             return;
-        case content_kind::framed_eti: in.frames = std::make_unique<eti_reader>(window, eti_form::framed); return;
+        case content_kind::framed_eti:
+            in.frames = std::make_unique<eti_reader>(window, eti_form::framed);
+            return;
         case content_kind::edi: in.frames = std::make_unique<edi_reader>(window); return;
         case content_kind::capture: break;
         default: in.error = refusal(name, in.found, kMultiplexes); return;
@@ -73,7 +75,8 @@ void make_reader(opened_frames& in, const std::string& name, const open_options&
 
 }  // namespace
 
-opened_frames open_frames(std::unique_ptr<byte_source> bytes, const std::string& name, const open_options& options) {
+opened_frames open_frames(std::unique_ptr<byte_source> bytes, const std::string& name,
+                          const open_options& options) {
     opened_frames in;
     in.bytes = std::move(bytes);
     in.window = std::make_unique<input_window>(*in.bytes);

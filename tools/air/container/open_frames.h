@@ -22,12 +22,12 @@ struct open_options {
 struct opened_frames {
     std::unique_ptr<byte_source> bytes;
     std::unique_ptr<input_window> window;
-    std::unique_ptr<byte_source> all_bytes;  // of captures: those of the window, then the rest
-    std::unique_ptr<frame_source> frames;    // null: it could not be opened
+    std::unique_ptr<byte_source> all_bytes;   // of captures: those of the window, then the rest
+    std::unique_ptr<frame_source> frames;     // null: it could not be opened
     const capture_reader* capture = nullptr;  // `frames`, if that is one
     content found;
-    std::string error;          // with null `frames`: for the user, one line, with the file's name
-    std::uint64_t size = 0;     // of the file in bytes, 0 if it is none
+    std::string error;       // with null `frames`: for the user, one line, with the file's name
+    std::uint64_t size = 0;  // of the file in bytes, 0 if it is none
     int read_error() const { return bytes == nullptr ? 0 : bytes->error(); }
 };
 
@@ -36,6 +36,7 @@ struct opened_frames {
 opened_frames open_frames(const std::string& path, const open_options& options = {});
 
 // The same for bytes that come from anywhere; `name` is for messages.
-opened_frames open_frames(std::unique_ptr<byte_source> bytes, const std::string& name, const open_options& options = {});
+opened_frames open_frames(std::unique_ptr<byte_source> bytes, const std::string& name,
+                          const open_options& options = {});
 
 }  // namespace dabspi::air

@@ -8,8 +8,8 @@ namespace dabspi::air {
 
 namespace {
 
-constexpr std::uint64_t kPatience = 4;       // packets
-constexpr std::int32_t kFarAway = 1000;      // packets: a sender that has begun anew
+constexpr std::uint64_t kPatience = 4;          // packets
+constexpr std::int32_t kFarAway = 1000;         // packets: a sender that has begun anew
 constexpr std::uint64_t kFirstOrder = 1 << 20;  // far from 0, so that the first fragments may come late
 
 // What a repair may cost: a code word for so many bytes received. A packet that asks for more was made to
@@ -31,7 +31,8 @@ std::uint64_t pf_collector::order_of(std::uint16_t sequence) {
 }
 
 bool pf_collector::is_usable(const pf_fragment& fragment) const {
-    if (fragment.count == 0 || fragment.count > kMostFragments || fragment.index >= fragment.count) return false;
+    if (fragment.count == 0 || fragment.count > kMostFragments || fragment.index >= fragment.count)
+        return false;
     if (fragment.payload.empty() || fragment.count * fragment.payload.size() > kMostSetBytes) return false;
     return !fragment.fec || (fragment.chunk_data != 0 && fragment.chunk_data <= edi_fec::kMostData);
 }
@@ -157,7 +158,8 @@ bool pf_collector::unpack(const set& from, const std::vector<std::uint8_t>& bloc
             }
             if (!fec_.repair(word, missing, count)) return false;
         }
-        packet_.insert(packet_.end(), word.begin(), word.begin() + static_cast<std::ptrdiff_t>(from.chunk_data));
+        packet_.insert(packet_.end(), word.begin(),
+                       word.begin() + static_cast<std::ptrdiff_t>(from.chunk_data));
     }
     if (packet_.size() < from.filling) return false;
     packet_.resize(packet_.size() - from.filling);

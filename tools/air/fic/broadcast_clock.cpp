@@ -31,7 +31,8 @@ local_minute date_of(std::int64_t modified_julian_day) {
 
 std::string minute_text(const local_minute& of) {
     char text[64];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02u:%02u", of.year, of.month, of.day, of.hour, of.minute);
+    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02u:%02u", of.year, of.month, of.day, of.hour,
+                  of.minute);
     return text;
 }
 

@@ -20,8 +20,8 @@ struct sub_channel {
     std::uint8_t level = 0;  // 1..5; 1 is the strongest
 
     bool operator==(const sub_channel& other) const {
-        return start == other.start && size == other.size && bit_rate == other.bit_rate && equal == other.equal &&
-               option == other.option && level == other.level;
+        return start == other.start && size == other.size && bit_rate == other.bit_rate &&
+               equal == other.equal && option == other.option && level == other.level;
     }
 };
 
@@ -43,7 +43,7 @@ struct service_component {
 
 // 0/2
 struct service_organisation {
-    bool long_id = false;       // 32 bits
+    bool long_id = false;        // 32 bits
     std::uint8_t ca_system = 0;  // CAId
     std::vector<service_component> components;
 

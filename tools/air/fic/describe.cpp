@@ -14,7 +14,8 @@ std::string text_of(const Map& labels, const Key& key) {
 }
 
 // 0/8 says it; without it only the primary component's is known.
-std::optional<std::uint8_t> scids_of(const configuration& in, std::uint32_t sid, const service_component& of) {
+std::optional<std::uint8_t> scids_of(const configuration& in, std::uint32_t sid,
+                                     const service_component& of) {
     const component_place wanted{of.mode == transport::packet, of.where};
     for (auto at = in.places.lower_bound({sid, 0}); at != in.places.end() && at->first.first == sid; ++at)
         if (at->second == wanted) return at->first.second;
@@ -32,9 +33,10 @@ ensemble fic_decoder::describe() const {
     result.offset_half_hours = clock_.offset_half_hours();
     for (const auto& [id, organisation] : current_.sub_channels) {
         const auto scheme = current_.fec_schemes.find(id);
-        result.sub_channels.push_back(
-            {id, organisation,
-             scheme == current_.fec_schemes.end() ? std::nullopt : std::optional<std::uint8_t>(scheme->second)});
+        result.sub_channels.push_back({id, organisation,
+                                       scheme == current_.fec_schemes.end()
+                                           ? std::nullopt
+                                           : std::optional<std::uint8_t>(scheme->second)});
     }
     for (const auto& [sid, organisation] : current_.services) {
         described_service service;

@@ -1,5 +1,5 @@
-// An ensemble as the FIC describes it, joined for those who ask: services with their components, sub-channels,
-// where the SPI is. Plain values.
+// An ensemble as the FIC describes it, joined for those who ask: services with their components,
+// sub-channels, where the SPI is. Plain values.
 #pragma once
 
 #include <cstdint>
@@ -51,14 +51,15 @@ struct spi_component {
     std::string label;  // of the service
     std::uint8_t sub_channel = 0;
     std::uint16_t address = 0;
-    std::uint8_t fec_scheme = 0;   // 1: that of EN 300 401, 5.3.5; 0 as well where nothing is said of it
-    std::uint16_t bit_rate = 0;    // kbit/s of the whole sub-channel; 0: not known
+    std::uint8_t fec_scheme = 0;  // 1: that of EN 300 401, 5.3.5; 0 as well where nothing is said of it
+    std::uint16_t bit_rate = 0;   // kbit/s of the whole sub-channel; 0: not known
     std::vector<std::uint8_t> application_data;
 
     bool operator==(const spi_component& other) const {
         return sid == other.sid && long_id == other.long_id && scids == other.scids && label == other.label &&
-               sub_channel == other.sub_channel && address == other.address && fec_scheme == other.fec_scheme &&
-               bit_rate == other.bit_rate && application_data == other.application_data;
+               sub_channel == other.sub_channel && address == other.address &&
+               fec_scheme == other.fec_scheme && bit_rate == other.bit_rate &&
+               application_data == other.application_data;
     }
 };
 

@@ -15,13 +15,13 @@ constexpr std::size_t kFib = 32;
 // What was read of the FIC, and what was not, by cause.
 struct fic_statistics {
     std::uint64_t fibs = 0;
-    std::uint64_t fibs_crc_wrong = 0;    // dropped
-    std::uint64_t fibs_cut = 0;          // FIC bytes that make no whole FIB, of so many frames
-    std::uint64_t figs = 0;              // of FIBs with a right CRC
-    std::uint64_t figs_malformed = 0;    // skipped: too short for what they say
-    std::uint64_t figs_not_needed = 0;   // skipped: of a type or an extension that nothing here needs
-    std::uint64_t figs_of_others = 0;    // skipped: of other ensembles
-    std::uint64_t figs_over_limit = 0;   // skipped: more services or components than any multiplex has
+    std::uint64_t fibs_crc_wrong = 0;   // dropped
+    std::uint64_t fibs_cut = 0;         // FIC bytes that make no whole FIB, of so many frames
+    std::uint64_t figs = 0;             // of FIBs with a right CRC
+    std::uint64_t figs_malformed = 0;   // skipped: too short for what they say
+    std::uint64_t figs_not_needed = 0;  // skipped: of a type or an extension that nothing here needs
+    std::uint64_t figs_of_others = 0;   // skipped: of other ensembles
+    std::uint64_t figs_over_limit = 0;  // skipped: more services or components than any multiplex has
     std::uint64_t reconfigurations = 0;
     std::uint64_t changes_of_ensemble = 0;  // another ensemble identifier: everything begins anew
 };

@@ -36,7 +36,8 @@ class field_reader {
 
 class organisation {
  public:
-    organisation(bool long_id, byte_view fields, configuration& to) : long_id_(long_id), in_(fields), to_(to) {}
+    organisation(bool long_id, byte_view fields, configuration& to)
+        : long_id_(long_id), in_(fields), to_(to) {}
 
     fig_reading read(std::uint8_t extension) {
         while (in_.more()) {
@@ -50,7 +51,9 @@ class organisation {
                 default: return {false, fig_problem::not_needed};
             }
         }
-        return {changed_, in_.cut() ? fig_problem::malformed : full_ ? fig_problem::over_limit : fig_problem::none};
+        return {changed_, in_.cut() ? fig_problem::malformed
+                          : full_   ? fig_problem::over_limit
+                                    : fig_problem::none};
     }
 
  private:
@@ -83,7 +86,8 @@ class organisation {
         } else {
             const std::uint32_t form = in_.take(2);
             set_equal_protection(value, static_cast<std::uint8_t>(form >> 12 & 7),
-                                 static_cast<std::uint8_t>(form >> 10 & 3), static_cast<std::uint16_t>(form & 0x3FF));
+                                 static_cast<std::uint8_t>(form >> 10 & 3),
+                                 static_cast<std::uint16_t>(form & 0x3FF));
         }
         put(to_.sub_channels, id, value);
     }

@@ -31,7 +31,7 @@ constexpr std::array<unequal_protection, 64> kUnequal = {{
 // clang-format on
 
 // Capacity units for each step of the bit rate, by level.
-constexpr std::array<std::uint16_t, 4> kUnitsA = {12, 8, 6, 4};      // for 8 kbit/s
+constexpr std::array<std::uint16_t, 4> kUnitsA = {12, 8, 6, 4};     // for 8 kbit/s
 constexpr std::array<std::uint16_t, 4> kUnitsB = {27, 21, 18, 15};  // for 32 kbit/s
 
 }  // namespace
@@ -59,7 +59,9 @@ void set_equal_protection(sub_channel& of, std::uint8_t option, std::uint8_t lev
 
 std::string protection_text(const sub_channel& of) {
     if (!of.equal) return of.level == 0 ? "unknown" : "UEP " + std::to_string(of.level);
-    const std::string profile = of.option == 0 ? "A" : of.option == 1 ? "B" : "option " + std::to_string(of.option);
+    const std::string profile = of.option == 0   ? "A"
+                                : of.option == 1 ? "B"
+                                                 : "option " + std::to_string(of.option);
     return "EEP " + std::to_string(of.level) + "-" + profile;
 }
 

@@ -20,7 +20,8 @@ const user_application* spi_of(const described_component& of) {
 // Why its SPI cannot be read; empty if it can, or as long as not all is known.
 std::string obstacle(const described_component& of) {
     if (of.organisation.access_control) return "is under access control";
-    if (of.organisation.mode == transport::audio) return "is in the X-PAD of an audio component, which is not read";
+    if (of.organisation.mode == transport::audio)
+        return "is in the X-PAD of an audio component, which is not read";
     if (of.organisation.mode != transport::packet) return "is not in packet mode";
     if (of.packet && of.packet->type != kMot) return "is not carried by MOT";
     if (of.packet && !of.packet->data_groups) return "is carried without data groups";
@@ -72,7 +73,9 @@ std::vector<std::string> unreadable_spi(const ensemble& of) {
     for (const described_service& service : of.services)
         for (const described_component& each : service.components) {
             const std::string why = spi_of(each) == nullptr ? "" : obstacle(each);
-            if (!why.empty()) all.push_back("the SPI of service " + service_id_text(service.sid, service.long_id) + " " + why);
+            if (!why.empty())
+                all.push_back("the SPI of service " + service_id_text(service.sid, service.long_id) + " " +
+                              why);
         }
     return all;
 }

@@ -23,7 +23,8 @@ std::vector<mb::datagram> packets(const std::vector<mb::logical_frame>& frames, 
 }
 
 // Two flows in turns, and datagrams of something else.
-mb::bytes two_flows(const std::vector<mb::logical_frame>& first, const std::vector<mb::logical_frame>& second) {
+mb::bytes two_flows(const std::vector<mb::logical_frame>& first,
+                    const std::vector<mb::logical_frame>& second) {
     const auto one = packets(first, 12001);
     const auto other = packets(second, 12002);
     std::vector<mb::datagram> all = mb::datagrams_of({mb::bytes(100, 'x')}, 53);
@@ -83,7 +84,8 @@ TEST(CaptureReader, ADatagramWithoutOneOfItsFragmentsIsCounted) {
     mb::bytes file = mb::pcap_file(all);
     // The record of the second fragment of the first datagram.
     const std::size_t record = 16 + 14 + 20 + 104;
-    file.erase(file.begin() + 24 + static_cast<std::ptrdiff_t>(record), file.begin() + 24 + static_cast<std::ptrdiff_t>(2 * record));
+    file.erase(file.begin() + 24 + static_cast<std::ptrdiff_t>(record),
+               file.begin() + 24 + static_cast<std::ptrdiff_t>(2 * record));
     const collected got = collect(file);
     EXPECT_EQ(got.frames.size(), 39U);
 }

@@ -9,7 +9,8 @@ namespace mb = multiplex_builder;
 collected collect(const mb::bytes& file, std::size_t step, const std::string& flow) {
     dabspi::air::open_options options;
     options.flow = flow;
-    auto in = dabspi::air::open_frames(std::make_unique<dabspi::air::memory_source>(file, step), "test", options);
+    auto in =
+        dabspi::air::open_frames(std::make_unique<dabspi::air::memory_source>(file, step), "test", options);
     collected all;
     all.kind = in.found.words;
     all.error = in.error;
@@ -20,7 +21,8 @@ collected collect(const mb::bytes& file, std::size_t step, const std::string& fl
         copy.count = each.count;
         copy.fic.assign(each.fic.begin(), each.fic.end());
         for (const dabspi::air::sub_channel_bytes& from : each.sub_channels)
-            copy.sub_channels.push_back({from.id, from.start, from.tpl, {from.bytes.begin(), from.bytes.end()}});
+            copy.sub_channels.push_back(
+                {from.id, from.start, from.tpl, {from.bytes.begin(), from.bytes.end()}});
         all.frames.push_back(copy);
         all.missing_before.push_back(each.missing_before);
         all.damaged.push_back(each.damaged);
@@ -36,7 +38,8 @@ bool same_content(const mb::logical_frame& a, const mb::logical_frame& b) {
     for (std::size_t i = 0; i < a.sub_channels.size(); ++i) {
         const mb::sub_channel& one = a.sub_channels[i];
         const mb::sub_channel& other = b.sub_channels[i];
-        if (one.id != other.id || one.start != other.start || one.tpl != other.tpl || one.content != other.content)
+        if (one.id != other.id || one.start != other.start || one.tpl != other.tpl ||
+            one.content != other.content)
             return false;
     }
     return true;

@@ -72,7 +72,8 @@ TEST(ContentKind, TheRefusalSaysWhatWouldBeTaken) {
     const temporary_directory directory;
     const auto opened = dabspi::air::open_frames(directory.path().string());
     EXPECT_EQ(opened.frames, nullptr);
-    EXPECT_NE(opened.error.find("it looks like a folder; taken are ETI(NI)"), std::string::npos) << opened.error;
+    EXPECT_NE(opened.error.find("it looks like a folder; taken are ETI(NI)"), std::string::npos)
+        << opened.error;
     const auto missing = dabspi::air::open_frames(directory / "none");
     EXPECT_NE(missing.error.find("cannot be opened: No such file"), std::string::npos) << missing.error;
 }

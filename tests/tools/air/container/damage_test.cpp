@@ -83,7 +83,8 @@ TEST(Damage, CapturesAreReadUpToIt) {
     std::vector<mb::bytes> packets;
     for (std::size_t i = 0; i < frames.size(); ++i)
         packets.push_back(mb::af_packet(frames[i], static_cast<std::uint16_t>(i)));
-    for (const mb::bytes& file : {mb::pcap_file(mb::datagrams_of(packets)), mb::pcapng_file(mb::datagrams_of(packets))})
+    for (const mb::bytes& file :
+         {mb::pcap_file(mb::datagrams_of(packets)), mb::pcapng_file(mb::datagrams_of(packets))})
         for (unsigned seed = 0; seed < 60; ++seed) {
             const collected got = collect(mb::with_wrong_bytes(file, 6, seed));
             EXPECT_EQ(invented(got, frames), 0U) << "seed " << seed;

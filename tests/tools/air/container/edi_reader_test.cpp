@@ -23,8 +23,8 @@ mb::pf_options protected_fragments() {
     return options;
 }
 
-std::vector<std::vector<mb::bytes>> fragments_of(const std::vector<mb::logical_frame>& frames, const mb::pf_options& options,
-                                                 unsigned first = 0) {
+std::vector<std::vector<mb::bytes>> fragments_of(const std::vector<mb::logical_frame>& frames,
+                                                 const mb::pf_options& options, unsigned first = 0) {
     std::vector<std::vector<mb::bytes>> all;
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const auto number = static_cast<std::uint16_t>(first + i);

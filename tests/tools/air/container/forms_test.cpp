@@ -26,7 +26,8 @@ std::vector<mb::bytes> af_packets(const std::vector<mb::logical_frame>& frames) 
     return all;
 }
 
-std::vector<mb::bytes> all_fragments(const std::vector<mb::logical_frame>& frames, const mb::pf_options& options) {
+std::vector<mb::bytes> all_fragments(const std::vector<mb::logical_frame>& frames,
+                                     const mb::pf_options& options) {
     std::vector<mb::bytes> all;
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const auto number = static_cast<std::uint16_t>(i);
@@ -61,11 +62,13 @@ std::vector<form> all_forms(const std::vector<mb::logical_frame>& frames) {
         {"file framing", "EDI", mb::framed_stream(frames)},
     };
     using mb::link;
-    for (const link on : {link::ethernet, link::ethernet_vlan, link::linux_any, link::linux_any_2, link::loopback, link::raw}) {
+    for (const link on : {link::ethernet, link::ethernet_vlan, link::linux_any, link::linux_any_2,
+                          link::loopback, link::raw}) {
         mb::capture_options options;
         options.on = on;
         const std::string number = std::to_string(static_cast<int>(on));
-        all.push_back({"pcap " + number, "a packet capture", mb::pcap_file(mb::datagrams_of(af_packets(frames)), options)});
+        all.push_back({"pcap " + number, "a packet capture",
+                       mb::pcap_file(mb::datagrams_of(af_packets(frames)), options)});
         options.big_endian = options.nanoseconds = true;
         all.push_back({"pcap, big-endian " + number, "a packet capture",
                        mb::pcap_file(mb::datagrams_of(all_fragments(frames, with_fec)), options)});
@@ -118,7 +121,8 @@ TEST(Containers, EndAnywhereWithTheFramesUpToThere) {
             EXPECT_GE(got.frames.size(), most) << size << " bytes: no frame is lost by more of the file";
             most = std::max(most, got.frames.size());
             for (std::size_t i = 0; i < got.frames.size(); ++i)
-                ASSERT_TRUE(air_tests::same_content(got.frames[i], frames[i])) << size << " bytes, frame " << i;
+                ASSERT_TRUE(air_tests::same_content(got.frames[i], frames[i]))
+                    << size << " bytes, frame " << i;
         }
     }
 }
@@ -129,13 +133,14 @@ TEST(Containers, BeginAnywhereWithTheNextFrame) {
         if (each.kind == "a packet capture") continue;  // their header cannot be done without
         SCOPED_TRACE(each.name);
         const std::size_t third = each.file.size() / 3;
-        for (std::size_t begin = 0; begin < third; begin += each.file.size() > 10000 ? 11 : 1) {
+        for (std::size_t begin = 0; begin<third; begin += each.file.size()> 10000 ? 11 : 1) {
             const mb::bytes rest(each.file.begin() + static_cast<std::ptrdiff_t>(begin), each.file.end());
             const collected got = collect(rest);
             ASSERT_GE(got.frames.size(), 3U) << "from byte " << begin;
             const std::size_t first = frames.size() - got.frames.size();
             for (std::size_t i = 0; i < got.frames.size(); ++i)
-                ASSERT_TRUE(air_tests::same_content(got.frames[i], frames[first + i])) << "from byte " << begin;
+                ASSERT_TRUE(air_tests::same_content(got.frames[i], frames[first + i]))
+                    << "from byte " << begin;
         }
     }
 }

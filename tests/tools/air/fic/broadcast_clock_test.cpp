@@ -64,7 +64,8 @@ TEST(BroadcastClock, EachMinuteIsSaidOnceInBothForms) {
         feed({second % 2 == 0 ? mb::fig_0_10(58000, 23, 58 + minute % 2, 1000 * (second % 60) + 999)
                               : mb::fig_0_10(58000, 23, 58 + minute % 2)});
     }
-    EXPECT_EQ(feed.minutes, (std::vector<std::string>{"2017-09-04 23:58", "2017-09-04 23:59", "2017-09-04 23:58"}));
+    EXPECT_EQ(feed.minutes,
+              (std::vector<std::string>{"2017-09-04 23:58", "2017-09-04 23:59", "2017-09-04 23:58"}));
 }
 
 TEST(BroadcastClock, ImpossibleTimesAreNone) {

@@ -116,8 +116,9 @@ TEST(FicDecoder, DropsFibsWithAWrongCrc) {
 
 TEST(FicDecoder, SkipsUnknownAndMalformedFigs) {
     fic_feeder feed;
-    feed({mb::fig(6, {1, 2, 3}), mb::fig(0, {}), mb::fig_0(25, {1, 2}), mb::fig_0(1, {0x0C}), mb::fig_0(2, {0xC2, 0x21, 3, 0}),
-          mb::fig(1, {0x00, 0xC1, 0x85, 'x'}), mb::fig_0(9, {0}), mb::fig_0(10, {1, 2, 3})});
+    feed({mb::fig(6, {1, 2, 3}), mb::fig(0, {}), mb::fig_0(25, {1, 2}), mb::fig_0(1, {0x0C}),
+          mb::fig_0(2, {0xC2, 0x21, 3, 0}), mb::fig(1, {0x00, 0xC1, 0x85, 'x'}), mb::fig_0(9, {0}),
+          mb::fig_0(10, {1, 2, 3})});
     feed(whole_ensemble());
     expect_whole(feed);
     EXPECT_EQ(feed.decoder.statistics().figs_malformed, 6U);
@@ -136,21 +137,37 @@ TEST(FicDecoder, IgnoresOtherEnsembles) {
 TEST(FicDecoder, ReadsLabelsInEveryCharacterSet) {
     fic_feeder feed;
     feed(whole_ensemble());
-    feed({mb::service_label(kAudio, "R\x82" "dio \x99", 0, ' '), mb::service_label(kData, std::string("\0G\x01\x7D\0i\0d", 8), 6),
-          mb::component_label(kData, 0, "Gu\xC3\xAD" "a", 15)});
+    feed({mb::service_label(kAudio,
+                            "R\x82"
+                            "dio \x99",
+                            0, ' '),
+          mb::service_label(kData, std::string("\0G\x01\x7D\0i\0d", 8), 6),
+          mb::component_label(kData, 0,
+                              "Gu\xC3\xAD"
+                              "a",
+                              15)});
     const ensemble got = feed.described();
-    EXPECT_EQ(got.services[0].label, "R\xC3\xA9" "dio \xC3\xBC");
-    EXPECT_EQ(got.services[1].label, "G\xC5\xBD" "id");
-    EXPECT_EQ(got.services[1].components[0].label, "Gu\xC3\xAD" "a");
+    EXPECT_EQ(got.services[0].label,
+              "R\xC3\xA9"
+              "dio \xC3\xBC");
+    EXPECT_EQ(got.services[1].label,
+              "G\xC5\xBD"
+              "id");
+    EXPECT_EQ(got.services[1].components[0].label,
+              "Gu\xC3\xAD"
+              "a");
 }
 
 TEST(FicDecoder, LabelsAreAlwaysWellFormed) {
     fic_feeder feed;
     feed(whole_ensemble());
-    feed({mb::service_label(kAudio, "\xFF\xC3\n\x1B[1m", 15), mb::service_label(kData, std::string("\xD8\0\0A", 4), 6)});
+    feed({mb::service_label(kAudio, "\xFF\xC3\n\x1B[1m", 15),
+          mb::service_label(kData, std::string("\xD8\0\0A", 4), 6)});
     const ensemble got = feed.described();
     EXPECT_EQ(got.services[0].label, "\xEF\xBF\xBD\xEF\xBF\xBD[1m");
-    EXPECT_EQ(got.services[1].label, "\xEF\xBF\xBD" "A");
+    EXPECT_EQ(got.services[1].label,
+              "\xEF\xBF\xBD"
+              "A");
 }
 
 TEST(FicDecoder, FollowsAComponentThatMovesWithoutAnnouncement) {
@@ -189,7 +206,8 @@ TEST(FicDecoder, TheNextConfigurationTakesEffectAtItsMoment) {
 TEST(FicDecoder, AReconfigurationIsFollowedWhenItsMomentIsLost) {
     fic_feeder feed;
     feed(whole_ensemble());
-    feed({mb::fig_0_0(0xC185, 110, 3, 130), mb::fig_0_3(7, 12, 3, 60, true, std::nullopt, next_configuration())});
+    feed({mb::fig_0_0(0xC185, 110, 3, 130),
+          mb::fig_0_3(7, 12, 3, 60, true, std::nullopt, next_configuration())});
     feed({mb::fig_0_0(0xC185, 150)});
     ASSERT_EQ(feed.spi().size(), 1U);
     EXPECT_EQ(feed.spi()[0].sub_channel, 12);
