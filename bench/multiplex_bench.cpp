@@ -1,5 +1,5 @@
-// From a recorded multiplex to what its FIC says: five minutes of raw ETI, as full as multiplexes are, against
-// reading the file in blocks of 1 MiB.
+// From a recorded multiplex to what its FIC says: five minutes of raw ETI, as full as multiplexes are,
+// against reading the file in blocks of 1 MiB.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -30,12 +30,13 @@ std::vector<mb::logical_frame> full_multiplex() {
             figs.push_back(mb::fig_0_1_long(i, 72 * i, 0, 2, 72));
             figs.push_back(mb::fig_0_2(0xC221 + i, {{0, i, true, false, 63}}));
         }
-        if (each.count % 4 == 0) figs.push_back(mb::service_label(0xC221 + each.count / 4 % kServices, "A service"));
+        if (each.count % 4 == 0)
+            figs.push_back(mb::service_label(0xC221 + each.count / 4 % kServices, "A service"));
         each.fic = mb::fic(figs);
         each.sub_channels.clear();
         for (unsigned i = 0; i < kServices; ++i)
-            each.sub_channels.push_back({static_cast<std::uint8_t>(i), static_cast<std::uint16_t>(72 * i), 0x22,
-                                         mb::bytes(288, static_cast<std::uint8_t>(each.count + i))});
+            each.sub_channels.push_back({static_cast<std::uint8_t>(i), static_cast<std::uint16_t>(72 * i),
+                                         0x22, mb::bytes(288, static_cast<std::uint8_t>(each.count + i))});
     }
     return frames;
 }

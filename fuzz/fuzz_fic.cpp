@@ -33,7 +33,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         expect(service.components.size() <= 15, "a service has as many components as its FIG says");
     }
     for (const spi_component& each : spi_components(all))
-        expect(each.sub_channel < 64 && each.address < 1024 && each.scids < 16, "places are in range");
+        expect(each.sub_channel < 64 && each.address < 1024 && each.scids < 16,
+               "sub-channel, address and SCIdS are in range");
     unreadable_spi(all);
     expect(decoder.statistics().fibs_crc_wrong == 0, "the checksums are right");
     return 0;

@@ -142,7 +142,7 @@ command add_scan_command(CLI::App& dabspi) {
                     "Of a capture: read the flow to this destination (default: the first)")
         ->option_text("[ADDRESS:]PORT");
     app->footer(
-        "The form of the input is told by its content. It may begin and end anywhere.\n"
+        "The form of the input is recognised by its content. It may begin and end anywhere.\n"
         "Exit status: 0 the multiplex was read; 2 the input or the command line cannot be used; 1 anything\n"
         "else. After Ctrl-C what has been found so far is printed.\n"
         "\n"

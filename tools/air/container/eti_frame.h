@@ -1,4 +1,4 @@
-// One ETI(NI) frame (ETS 300 799): its places, taken from its header. Pure; nothing is copied.
+// One ETI(NI) frame (ETS 300 799): where its parts are, by its header. Pure; nothing is copied.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@ using spi_object::byte_view;
 constexpr std::size_t kRawEtiFrame = 6144;
 // The most that an 11-bit frame length can say.
 constexpr std::size_t kMostEtiFrame = 4 * (2047 + 4);
-// Up to the frame characterisation: what a frame's length can be told from.
+// Up to the frame characterisation: what a frame's length can be taken from.
 constexpr std::size_t kEtiFrameStart = 8;
 
 // FSYNC of even or odd frames behind the ERR byte with which a frame begins.

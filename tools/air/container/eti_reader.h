@@ -2,8 +2,9 @@
 // framed (a count in front of all). They may begin and end anywhere. A synchronisation word counts only if
 // another stands where the next frame must begin, or the input ends there.
 //
-// What the header says of the places is taken if it fits. Checksums are not needed for that; they tell of
-// damage once a recording has shown that it has them. Work is linear in the input, memory constant.
+// Where the parts of a frame are is taken from its header if they fit. Checksums are not needed for that;
+// they tell of damage once a recording has shown that it has them. Work is linear in the input, memory
+// constant.
 #pragma once
 
 #include <vector>

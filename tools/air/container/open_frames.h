@@ -1,4 +1,4 @@
-// Opens a multiplex, whatever its container, told by its content. Standard input is read as it comes.
+// Opens a multiplex, whatever its container, recognised by its content. Standard input is read as it comes.
 #pragma once
 
 #include <functional>

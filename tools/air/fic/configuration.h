@@ -90,7 +90,7 @@ struct configuration {
     std::map<std::uint8_t, std::uint8_t> fec_schemes;  // by sub-channel
     std::map<std::uint32_t, service_organisation> services;
     std::map<std::uint16_t, packet_component> packet_components;  // by SCId
-    std::map<component_id, component_place> places;
+    std::map<component_id, component_place> definitions;
     std::map<component_id, std::vector<user_application>> user_applications;
 };
 

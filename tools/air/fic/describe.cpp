@@ -17,7 +17,8 @@ std::string text_of(const Map& labels, const Key& key) {
 std::optional<std::uint8_t> scids_of(const configuration& in, std::uint32_t sid,
                                      const service_component& of) {
     const component_place wanted{of.mode == transport::packet, of.where};
-    for (auto at = in.places.lower_bound({sid, 0}); at != in.places.end() && at->first.first == sid; ++at)
+    for (auto at = in.definitions.lower_bound({sid, 0}); at != in.definitions.end() && at->first.first == sid;
+         ++at)
         if (at->second == wanted) return at->first.second;
     if (of.primary) return std::uint8_t{0};
     return std::nullopt;

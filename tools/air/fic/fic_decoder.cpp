@@ -171,7 +171,7 @@ void fic_decoder::switch_configuration() {
     replace_if_known(current_.sub_channels, next_.sub_channels);
     replace_if_known(current_.services, next_.services);
     replace_if_known(current_.packet_components, next_.packet_components);
-    add(current_.places, next_.places);
+    add(current_.definitions, next_.definitions);
     add(current_.user_applications, next_.user_applications);
     add(current_.fec_schemes, next_.fec_schemes);
     next_ = configuration();

@@ -1,5 +1,5 @@
 // Puts the description of an ensemble together from the FIC of its frames, and follows it while it changes:
-// FIGs of the current configuration take effect at once; those of the next one are kept until the moment that
+// FIGs of the current configuration take effect at once; those of the next one are kept until the frame that
 // FIG 0/0 names. Another ensemble identifier begins anew.
 //
 // FIGs are repeated many times a second: one that was read, with nothing changed since, is passed over. One
@@ -37,7 +37,7 @@ class fic_decoder {
     const fic_statistics& statistics() const { return statistics_; }
 
  private:
-    // Bytes of FIGs that were read since anything changed, in places by their hash.
+    // Bytes of FIGs that were read since anything changed, by their hash.
     struct known_fig {
         std::array<std::uint8_t, 32> bytes;
         std::uint32_t generation = 0;

@@ -138,7 +138,7 @@ class organisation {
         value.packet = (in_.next() & 0x80) != 0;
         value.where = static_cast<std::uint16_t>(value.packet ? in_.take(2) & 0xFFF : in_.take(1) & 0x3F);
         if ((head & 0x80) != 0) in_.take(1);
-        put(to_.places, component_id(sid, head & 0xF), value);
+        put(to_.definitions, component_id(sid, head & 0xF), value);
     }
 
     // 6.3.6
