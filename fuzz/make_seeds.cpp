@@ -5,6 +5,10 @@
 #include <random>
 #include <string>
 
+#include "testkit/multiplex/capture_writer.h"
+#include "testkit/multiplex/edi_writer.h"
+#include "testkit/multiplex/eti_writer.h"
+#include "testkit/multiplex/fic_builder.h"
 #include "testkit/spi_builder_objects.h"
 
 namespace {
@@ -80,6 +84,48 @@ void write_documents(const std::filesystem::path& out) {
     }
 }
 
+namespace mb = multiplex_builder;
+
+// FIBs without their checksums, as the target takes them.
+sb::bytes fic_seed(std::uint32_t sid) {
+    const mb::bytes fibs = mb::fibs(
+        {mb::fig_0_0(0xC185, 100, 1, 130), mb::fig_0_1_short(3, 0, 35), mb::fig_0_1_long(30, 84, 0, 2, 48),
+         mb::fig_0_2(sid, {{0, 3, true, false, 63}, {3, 7, false}}), mb::fig_0_3(7, 30, 5),
+         mb::fig_0_8(sid, 1, true, 7), mb::fig_0_9(-2, 0xE1), mb::fig_0_10(61100, 7, 30, 12345),
+         mb::fig_0_13(sid, 1, {{7, {0x01}}}), mb::fig_0_14(30, 1), mb::ensemble_label(0xC185, "Ensemble"),
+         mb::service_label(sid, "Guide", 15)});
+    sb::bytes blocks;
+    for (std::size_t at = 0; at < fibs.size(); ++at)
+        if (at % 32 < 30) blocks.push_back(fibs[at]);
+    return blocks;
+}
+
+void write_multiplexes(const std::filesystem::path& out) {
+    auto frames = mb::noise_frames(3);
+    for (mb::logical_frame& each : frames)
+        each.fic.clear();
+    write(out / "fuzz_eti" / "raw", with_prefix(sb::u8(0), mb::raw_eti({frames[0], frames[1]})));
+    write(out / "fuzz_eti" / "streamed", with_prefix(sb::u8(1), mb::streamed_eti(frames)));
+    write(out / "fuzz_eti" / "framed", with_prefix(sb::u8(2), mb::framed_eti(frames)));
+    mb::pf_options fec;
+    fec.fec = true;
+    mb::pf_options plain;
+    plain.fragment_size = 60;
+    plain.source = 3;
+    write(out / "fuzz_edi" / "af", with_prefix(sb::u8(1), mb::af_stream(frames)));
+    write(out / "fuzz_edi" / "pf", with_prefix(sb::u8(1), mb::pf_stream(frames, plain)));
+    write(out / "fuzz_edi" / "pf-fec", with_prefix(sb::u8(1), mb::pf_stream(frames, fec)));
+    write(out / "fuzz_edi" / "fio", with_prefix(sb::u8(1), mb::framed_stream({frames[0]})));
+    auto datagrams = mb::datagrams_of({mb::af_packet(frames[0], 0), mb::af_packet(frames[1], 1)});
+    write(out / "fuzz_edi" / "pcap", with_prefix(sb::u8(3), mb::pcap_file(datagrams)));
+    datagrams[0].six = true;
+    datagrams[0].fragment_size = 64;
+    datagrams[1].fragment_size = 64;
+    write(out / "fuzz_edi" / "pcapng", with_prefix(sb::u8(3), mb::pcapng_file(datagrams)));
+    write(out / "fuzz_fic" / "data", fic_seed(0xE1C00098));
+    write(out / "fuzz_fic" / "audio", fic_seed(0xC221));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -123,6 +169,7 @@ int main(int argc, char** argv) {
                   "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":1,\"content_name\":\"x\","
                   "\"sid\":1,\"body\":\"AgEB\"}\n{\"call\":\"ResendNowNext\"}\n"));
     write_documents(out / "fuzz_encode");
+    write_multiplexes(out);
     write(out / "fuzz_logo_names" / "url", sb::str("abcdefghijklmnop.png"));
     // Targets that make a story of their input, byte by byte: which call comes next, and with what. Any bytes
     // are one, and no builder knows a better one than another. Noise is a seed here for its length: libFuzzer

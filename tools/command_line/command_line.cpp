@@ -10,6 +10,7 @@
 #include "tools/encode/encode_command.h"
 #include "tools/inspect/inspect_command.h"
 #include "tools/record/record_command.h"
+#include "tools/scan/scan_command.h"
 #endif
 
 namespace dabspi {
@@ -27,7 +28,8 @@ std::vector<command> add_command_line(CLI::App& app) {
         "  dabspi inspect si.bin                   what is in an object, and what a receiver reads\n"
         "  dabspi check day.jsonl                  what a receiver will not show as it was meant, and why\n"
         "  dabspi encode pi.xml                    an object of an XML document\n"
-        "  dabspi record day.json                  a whole recording of documents and images");
+        "  dabspi record day.json                  a whole recording of documents and images\n"
+        "  dabspi scan multiplex.eti               what is on a recorded multiplex, and where its SPI is");
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("dabspi: ") + error.what() + "\nRun with --help for more information.\n";
     });
@@ -37,7 +39,7 @@ std::vector<command> add_command_line(CLI::App& app) {
         add_replay_command(app),
 #ifdef DABSPI_WORKBENCH
         add_inspect_command(app), add_check_command(app),  add_explain_command(app),
-        add_encode_command(app),  add_record_command(app),
+        add_encode_command(app),  add_record_command(app), add_scan_command(app),
 #endif
     };
 }

@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kPatience{1000};
 constexpr std::chrono::milliseconds kRefresh{200};
+constexpr std::chrono::milliseconds kMeasured{4000};
 
 void put(int descriptor, const std::string& text) {
     // A progress line that cannot be written is no loss.
@@ -24,7 +25,18 @@ progress_line::progress_line(int descriptor, bool shown, std::size_t total, std:
       total_(total),
       things_(std::move(things)),
       now_(std::move(now)),
-      next_(now_() + kPatience) {}
+      begun_(now_()),
+      next_(begun_ + kPatience) {}
+
+// As long again for each part of what is left as for the parts done; nothing while that says little.
+std::string progress_line::time_left(std::size_t done, std::chrono::steady_clock::time_point now) const {
+    const double passed = std::chrono::duration<double>(now - begun_).count();
+    if (total_ == 0 || done == 0 || done > total_ || now - begun_ < kMeasured) return {};
+    const auto seconds = static_cast<std::size_t>(
+        passed * static_cast<double>(total_ - done) / static_cast<double>(done) + 0.5);
+    const std::string minutes = seconds < 60 ? "" : std::to_string(seconds / 60) + " min ";
+    return ", " + minutes + std::to_string(seconds % 60) + " s left";
+}
 
 void progress_line::update(std::size_t done) {
     if (!shown_) return;
@@ -33,7 +45,8 @@ void progress_line::update(std::size_t done) {
     next_ = now + kRefresh;
     drawn_ = true;
     put(descriptor_, "\rdabspi: " + std::to_string(done) +
-                         (total_ == 0 ? "" : " of " + std::to_string(total_)) + " " + things_ + "\033[K");
+                         (total_ == 0 ? "" : " of " + std::to_string(total_)) + " " + things_ +
+                         time_left(done, now) + "\033[K");
 }
 
 void progress_line::erase() {

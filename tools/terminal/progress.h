@@ -1,5 +1,6 @@
-// A line on a terminal that tells how far a long work has come. It appears only when the work takes longer
-// than a person waits without wondering, and leaves nothing behind.
+// A line on a terminal that tells how far a long work has come and, after some seconds, how long it will
+// take. It appears only when the work takes longer than a person waits without wondering, and leaves nothing
+// behind.
 #pragma once
 
 #include <chrono>
@@ -26,11 +27,14 @@ class progress_line {
     void erase();
 
  private:
+    std::string time_left(std::size_t done, std::chrono::steady_clock::time_point now) const;
+
     int descriptor_;
     bool shown_;
     std::size_t total_;
     std::string things_;
     clock now_;
+    std::chrono::steady_clock::time_point begun_;
     std::chrono::steady_clock::time_point next_;  // not drawn before
     bool drawn_ = false;
 };

@@ -156,6 +156,13 @@ TEST_F(Progress, IsNotDrawnWithEveryCall) {
     EXPECT_EQ(shown(), "\rdabspi: 7 of 100 calls\x1B[K\rdabspi: 9 of 100 calls\x1B[K");
 }
 
+TEST_F(Progress, TellsTheTimeLeftOnceItCanBeKnown) {
+    progress_line line(terminal_.descriptor, true, 100, "MiB", clock_);
+    pass(std::chrono::milliseconds(4000));
+    line.update(5);
+    EXPECT_EQ(shown(), "\rdabspi: 5 of 100 MiB, 1 min 16 s left\x1B[K");
+}
+
 TEST_F(Progress, IsErasedOnce) {
     progress_line line(terminal_.descriptor, true, 100, "calls", clock_);
     pass(std::chrono::milliseconds(1000));
