@@ -54,9 +54,13 @@ void append_u16(bytes& to, unsigned value) {
     to.push_back(static_cast<std::uint8_t>(value));
 }
 
-void append_crc(bytes& to) { append_u16(to, crc(to)); }
+void append_crc(bytes& to) {
+    append_u16(to, crc(to));
+}
 
-void append(bytes& to, const bytes& more) { to.insert(to.end(), more.begin(), more.end()); }
+void append(bytes& to, const bytes& more) {
+    to.insert(to.end(), more.begin(), more.end());
+}
 
 bytes rs_parity(const bytes& data) {
     static const std::array<unsigned, kParity + 1> g = generator();
@@ -74,8 +78,8 @@ bytes data_group(const group_fields& fields, const bytes& data) {
     const bool access = fields.transport_id.has_value() || !fields.end_address.empty();
     bytes group;
     append_u16(group, (fields.extension ? 0x8000U : 0U) | (fields.crc ? 0x4000U : 0U) |
-                          (fields.segment_field ? 0x2000U : 0U) | (access ? 0x1000U : 0U) |
-                          fields.type << 8 | fields.continuity << 4 | fields.repetition);
+                          (fields.segment_field ? 0x2000U : 0U) | (access ? 0x1000U : 0U) | fields.type << 8 |
+                          fields.continuity << 4 | fields.repetition);
     if (fields.extension) append_u16(group, *fields.extension);
     if (fields.segment_field) append_u16(group, (fields.last ? 0x8000U : 0U) | fields.number);
     if (access) {
@@ -93,10 +97,10 @@ bytes packet(const packet_fields& fields, const bytes& data) {
     const std::size_t field = fields.cells * kCellSize - 5;
     if (data.size() > field) throw std::invalid_argument("more data than the packet's field takes");
     bytes whole;
-    append_u16(whole, (fields.cells - 1) << 14 | (fields.continuity & 3) << 12 | (fields.first ? 0x800U : 0U) |
-                          (fields.last ? 0x400U : 0U) | fields.address);
-    whole.push_back(static_cast<std::uint8_t>(
-        (fields.command ? 0x80U : 0U) | fields.useful.value_or(static_cast<unsigned>(data.size()))));
+    append_u16(whole, (fields.cells - 1) << 14 | (fields.continuity & 3) << 12 |
+                          (fields.first ? 0x800U : 0U) | (fields.last ? 0x400U : 0U) | fields.address);
+    whole.push_back(static_cast<std::uint8_t>((fields.command ? 0x80U : 0U) |
+                                              fields.useful.value_or(static_cast<unsigned>(data.size()))));
     append(whole, data);
     whole.resize(3 + field);
     append_crc(whole);

@@ -61,7 +61,8 @@ class packetizer {
     std::map<unsigned, unsigned> continuity_;
 };
 
-// Fills packets up to whole FEC frames with padding, and adds the FEC packets. Packets do not cross FEC frames.
+// Fills packets up to whole FEC frames with padding, and adds the FEC packets. Packets do not cross FEC
+// frames.
 bytes with_fec(const std::vector<bytes>& packets);
 
 // Cut into logical frames of `size` bytes; the last is filled with padding packets.

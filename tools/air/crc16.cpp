@@ -24,8 +24,7 @@ constexpr crc_tables make_tables() {
     for (std::size_t row = 1; row < kStep; ++row)
         for (std::size_t byte = 0; byte < 256; ++byte) {
             const std::uint32_t before = tables[row - 1][byte];
-            tables[row][byte] =
-                static_cast<std::uint16_t>((before << 8 & 0xFFFF) ^ tables[0][before >> 8]);
+            tables[row][byte] = static_cast<std::uint16_t>((before << 8 & 0xFFFF) ^ tables[0][before >> 8]);
         }
     return tables;
 }
@@ -33,7 +32,8 @@ constexpr crc_tables make_tables() {
 constexpr crc_tables kTables = make_tables();
 
 std::uint32_t one_step(std::uint32_t value, const std::uint8_t* at) {
-    std::uint32_t next = kTables[kStep - 1][at[0] ^ (value >> 8)] ^ kTables[kStep - 2][at[1] ^ (value & 0xFF)];
+    std::uint32_t next =
+        kTables[kStep - 1][at[0] ^ (value >> 8)] ^ kTables[kStep - 2][at[1] ^ (value & 0xFF)];
     for (std::size_t i = 2; i < kStep; ++i)
         next ^= kTables[kStep - 1 - i][at[i]];
     return next;

@@ -29,7 +29,9 @@ std::size_t place(std::size_t row, std::size_t column, std::size_t rows, std::si
 
 }  // namespace
 
-void fec_table::free_code::operator()(void* code) const { free_rs_char(code); }
+void fec_table::free_code::operator()(void* code) const {
+    free_rs_char(code);
+}
 
 fec_table::fec_table()
     : code_(init_rs_char(kSymbolBits, kFieldPolynomial, kFirstRoot, kRootStep, kRoots, kShortenedBy)) {
@@ -76,8 +78,8 @@ fec_table::erased_columns fec_table::erased(std::size_t of_row,
     return all;
 }
 
-// libfec counts columns from the first that is sent. It may "correct" columns in front of that, which were cut
-// off and are zero by definition: such a row is not a codeword of ours.
+// libfec counts columns from the first that is sent. It may "correct" columns in front of that, which were
+// cut off and are zero by definition: such a row is not a codeword of ours.
 bool fec_table::correct(row& columns, const erased_columns& erasures) {
     if (erasures.too_many) return false;
     std::array<int, kParityColumns> places = erasures.columns;

@@ -18,7 +18,8 @@ packet read_packet(byte_view whole) {
     read.address = static_cast<std::uint16_t>(header >> 8 & 0x3FF);
     read.command = (header >> 7 & 1) != 0;
     const std::size_t useful = header & 0x7F;
-    read.well_formed = whole.size() >= kPacketHeader + kPacketCrc && useful <= whole.size() - kPacketHeader - kPacketCrc;
+    read.well_formed =
+        whole.size() >= kPacketHeader + kPacketCrc && useful <= whole.size() - kPacketHeader - kPacketCrc;
     if (read.well_formed) read.useful = whole.part(kPacketHeader, useful);
     return read;
 }

@@ -28,7 +28,9 @@ struct packet {
 };
 
 // Cells of the packet that begins with this byte: 1..4.
-inline std::size_t cells_of_packet(std::uint8_t first_byte) { return (first_byte >> 6) + std::size_t{1}; }
+inline std::size_t cells_of_packet(std::uint8_t first_byte) {
+    return (first_byte >> 6) + std::size_t{1};
+}
 
 // `whole` is a packet of kCell * cells_of_packet() bytes whose CRC is right.
 packet read_packet(byte_view whole);

@@ -39,7 +39,9 @@ struct packet_counts {
     std::uint64_t repaired_bytes = 0;
 
     std::uint64_t of(packet_drop cause) const { return dropped[static_cast<std::size_t>(cause)]; }
-    void add(packet_drop cause, std::uint64_t count = 1) { dropped[static_cast<std::size_t>(cause)] += count; }
+    void add(packet_drop cause, std::uint64_t count = 1) {
+        dropped[static_cast<std::size_t>(cause)] += count;
+    }
 };
 
 // Of one packet address.

@@ -232,7 +232,8 @@ byte_view packet_decoder::cells(std::uint64_t first, std::size_t count) const {
     return byte_view(bytes_).part(static_cast<std::size_t>(first - base_) * kCell, count * kCell);
 }
 
-// A gap that no FEC frame reaches across. Cells are counted on, so that the next set is expected in its place.
+// A gap that no FEC frame reaches across. Cells are counted on, so that the next set is expected in its
+// place.
 void packet_decoder::skip(std::size_t size) {
     const std::size_t part = bytes_.size() - static_cast<std::size_t>(end_ - base_) * kCell;
     held_ = false;

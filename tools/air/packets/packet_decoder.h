@@ -5,8 +5,8 @@
 // legal: a cell at which no packet with a right CRC begins is dropped, and reading goes on at the next cell.
 //
 // Without FEC every packet is read as soon as its bytes are there. With FEC it is the same until a packet is
-// damaged or missing: from there on packets wait for the end of their FEC frame (103 cells), are corrected and
-// read again, so that every packet is read once and in order. Where FEC is signalled but not sent, damage
+// damaged or missing: from there on packets wait for the end of their FEC frame (103 cells), are corrected
+// and read again, so that every packet is read once and in order. Where FEC is signalled but not sent, damage
 // holds packets back for the length of one FEC frame.
 //
 // Memory: about 25 KiB, and the data groups being collected (packet_limits::groups).

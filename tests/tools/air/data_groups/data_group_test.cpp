@@ -9,7 +9,9 @@ namespace {
 namespace kit = carousel_kit;
 using namespace dabspi::air;
 
-kit::bytes copied(byte_view of) { return {of.begin(), of.end()}; }
+kit::bytes copied(byte_view of) {
+    return {of.begin(), of.end()};
+}
 
 kit::group_fields all_fields() {
     kit::group_fields fields;
@@ -60,7 +62,8 @@ TEST(DataGroup, DataFieldsOf8191BytesAreTheLongest) {
     data_group read;
     EXPECT_EQ(read_data_group(kit::data_group(all_fields(), kit::bytes(8191, 5)), read), group_fault::none);
     EXPECT_EQ(read.data.size(), 8191U);
-    EXPECT_EQ(read_data_group(kit::data_group(all_fields(), kit::bytes(8192, 5)), read), group_fault::too_long);
+    EXPECT_EQ(read_data_group(kit::data_group(all_fields(), kit::bytes(8192, 5)), read),
+              group_fault::too_long);
 }
 
 TEST(DataGroup, AnyDamagedByteGivesAWrongCrc) {

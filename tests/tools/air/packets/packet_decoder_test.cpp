@@ -249,7 +249,8 @@ TEST_F(PacketDecoder, CutAnywhereTheGroupsBeforeTheCutAreThere) {
         packet_decoder cut(cut_sink);
         cut.feed(part(stream, 0, size));
         cut.finish();
-        const auto whole = std::count_if(ends.begin(), ends.end(), [&](std::size_t end) { return end <= size; });
+        const auto whole =
+            std::count_if(ends.begin(), ends.end(), [&](std::size_t end) { return end <= size; });
         ASSERT_EQ(cut_sink.groups.size(), static_cast<std::size_t>(whole)) << size;
     }
 }
@@ -265,10 +266,12 @@ TEST_F(PacketDecoder, WhatComesOutOfADamagedStreamWasSent) {
             const unsigned address = 1 + static_cast<unsigned>(dice.below(3));
             kit::group_fields fields;
             fields.transport_id = i;
-            sent.emplace_back(address, kit::data_group(fields, pattern(static_cast<std::size_t>(dice.between(1, 400)), i)));
+            sent.emplace_back(
+                address, kit::data_group(fields, pattern(static_cast<std::size_t>(dice.between(1, 400)), i)));
             for (kit::bytes each : packets.packets(address, sent.back().second)) {
                 if (dice.one_in(40)) continue;
-                if (dice.one_in(40)) each[static_cast<std::size_t>(dice.below(static_cast<int>(each.size())))] ^= 4;
+                if (dice.one_in(40))
+                    each[static_cast<std::size_t>(dice.below(static_cast<int>(each.size())))] ^= 4;
                 if (dice.one_in(40)) each = kit::bytes(kCell * 4, 0);
                 decoder_of_seed.feed(each);
                 if (dice.one_in(60)) decoder_of_seed.feed(each);
