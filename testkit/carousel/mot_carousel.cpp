@@ -16,7 +16,7 @@ void append_u32(bytes& to, unsigned value) {
 
 bytes deflated(const bytes& of, int window) {
     z_stream stream{};
-    if (deflateInit2(&stream, 9, Z_DEFLATED, window, 8, Z_DEFAULT_STRATEGY) != Z_OK)
+    if (deflateInit2(&stream, 9, Z_DEFLATED, window, 4, Z_DEFAULT_STRATEGY) != Z_OK)
         throw std::runtime_error("zlib");
     bytes input = of;
     bytes output(deflateBound(&stream, static_cast<uLong>(of.size())) + 32);
@@ -33,9 +33,15 @@ bytes deflated(const bytes& of, int window) {
 
 }  // namespace
 
-bytes text(const std::string& of) { return {of.begin(), of.end()}; }
-bytes gzip(const bytes& of) { return deflated(of, 15 + 16); }
-bytes zlib_packed(const bytes& of) { return deflated(of, 15); }
+bytes text(const std::string& of) {
+    return {of.begin(), of.end()};
+}
+bytes gzip(const bytes& of) {
+    return deflated(of, 15 + 16);
+}
+bytes zlib_packed(const bytes& of) {
+    return deflated(of, 15);
+}
 
 bytes parameter(unsigned id, const bytes& value, bool long_form) {
     bytes all;

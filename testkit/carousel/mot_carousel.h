@@ -28,8 +28,8 @@ struct object {
     std::optional<std::string> name = "object";
     unsigned name_charset = 15;
     bytes body;
-    bytes more_parameters;               // behind the name
-    std::optional<unsigned> body_size;   // a false one
+    bytes more_parameters;              // behind the name
+    std::optional<unsigned> body_size;  // a false one
 };
 
 bytes header(const object& of);

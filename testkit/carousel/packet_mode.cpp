@@ -116,10 +116,10 @@ bytes padding_packet(unsigned cells) {
 }
 
 bytes fec_packet(unsigned counter, const bytes& parity22) {
-    bytes whole;
-    append_u16(whole, counter << 10 | 1022);
-    append(whole, parity22);
-    whole.resize(kCellSize);
+    bytes whole(kCellSize);
+    whole[0] = static_cast<std::uint8_t>(counter << 2 | 1022 >> 8);
+    whole[1] = 1022 & 0xFF;
+    std::copy_n(parity22.begin(), std::min(parity22.size(), kCellSize - 2), whole.begin() + 2);
     return whole;
 }
 

@@ -1,11 +1,12 @@
 // The carousel of one packet address: from its data groups to MOT objects (EN 301 234), in header mode and in
 // directory mode.
 //
-// Owned by the caller, used on one thread; calls the sink from within take() and finish(). Any bytes are legal:
-// what cannot be used is dropped and counted by cause. Times are logical frames (24 ms), counted by the caller,
-// never less than before.
+// Owned by the caller, used on one thread; calls the sink from within take() and finish(). Any bytes are
+// legal: what cannot be used is dropped and counted by cause. Times are logical frames (24 ms), counted by
+// the caller, never less than before.
 //
-// - A complete directory replaces the one before; objects that it does not list are gone. One object's body stays
+// - A complete directory replaces the one before; objects that it does not list are gone. One object's body
+// stays
 //   as long as its header says nothing else.
 // - Bodies that come before their directory or header are kept, within a bound.
 // - After an hour without directory segments, bodies wait for the directory (7.2.7.7).
@@ -44,15 +45,16 @@ struct carousel_limits {
     std::size_t unlisted = std::size_t{4} << 20;   // bytes, of these: bodies that nothing lists
     std::size_t unpacked = std::size_t{8} << 20;   // bytes of one body
     std::size_t directory = std::size_t{1} << 20;  // bytes of one directory, unpacked
-    std::size_t objects = 8192;                    // at a time, while their headers take half of `memory` at most
-    std::size_t gone_objects = 1024;               // kept in the statistics
-    std::size_t directories = 64;                  // kept in the statistics
+    std::size_t objects = 8192;       // at a time, while their headers take half of `memory` at most
+    std::size_t gone_objects = 1024;  // kept in the statistics
+    std::size_t directories = 64;     // kept in the statistics
 };
 
 class carousel {
  public:
     // `sink` must outlive the carousel.
-    explicit carousel(object_sink& sink, delivery which = delivery::every, const carousel_limits& limits = {});
+    explicit carousel(object_sink& sink, delivery which = delivery::every,
+                      const carousel_limits& limits = {});
 
     // One MSC data group of the address.
     void take(byte_view group, std::uint64_t frame);
@@ -133,7 +135,8 @@ class carousel {
     std::deque<std::uint16_t> header_order_;  // header mode: objects by age, oldest first
     std::vector<std::uint16_t> waiting_;      // received, but not handed on: for a header or a directory
     std::size_t objects_memory_ = 0;
-    // By the hash of a name that of the version handed on last: another transport identifier alone is no news.
+    // By the hash of a name that of the version handed on last: another transport identifier alone is no
+    // news.
     std::unordered_map<std::uint64_t, std::uint64_t> handed_on_;
 
     std::deque<object_statistics> gone_;

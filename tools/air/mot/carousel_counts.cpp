@@ -6,7 +6,8 @@ const char* drop_text(carousel_drop cause) {
     switch (cause) {
         case carousel_drop::group_crc: return "data groups with a wrong CRC";
         case carousel_drop::group_ill_formed: return "ill-formed data groups";
-        case carousel_drop::group_without_segment: return "data groups without segment or transport identifier";
+        case carousel_drop::group_without_segment:
+            return "data groups without segment or transport identifier";
         case carousel_drop::group_of_other_type: return "data groups that are not MOT's";
         case carousel_drop::scrambled: return "data groups under conditional access";
         case carousel_drop::segment_size: return "segments that are shorter than they say";

@@ -10,12 +10,12 @@ namespace dabspi::air {
 enum class carousel_drop : std::uint8_t {
     // Data groups.
     group_crc,
-    group_ill_formed,        // too short, too long, a field that does not fit
-    group_without_segment,   // no segment number or no transport identifier
-    group_of_other_type,     // not one of MOT's
-    scrambled,               // under conditional access: groups of type 5, and bodies whose header says so
-    segment_size,            // shorter than its header says
-    header_beside_directory, // a header while there is a directory
+    group_ill_formed,         // too short, too long, a field that does not fit
+    group_without_segment,    // no segment number or no transport identifier
+    group_of_other_type,      // not one of MOT's
+    scrambled,                // under conditional access: groups of type 5, and bodies whose header says so
+    segment_size,             // shorter than its header says
+    header_beside_directory,  // a header while there is a directory
     // Entities: all segments that were held of them.
     other_version,        // a segment differs from the one held under its number
     misfitting_segments,  // a segment's size or number does not go with those held
@@ -29,13 +29,13 @@ enum class carousel_drop : std::uint8_t {
     objects_beyond_limit,  // listed, but more than are kept
     listed_twice,          // under a transport identifier that the directory has already
     // Objects, each time they were received whole.
-    body_size,            // not the header's
+    body_size,  // not the header's
     without_name,
     unknown_compression,
-    not_unpacked,         // damaged
+    not_unpacked,  // damaged
     too_large_unpacked,
-    unlisted,             // a body without directory entry or header; it is kept for a while
-    count                 // how many causes there are
+    unlisted,  // a body without directory entry or header; it is kept for a while
+    count      // how many causes there are
 };
 
 // In plain words: "data groups with a wrong CRC".
@@ -50,7 +50,9 @@ struct carousel_counts {
     std::array<std::uint64_t, static_cast<std::size_t>(carousel_drop::count)> dropped{};
 
     std::uint64_t of(carousel_drop cause) const { return dropped[static_cast<std::size_t>(cause)]; }
-    void add(carousel_drop cause, std::uint64_t count = 1) { dropped[static_cast<std::size_t>(cause)] += count; }
+    void add(carousel_drop cause, std::uint64_t count = 1) {
+        dropped[static_cast<std::size_t>(cause)] += count;
+    }
 };
 
 }  // namespace dabspi::air

@@ -16,7 +16,9 @@ constexpr std::size_t kParameterBytesKept = 64;
 
 }  // namespace
 
-bool carousel::has_directory_aged() const { return frame_ - directory_segment_ > kDirectoryAges; }
+bool carousel::has_directory_aged() const {
+    return frame_ - directory_segment_ > kDirectoryAges;
+}
 
 void carousel::received_directory(entity_type type, std::uint16_t transport_id, mot_entity& entity) {
     const std::uint32_t version = entity.segments.version() + 1;

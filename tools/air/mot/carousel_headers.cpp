@@ -1,4 +1,5 @@
-// Header mode (EN 301 234, 7.1): each object has a header of its own, under the transport identifier of its body.
+// Header mode (EN 301 234, 7.1): each object has a header of its own, under the transport identifier of its
+// body.
 #include <utility>
 
 #include "tools/air/mot/carousel.h"

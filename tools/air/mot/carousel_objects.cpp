@@ -83,7 +83,8 @@ void carousel::set_header(listed_object& object, object_header header, byte_view
 
 void carousel::count_memory(listed_object& object) {
     objects_memory_ -= object.memory;
-    object.memory = sizeof object + kMemoryOfNode + (object.unpacked != nullptr ? object.unpacked->capacity() : 0) +
+    object.memory = sizeof object + kMemoryOfNode +
+                    (object.unpacked != nullptr ? object.unpacked->capacity() : 0) +
                     kFormsOfHeader * std::max(object.header_bytes.size(), object.header.parameters.size());
     objects_memory_ += object.memory;
     entities_.set_other_memory(objects_memory_);
@@ -162,7 +163,8 @@ carousel_drop carousel::look_into(listed_object& object, const mot_entity& entit
             return cause;
         }
     }
-    if (!known) object.hash = version_hash(object.header, object.statistics.compressed ? *object.unpacked : body);
+    if (!known)
+        object.hash = version_hash(object.header, object.statistics.compressed ? *object.unpacked : body);
     object.looked_into = entity.content_id();
     return carousel_drop::count;
 }

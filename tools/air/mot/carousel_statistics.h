@@ -1,5 +1,5 @@
-// What is known of a carousel: of its objects, its directories and its cycle. Times are logical frames of 24 ms,
-// as the caller counts them.
+// What is known of a carousel: of its objects, its directories and its cycle. Times are logical frames of 24
+// ms, as the caller counts them.
 #pragma once
 
 #include <cstdint>
@@ -82,9 +82,9 @@ struct directory_version {
 struct carousel_statistics {
     carousel_mode mode = carousel_mode::unknown;
     carousel_counts counts;
-    std::vector<object_statistics> objects;  // those there are now, by transport identifier
-    std::vector<object_statistics> gone;     // the last of those there were, oldest first
-    std::uint64_t gone_count = 0;            // all of them
+    std::vector<object_statistics> objects;      // those there are now, by transport identifier
+    std::vector<object_statistics> gone;         // the last of those there were, oldest first
+    std::uint64_t gone_count = 0;                // all of them
     std::vector<directory_version> directories;  // the last ones, oldest first
     std::uint64_t directory_versions = 0;        // all of them
     receptions directory_times;                  // of any version
@@ -93,8 +93,8 @@ struct carousel_statistics {
     std::size_t unlisted_bodies = 0;             // held now
     std::size_t memory = 0;                      // bytes held now
 
-    // Frames in which every object comes round: the longest mean interval of all. Nothing as long as no object
-    // was received twice.
+    // Frames in which every object comes round: the longest mean interval of all. Nothing as long as no
+    // object was received twice.
     std::optional<double> cycle() const;
 };
 

@@ -1,5 +1,5 @@
-// Numbers that tell versions of objects apart. Equal for equal content; unequal content has the same number by
-// chance only (one in 2^64). Pure functions, any thread.
+// Numbers that tell versions of objects apart. Equal for equal content; unequal content has the same number
+// by chance only (one in 2^64). Pure functions, any thread.
 #pragma once
 
 #include <cstdint>

@@ -1,9 +1,9 @@
 // The entities of one carousel: headers, bodies and directories that are being collected or held, within a
 // bound of memory.
 //
-// Owned by a carousel, used on its thread. Where there is too much, the entity that was not sent for the longest
-// time goes: first of the unlisted bodies, which have a bound of their own, then of the others. All work is
-// constant per call, but for the entities that go.
+// Owned by a carousel, used on its thread. Where there is too much, the entity that was not sent for the
+// longest time goes: first of the unlisted bodies, which have a bound of their own, then of the others. All
+// work is constant per call, but for the entities that go.
 #pragma once
 
 #include <cstddef>

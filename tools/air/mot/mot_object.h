@@ -14,8 +14,9 @@ struct mot_object {
     // Unpacked. Never null, and the receiver's to keep.
     std::shared_ptr<const spi_object::bytes> body;
     bool was_compressed = false;
-    std::uint64_t frame = 0;  // the logical frame with its last segment, or with the header that came after it
-    bool is_new = false;      // another version than the one before; false: a repeat
+    std::uint64_t frame =
+        0;                // the logical frame with its last segment, or with the header that came after it
+    bool is_new = false;  // another version than the one before; false: a repeat
 };
 
 class object_sink {

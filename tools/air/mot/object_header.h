@@ -28,8 +28,8 @@ enum class header_parameter : std::uint8_t {
 constexpr std::uint8_t kGzip = 1;  // CompressionType
 
 struct object_header {
-    std::uint32_t body_size = 0;     // bytes, as sent
-    std::uint8_t content_type = 0;   // 0..63
+    std::uint32_t body_size = 0;        // bytes, as sent
+    std::uint8_t content_type = 0;      // 0..63
     std::uint16_t content_subtype = 0;  // 0..511
     // ContentName as UTF-8, whatever `name_charset` (0 EBU Latin, 4 ISO 8859-1, 15 UTF-8) it came in.
     std::optional<std::string> name;

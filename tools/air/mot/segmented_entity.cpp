@@ -78,8 +78,8 @@ bool segmented_entity::note(std::uint16_t number, slot& at) {
         ++in_reception_;
     }
     if (last_ < 0) return received;
-    // Where the order is that of the numbers, a round with gaps ends with the last; in any other order it has no
-    // end that could be seen, and the last one may come early.
+    // Where the order is that of the numbers, a round with gaps ends with the last; in any other order it has
+    // no end that could be seen, and the last one may come early.
     const bool in_order_with_gaps = number == last_ && ascending_ && in_round_ > segments() / 2;
     const bool end_of_round = in_round_ == segments() || in_order_with_gaps;
     waiting_ = in_reception_ == segments();

@@ -1,8 +1,8 @@
 // A MOT entity in segments (EN 301 234, 5.1): a header, a body or a directory that is sent again and again.
 //
 // Owned by an entity store, used on its thread. Order and repetition are free. A segment that was received
-// before is compared: where it differs, or does not fit those that are held, another version is being sent, and
-// the entity is started again with this segment, so that no two versions are mixed.
+// before is compared: where it differs, or does not fit those that are held, another version is being sent,
+// and the entity is started again with this segment, so that no two versions are mixed.
 //
 // A reception is complete when every segment was received since the reception before. What one round lost the
 // next one fills in; then the rest of that round is waited for, since it may show that it is another version.
@@ -39,7 +39,9 @@ class segmented_entity {
     // Of the entity as a whole, null before that; shared, since who was handed it may keep it.
     const std::shared_ptr<const bytes>& body() const { return body_; }
     std::size_t segments_held() const { return slots_.size(); }
-    std::size_t segments() const { return last_ < 0 ? 0 : static_cast<std::size_t>(last_) + 1; }  // 0: unknown
+    std::size_t segments() const {
+        return last_ < 0 ? 0 : static_cast<std::size_t>(last_) + 1;
+    }                                                           // 0: unknown
     std::size_t segment_size() const { return segment_size_; }  // of all but the last; 0: unknown
     std::uint32_t version() const { return version_; }          // grows with each restart
     std::size_t memory() const;                                 // bytes

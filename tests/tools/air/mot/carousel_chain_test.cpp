@@ -78,7 +78,7 @@ TEST_F(CarouselChain, WithAllPacketLengthsWithAndWithoutFec) {
 }
 
 TEST_F(CarouselChain, CutAtEveryByteWhatWasWholeIsThere) {
-    objects.resize(2);
+    objects = {object_of(20, "a", pattern(230, 1)), object_of(21, "b", pattern(120, 2))};
     for (const bool fec : {false, true}) {
         const kit::bytes all = stream(2, fec);
         std::size_t before = 0;

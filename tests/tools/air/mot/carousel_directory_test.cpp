@@ -130,7 +130,8 @@ TEST_F(CarouselDirectory, AnIllFormedOneLeavesTheCurrentOne) {
     packed[20] ^= 0x55;
     played.play(kit::segment_groups(kit::kCompressedGroup, 9, packed));
     played.play(kit::segment_groups(kit::kCompressedGroup, 9, packed));
-    played.play(kit::segment_groups(kit::kCompressedGroup, 10, kit::compressed_directory(kit::directory({b}), 3)));
+    played.play(
+        kit::segment_groups(kit::kCompressedGroup, 10, kit::compressed_directory(kit::directory({b}), 3)));
     play_body(a);
     EXPECT_EQ(played.sink.names(), names{"a"});
     EXPECT_EQ(played.dropped(carousel_drop::directory_ill_formed), 1U);

@@ -14,7 +14,8 @@ using air_test::played_carousel;
 
 TEST(HostileCarousel, AllSegmentNumbersOfOneBody) {
     played_carousel played;
-    played.play(kit::segment_groups(kit::kDirectoryGroup, 7, kit::directory({object_of(1, "x", kit::bytes(32768, 7))})));
+    played.play(kit::segment_groups(kit::kDirectoryGroup, 7,
+                                    kit::directory({object_of(1, "x", kit::bytes(32768, 7))})));
     for (unsigned n = 32768; n-- > 0;)
         played.play(kit::segment_group(kit::kBodyGroup, 1, n, n == 32767, {7}));
     ASSERT_EQ(played.sink.all.size(), 1U);
@@ -36,7 +37,8 @@ TEST(HostileCarousel, ABodyWithoutEndGoesWhenItIsTooLarge) {
     carousel_limits limits;
     limits.memory = 100'000;
     played_carousel played(delivery::every, limits);
-    played.play(kit::segment_groups(kit::kDirectoryGroup, 7, kit::directory({object_of(1, "x", kit::bytes(10, 7))})));
+    played.play(
+        kit::segment_groups(kit::kDirectoryGroup, 7, kit::directory({object_of(1, "x", kit::bytes(10, 7))})));
     const kit::bytes data = pattern(8000, 1);
     for (unsigned n = 0; n < 1000; ++n) {
         played.play(kit::segment_group(kit::kBodyGroup, 1, n, false, data));

@@ -17,7 +17,8 @@ using names = std::vector<std::string>;
 
 class Carousel : public ::testing::Test {
  protected:
-    const std::vector<kit::object> three = {object_of(11, "a", pattern(950, 1)), object_of(12, "b", pattern(1, 2)),
+    const std::vector<kit::object> three = {object_of(11, "a", pattern(950, 1)),
+                                            object_of(12, "b", pattern(1, 2)),
                                             object_of(13, "c", pattern(400, 3))};
 };
 

@@ -55,13 +55,12 @@ TEST(MotHeader, NamesBecomeUtf8) {
 TEST(MotHeader, ParametersInAnyLengthFormAreRead) {
     for (const bool long_form : {false, true}) {
         kit::object object;
-        object.more_parameters = joined({kit::parameter(0x0A, {7}, long_form),
-                                         kit::parameter(0x0D, {1, 2, 3, 4}, long_form),
-                                         kit::parameter(0x10, kit::text("image/png"), long_form),
-                                         kit::parameter(0x11, {1}, long_form),
-                                         kit::parameter(0x25, {0xB8, 0xA4, 0x05, 0xDE}, long_form),
-                                         kit::parameter(0x27, {0xE1, 0xC1, 0x85}, long_form),
-                                         kit::parameter(0x3F, kit::bytes(300, 9), long_form)});
+        object.more_parameters = joined(
+            {kit::parameter(0x0A, {7}, long_form), kit::parameter(0x0D, {1, 2, 3, 4}, long_form),
+             kit::parameter(0x10, kit::text("image/png"), long_form), kit::parameter(0x11, {1}, long_form),
+             kit::parameter(0x25, {0xB8, 0xA4, 0x05, 0xDE}, long_form),
+             kit::parameter(0x27, {0xE1, 0xC1, 0x85}, long_form),
+             kit::parameter(0x3F, kit::bytes(300, 9), long_form)});
         const object_header header = read_header(object);
         EXPECT_EQ(header.priority, 7);
         EXPECT_EQ(header.unique_body_version, 0x01020304U);

@@ -1,7 +1,9 @@
-// Recordings of multiplexes that nobody here made: from the sub-channel's bytes to the objects that must come out.
+// Recordings of multiplexes that nobody here made: from the sub-channel's bytes to the objects that must come
+// out.
 //
-// DABSPI_REAL names the folder that has them in its folder "air", with expected.json, which says what comes out.
-// The few lines that take sub-channels out of ETI frames are enough for whole files that begin with a frame.
+// DABSPI_REAL names the folder that has them in its folder "air", with expected.json, which says what comes
+// out. The few lines that take sub-channels out of ETI frames are enough for whole files that begin with a
+// frame.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -114,7 +116,8 @@ TEST_P(RealMultiplexes, GiveTheObjectsAndDirectoriesThatTheyAreKnownToHold) {
     unsigned before = frames.front()[4];
     for (const byte_view& frame : frames) {
         const byte_view bytes = sub_channel_of(frame, component.at("subch"));
-        for (unsigned count = (before + 1) % 250; chain.frame != 0 && count != frame[4]; count = (count + 1) % 250) {
+        for (unsigned count = (before + 1) % 250; chain.frame != 0 && count != frame[4];
+             count = (count + 1) % 250) {
             packets.missing(bytes.size());
             ++chain.frame;
         }
@@ -140,10 +143,10 @@ TEST_P(RealMultiplexes, GiveTheObjectsAndDirectoriesThatTheyAreKnownToHold) {
             dropped += statistics.counts.of(static_cast<carousel_drop>(cause));
     EXPECT_EQ(dropped, 0U);
     RecordProperty("packets", std::to_string(packets.counts().packets));
-    std::cout << GetParam() << ": " << packets.counts().packets << " packets, " << statistics.counts.groups << " data groups, "
-              << statistics.counts.objects << " objects received, " << chain.played.sink.all.size() << " handed on; "
-              << packets.counts().of(packet_drop::wrong_crc) << " cells with a wrong CRC, "
-              << packets.counts().of(packet_drop::missing_cell) << " missing, "
+    std::cout << GetParam() << ": " << packets.counts().packets << " packets, " << statistics.counts.groups
+              << " data groups, " << statistics.counts.objects << " objects received, "
+              << chain.played.sink.all.size() << " handed on; " << packets.counts().of(packet_drop::wrong_crc)
+              << " cells with a wrong CRC, " << packets.counts().of(packet_drop::missing_cell) << " missing, "
               << packets.counts().of(packet_drop::lost_packets) << " groups with lost packets; FEC sets "
               << packets.counts().fec_sets << ", used " << packets.counts().fec_sets_used << ", repaired "
               << packets.counts().fec_sets_repaired << "\n";
@@ -151,6 +154,9 @@ TEST_P(RealMultiplexes, GiveTheObjectsAndDirectoriesThatTheyAreKnownToHold) {
 
 INSTANTIATE_TEST_SUITE_P(Files, RealMultiplexes,
                          ::testing::Values("slovenia-r1-2017.eti", "nrk.streamed.eti", "heart.framed.eti"),
-                         [](const auto& of) { return std::string(of.param).substr(0, std::string(of.param).find_first_of("-.")); });
+                         [](const auto& of) {
+                             return std::string(of.param).substr(0,
+                                                                 std::string(of.param).find_first_of("-."));
+                         });
 
 }  // namespace

@@ -34,7 +34,8 @@ struct received_objects final : dabspi::air::object_sink {
     std::vector<received_object> all;
 };
 
-inline carousel_kit::object object_of(unsigned transport_id, const std::string& name, carousel_kit::bytes body) {
+inline carousel_kit::object object_of(unsigned transport_id, const std::string& name,
+                                      carousel_kit::bytes body) {
     carousel_kit::object made;
     made.transport_id = transport_id;
     made.name = name;

@@ -11,9 +11,9 @@
 namespace {
 
 namespace kit = carousel_kit;
-using dabspi::air::segmented_entity;
 using air_test::part;
 using air_test::pattern;
+using dabspi::air::segmented_entity;
 
 class SegmentedEntity : public ::testing::Test {
  protected:
@@ -21,13 +21,15 @@ class SegmentedEntity : public ::testing::Test {
     segmented_entity::taken take(const kit::bytes& body, unsigned number) {
         const std::size_t from = std::size_t{number} * 10;
         const std::size_t size = std::min<std::size_t>(10, body.size() - from);
-        return entity.take(static_cast<std::uint16_t>(number), from + size == body.size(), part(body, from, size));
+        return entity.take(static_cast<std::uint16_t>(number), from + size == body.size(),
+                           part(body, from, size));
     }
     // How often it was received in this round.
     int round(const kit::bytes& body, const std::vector<unsigned>& lost = {}) {
         int received = 0;
         for (unsigned i = 0; i * 10 < body.size(); ++i)
-            if (std::find(lost.begin(), lost.end(), i) == lost.end()) received += take(body, i).received ? 1 : 0;
+            if (std::find(lost.begin(), lost.end(), i) == lost.end())
+                received += take(body, i).received ? 1 : 0;
         return received;
     }
     const kit::bytes a = pattern(95, 1);
@@ -123,7 +125,7 @@ TEST_F(SegmentedEntity, OtherSizesAndNumbersStartItAgain) {
     take(a, 3);
     EXPECT_TRUE(entity.take(4, false, pattern(11, 1)).misfit);
     EXPECT_TRUE(entity.take(5, true, pattern(12, 1)).misfit);
-    EXPECT_TRUE(entity.take(4, true, pattern(5, 1)).misfit);   // the last was another
+    EXPECT_TRUE(entity.take(4, true, pattern(5, 1)).misfit);  // the last was another
     EXPECT_FALSE(entity.take(3, false, pattern(5, 1)).misfit);
     EXPECT_TRUE(entity.take(2, false, pattern(4, 1)).misfit);  // shorter than the last
     EXPECT_FALSE(entity.take(7, true, pattern(4, 1)).misfit);
@@ -131,7 +133,8 @@ TEST_F(SegmentedEntity, OtherSizesAndNumbersStartItAgain) {
     EXPECT_TRUE(entity.take(7, true, pattern(4, 1)).misfit);   // it was not
 }
 
-// Two versions that have their beginning in common: the hole that one leaves must not be filled from the other.
+// Two versions that have their beginning in common: the hole that one leaves must not be filled from the
+// other.
 TEST_F(SegmentedEntity, VersionsAreNotMixedWhereOneFillsTheOthersHole) {
     kit::bytes other = a;
     for (std::size_t i = 40; i < other.size(); ++i)
