@@ -1,5 +1,5 @@
-// From a sub-channel's bytes to MOT objects: how many times faster than the broadcast. Beside it the ceiling: the
-// CRC of every packet and every data group, which no reader can leave out.
+// From a sub-channel's bytes to MOT objects: how many times faster than the broadcast. Beside it the ceiling:
+// the CRC of every packet and every data group, which no reader can leave out.
 #include <benchmark/benchmark.h>
 
 #include "testkit/carousel/mot_carousel.h"

@@ -1,5 +1,5 @@
-// Data groups: one that is read gives the same bytes when it is built again. A first byte says whether the rest
-// gets a right CRC.
+// Data groups: one that is read gives the same bytes when it is built again. A first byte says whether the
+// rest gets a right CRC.
 #include <cstdint>
 
 #include "fuzz/fuzz_support.h"
@@ -25,7 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (read.extension) fields.extension = *read.extension;
     fields.end_address.assign(read.end_address.begin(), read.end_address.end());
     const bool access = (group[0] >> 4 & 1) != 0;
-    if (access && !read.transport_id && read.end_address.empty()) return 0;  // empty: the builder leaves it out
+    if (access && !read.transport_id && read.end_address.empty())
+        return 0;  // empty: the builder leaves it out
     carousel_kit::bytes again = data_group(fields, {read.data.begin(), read.data.end()});
     if (access) {  // reserved bits
         const std::size_t at = 2 + (read.extension ? 2U : 0U) + (read.has_segment ? 2U : 0U);

@@ -1,6 +1,6 @@
-// A carousel: the input is a row of data groups, made of a few bytes each (whose segment, which type, how long), or
-// whole entities. Memory stays within its bound, every byte on air is somebody's, and what is handed on has the
-// size that its header says.
+// A carousel: the input is a row of data groups, made of a few bytes each (whose segment, which type, how
+// long), or whole entities. Memory stays within its bound, every byte on air is somebody's, and what is
+// handed on has the size that its header says.
 #include <cstdint>
 #include <vector>
 
@@ -17,7 +17,8 @@ struct objects final : object_sink {
     void object(const mot_object& received) override {
         expect(received.body != nullptr && received.header.name.has_value(), "a body and a name");
         expect(!received.header.scrambled, "not scrambled");
-        expect(received.was_compressed || received.body->size() == received.header.body_size, "its header's size");
+        expect(received.was_compressed || received.body->size() == received.header.body_size,
+               "its header's size");
         expect(received.body->size() <= 20'000, "within the limit of what is unpacked");
         ++count;
         news += received.is_new ? 1 : 0;
@@ -110,7 +111,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const object_statistics& object : all.objects)
         bytes += object.bytes_on_air;
     expect(bytes <= all.counts.bytes, "no byte is counted twice");
-    expect(all.gone.size() <= 3 && all.directories.size() <= 3 && all.objects.size() <= 6, "statistics are bounded");
+    expect(all.gone.size() <= 3 && all.directories.size() <= 3 && all.objects.size() <= 6,
+           "statistics are bounded");
     expect((settings & 1) != 0 ? sink.count == sink.news && sink.news <= all.counts.objects
                                : sink.count == all.counts.objects,
            "what is received is handed on");

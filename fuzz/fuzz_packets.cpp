@@ -1,6 +1,6 @@
 // Packet mode: a first byte says whether there is FEC and whether packets get a right CRC, then come logical
-// frames, each behind a byte with its length, or with how much is missing. How bytes are cut into calls changes
-// nothing, no data group is longer than there can be, and every cell is counted once.
+// frames, each behind a byte with its length, or with how much is missing. How bytes are cut into calls
+// changes nothing, no data group is longer than there can be, and every cell is counted once.
 #include <cstdint>
 #include <vector>
 
@@ -60,8 +60,10 @@ bytes play(const std::vector<frame>& frames, packet_fec fec, std::size_t portion
     decoder.finish();
     const packet_counts& counts = decoder.counts();
     // At the end, of a set of FEC packets those that are not there are put in.
-    expect(counts.cells >= size / kCell && counts.cells <= size / kCell + kFecPackets, "each cell is counted once");
-    expect(counts.fec_sets_repaired <= counts.fec_sets_used && counts.fec_sets_used <= counts.fec_sets, "sets");
+    expect(counts.cells >= size / kCell && counts.cells <= size / kCell + kFecPackets,
+           "each cell is counted once");
+    expect(counts.fec_sets_repaired <= counts.fec_sets_used && counts.fec_sets_used <= counts.fec_sets,
+           "sets");
     return sink.all;
 }
 
