@@ -27,7 +27,7 @@ need_packages() {
     $as_root env DEBIAN_FRONTEND=noninteractive sh -c "$install" >&2
 }
 
-build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpugixml-dev libpng-dev libpcap-dev libfec-dev"
+build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpugixml-dev libpng-dev libpcap-dev libfec-dev zlib1g-dev"
 # Tests run the completion and format the manual; without bash and man they would be skipped.
 test_packages="libgtest-dev libgmock-dev bash man-db"
 bench_packages="libbenchmark-dev"
