@@ -21,8 +21,10 @@ int PiScheduleProgramme::parse(spi_parseable& programme, SpiTokenTable& tokens, 
             case tag::medium_name:
                 if (name.empty()) parse_name(child, tokens);
                 break;
-            case tag::location: parse_location(child, named); break;  // every one: what a later location codes wins
-            default: break;                                           // passed over when `child` closes
+            case tag::location:
+                parse_location(child, named);
+                break;       // every one: what a later location codes wins
+            default: break;  // passed over when `child` closes
         }
     }
     return 0;
