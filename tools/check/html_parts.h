@@ -11,6 +11,9 @@ namespace dabspi::check::html {
 
 extern const char* const kStyle;
 
+// A whole page around its body's content.
+std::string page_around(const std::string& title, const std::string& body);
+
 std::string findings_section(const check_report& of, const places& where);
 std::string schedules_section(const check_report& of, const places& where);
 std::string logos_section(const check_report& of, const places& where);

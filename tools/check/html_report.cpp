@@ -7,6 +7,24 @@ namespace dabspi::check {
 
 namespace html {
 
+namespace {
+
+// Nothing may be fetched and nothing run, whatever stands in the page.
+const char* const kPolicy =
+    "default-src 'none'; img-src data:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'";
+
+}  // namespace
+
+std::string page_around(const std::string& title, const std::string& body) {
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
+           std::string(kPolicy) +
+           "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
+           escaped(title) + "</title>\n<style>\n" + kStyle + "</style>\n</head>\n<body>\n" + body +
+           "</body>\n</html>\n";
+}
+
 std::optional<long> last_minute(const check_report& of) {
     if (of.past.clock.empty()) return std::nullopt;
     return of.past.clock.back().minute;
@@ -21,10 +39,6 @@ std::string service_markup(const check_report& of, const spi::ServElemId& servic
 }  // namespace html
 
 namespace {
-
-// Nothing may be fetched and nothing run, whatever stands in the page.
-const char* const kPolicy =
-    "default-src 'none'; img-src data:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'";
 
 struct section_link {
     const char* id;
@@ -46,8 +60,8 @@ std::string path_markup(const std::string& path) {
 
 std::string header(const check_report& of) {
     std::string text =
-        "<header>\n<h1>" + path_markup(of.input.calls.name) + "</h1>\n<p>" + html::escaped(span_text(of)) +
-        "; " + html::escaped(count_text(of.findings)) +
+        "<header>\n<h1>" + html::escaped(subject_text(of)) + "</h1>\n<p>" + path_markup(of.input.calls.name) +
+        ": " + html::escaped(span_text(of)) + "; " + html::escaped(count_text(of.findings)) +
         (of.left_out == 0 ? "" : ", " + std::to_string(of.left_out) + " of lower severity left out") +
         "</p>\n";
     for (const std::string& each : of.input.said)
@@ -62,17 +76,12 @@ std::string header(const check_report& of) {
 
 std::string html_report(const check_report& of) {
     const html::places where(of);
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
-           std::string(kPolicy) +
-           "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
-           html::escaped(of.input.calls.name) + ": dabspi check</title>\n<style>\n" + html::kStyle +
-           "</style>\n</head>\n<body>\n<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
-           "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
-           header(of) + "<main>\n" + html::findings_section(of, where) + html::schedules_section(of, where) +
-           html::logos_section(of, where) + html::timeline_section(of) + html::objects_section(of, where) +
-           "</main>\n</body>\n</html>\n";
+    return html::page_around(subject_text(of) + ": dabspi check",
+                             "<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
+                             "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
+                                 header(of) + "<main>\n" + html::findings_section(of, where) +
+                                 html::schedules_section(of, where) + html::logos_section(of, where) +
+                                 html::timeline_section(of) + html::objects_section(of, where) + "</main>\n");
 }
 
 }  // namespace dabspi::check

@@ -84,6 +84,9 @@ std::string json_report(const check_report& of) {
     const auto counts = count_by_severity(of.findings);
     ordered_json json;
     json["input"] = of.input.calls.name;
+    json["ensemble"] = ensemble_text(of);
+    json["date"] = of.past.clock.empty() ? ordered_json(nullptr)
+                                         : ordered_json(day_text(of.past.clock.back().minute / kDayMinutes));
     json["assumed"] = of.input.said;
     json["errors"] = counts[2];
     json["warnings"] = counts[1];

@@ -58,7 +58,8 @@ std::string one_kind(const check_report& of, std::size_t from, std::size_t to, c
     const std::size_t shown = how.all || count <= kSomePlaces + 1 ? count : kSomePlaces;
     for (std::size_t i = from; i < from + shown; ++i) {
         const finding& each = of.findings[i];
-        text += "    " + how.colours(ink::heading, place_text(of, each)) + "\n";
+        const std::string place = place_text(of, each);
+        if (!place.empty()) text += "    " + how.colours(ink::heading, place) + "\n";
         text +=
             "      " + each.text +
             (each.more == 0
