@@ -52,6 +52,8 @@ enum class finding_code {
     overlap,
     uncovered,
     no_tomorrow,
+    no_programmes_today,
+    schedule_ends,
     nothing_on,
     // logos
     logo_no_station,

@@ -196,11 +196,11 @@ command add_check_command(CLI::App& dabspi) {
         ->check(date_fault);
     app->add_option("--service", options->service,
                     "Of a folder: the service that is listened to, e.g. E1.C221.0")
-        ->option_text("SERVICE")
+        ->option_text("ECC.SID.SCIDS")
         ->check(service_fault);
     app->add_option("--ensemble", options->ensemble,
                     "Of a folder: the ensemble, e.g. 0xC185 or e1.c185; of a tree, that ensemble alone")
-        ->option_text("ENSEMBLE")
+        ->option_text("ECC.EID")
         ->check(ensemble_fault);
     app->add_option("--ends-within", options->ends_within,
                     "Warn when a schedule ends within so many hours (default 24)")
@@ -210,13 +210,14 @@ command add_check_command(CLI::App& dabspi) {
     app->footer(
         "Date, service and ensemble of a folder are guessed from its objects when they are not given, and "
         "said.\n"
-        "Exit status: 0 nothing was found; 1 something was, or output could not be written; 2 the input or\n"
-        "the command line cannot be used.\n"
+        "Exit status: 0 nothing of the severity was found; 1 something was; 2 the input or the command line\n"
+        "cannot be used; 3 output could not be written, or the library did not come to rest.\n"
         "\n"
         "Examples:\n"
         "  dabspi check day.jsonl                       what is wrong, and why\n"
         "  dabspi check --html day.html day.jsonl       the same as a page, with schedules and logos\n"
-        "  dabspi check --severity error dump/          for scripts: only what is lost or misread\n"
+        "  dabspi check --severity error --date today dump/\n"
+        "                                               every night: a carousel that is stale is an error\n"
         "  dabspi explain gap                           more of one kind of finding");
     return {app, [options] { return run_check(*options); }};
 }

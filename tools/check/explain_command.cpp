@@ -128,7 +128,7 @@ command add_explain_command(CLI::App& dabspi) {
     app->add_flag("--markdown", *as_page, "Print the whole catalogue as a table in Markdown")
         ->excludes(codes);
     app->footer(
-        "Exit status: 0 all codes are explained; 2 one is not known.\n"
+        "Exit status: 0 all codes are explained; 2 one is not known; 3 output could not be written.\n"
         "\n"
         "Examples:\n"
         "  dabspi explain                 the list\n"

@@ -66,7 +66,7 @@ std::vector<checked_input> read_inputs(const std::string& path, const folder_opt
     if (path != "-" && (std::filesystem::is_directory(path, error) || is_body(path)))
         return read_folders(path, options);
     checked_input in = input_of(read_recording(path));
-    if (options.clock || options.service || options.ensemble)
+    if (in.errors.empty() && (options.clock || options.service || options.ensemble))
         in.errors.push_back(printable(in.calls.name) +
                             ": it is a call recording and says date, service and ensemble itself; "
                             "--date, --service and --ensemble are for folders");

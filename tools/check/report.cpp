@@ -21,7 +21,9 @@ check_report check_input(checked_input input, const check_settings& settings, co
     report.past.cannot_tell = report.input.cannot_tell;
     report.disagreements = disagreements(report.past, report.heard);
     report.schedules = schedules_of(report.past);
-    for (finding& each : find_all(report.input.calls, report.past, report.heard, report.schedules)) {
+    const bool true_clock = report.input.clock == clock_source::true_clock;
+    for (finding& each : find_all(report.input.calls, report.past, report.heard, report.schedules,
+                                  true_clock ? std::optional(settings.ends_within) : std::nullopt)) {
         if (entry_of(each.code).how_bad >= settings.from) {
             report.findings.push_back(std::move(each));
         } else {

@@ -190,7 +190,7 @@ command add_encode_command(CLI::App& dabspi) {
         "XML can say. Everything else that cannot be coded is an error, with its line and column.\n"
         "Nothing is written before all documents have been found good.\n"
         "Exit status: 0 all objects were written; 2 a document or the command line cannot be used;\n"
-        "1 anything else.\n"
+        "3 anything else, such as output that cannot be written.\n"
         "\n"
         "Examples:\n"
         "  dabspi encode PI.xml                            makes w20260302dC221.EHB\n"

@@ -110,7 +110,7 @@ TEST(CheckCommand, SaysWhyAPageCannotBeWritten) {
     const temporary_directory directory;
     const std::string page = (directory.path() / "none" / "page.html").string();
     const finished_command done = check({"--html", page, sample(directory)});
-    EXPECT_EQ(done.status, 1);
+    EXPECT_EQ(done.status, 3);
     EXPECT_EQ(done.err, "dabspi: cannot write " + page + ": No such file or directory\n");
 }
 
@@ -221,7 +221,7 @@ TEST(CheckCommand, SaysThatOutputCannotBeWritten) {
     command_input input{{"check", DABSPI_RECORDINGS "/day-on-air.jsonl"}};
     input.standard_output = "/dev/full";
     const finished_command done = run_dabspi(input);
-    EXPECT_EQ(done.status, 1);
+    EXPECT_EQ(done.status, 3);
     EXPECT_EQ(done.err, "dabspi: cannot write to standard output: No space left on device\n");
 }
 
@@ -286,7 +286,7 @@ TEST(ExplainCommand, SaysThatOutputCannotBeWritten) {
     command_input input{{"explain"}};
     input.standard_output = "/dev/full";
     const finished_command done = run_dabspi(input);
-    EXPECT_EQ(done.status, 1);
+    EXPECT_EQ(done.status, 3);
     EXPECT_EQ(done.err, "dabspi: cannot write to standard output: No space left on device\n");
 }
 

@@ -66,7 +66,7 @@ TEST(CommandLine, UsageErrorsEndWithTwoAndPrintNothing) {
 TEST(CommandLine, HelpThatCannotBePrintedIsAFailure) {
     command_input input{{"--help"}};
     input.standard_output = "/dev/full";
-    EXPECT_EQ(run_dabspi(input).status, 1);
+    EXPECT_EQ(run_dabspi(input).status, 3);
 }
 
 }  // namespace

@@ -174,7 +174,7 @@ TEST_F(InspectCommand, AFullDiskIsAFailureAndAClosedPipeIsQuiet) {
     command_input input{{"inspect", good_}};
     input.standard_output = "/dev/full";
     const finished_command full = run_dabspi(input);
-    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.status, 3);
     EXPECT_THAT(full.err, HasSubstr("cannot write to standard output: No space left on device"));
     command_input closing{{"inspect", DABSPI_RECORDINGS "/day-on-air.jsonl"}};
     closing.close_after_first_output = true;
