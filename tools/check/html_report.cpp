@@ -44,7 +44,8 @@ struct section_link {
     const char* id;
     const char* title;
 };
-constexpr section_link kSections[] = {{"findings", "Findings"},
+constexpr section_link kSections[] = {{"overview", "Overview"},
+                                      {"findings", "Findings"},
                                       {"schedules", "Schedules"},
                                       {"logos", "Logos"},
                                       {"timeline", "What was told"},
@@ -64,8 +65,16 @@ std::string header(const check_report& of) {
         ": " + html::escaped(span_text(of)) + "; " + html::escaped(count_text(of.findings)) +
         (of.left_out == 0 ? "" : ", " + std::to_string(of.left_out) + " of lower severity left out") +
         "</p>\n";
-    for (const std::string& each : of.input.said)
-        text += "<p>" + html::escaped(each) + "</p>\n";
+    // What is stale shows before anything else.
+    for (const finding& each : of.findings)
+        if (each.code == finding_code::no_programmes_today && !each.service)
+            text += "<p class=\"banner\"><strong>Nothing for today:</strong> " + html::escaped(each.text) + "</p>\n";
+    if (!of.input.said.empty()) {
+        text += "<ul class=\"said\">\n";
+        for (const std::string& each : of.input.said)
+            text += "<li>" + html::escaped(each) + "</li>\n";
+        text += "</ul>\n";
+    }
     text += "<nav aria-label=\"Parts of this page\"><ul>\n";
     for (const section_link& each : kSections)
         text += "<li>" + html::link_to(each.id, each.title) + "</li>\n";
@@ -79,7 +88,7 @@ std::string html_report(const check_report& of) {
     return html::page_around(subject_text(of) + ": dabspi check",
                              "<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
                              "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
-                                 header(of) + "<main>\n" + html::findings_section(of, where) +
+                                 header(of) + "<main>\n" + html::overview_section(of) + html::findings_section(of, where) +
                                  html::schedules_section(of, where) + html::logos_section(of, where) +
                                  html::timeline_section(of) + html::objects_section(of, where) + "</main>\n");
 }
