@@ -5,6 +5,7 @@
 #include "tools/check/local_day.h"
 #include "tools/check/logo_text.h"
 #include "tools/check/overview.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 
@@ -112,11 +113,12 @@ ordered_json overview_json(const check_report& of) {
         for (std::size_t size = 1; size <= kLogoSizes; ++size) {
             const logo_cell& cell = each.logos.at(size % kLogoSizes);
             if (cell.announced == 0) continue;
-            service["logos"].push_back({{"size", size_text(static_cast<std::uint8_t>(size % kLogoSizes))},
-                                        {"announced", cell.announced},
-                                        {"sent", cell.sent},
-                                        {"written", cell.written},
-                                        {"bytes", cell.sent == 0 ? ordered_json(nullptr) : ordered_json(cell.bytes)}});
+            service["logos"].push_back(
+                {{"size", size_text(static_cast<std::uint8_t>(size % kLogoSizes))},
+                 {"announced", cell.announced},
+                 {"sent", cell.sent},
+                 {"written", cell.written},
+                 {"bytes", cell.sent == 0 ? ordered_json(nullptr) : ordered_json(cell.bytes)}});
         }
         service["days"] = ordered_json::array();
         for (const sent_day& day : each.days)
@@ -129,11 +131,12 @@ ordered_json overview_json(const check_report& of) {
     json["objects"] = ordered_json::array();
     for (const object_version& each : all.objects) {
         const sent_object& object = of.past.objects[each.object];
-        json["objects"].push_back({{"object", object.content_name},
-                                   {"kind", kind_name(object.tree.kind)},
-                                   {"bytes", object.body->size()},
-                                   {"version", each.version.empty() ? ordered_json(nullptr) : ordered_json(each.version)},
-                                   {"created", each.created.empty() ? ordered_json(nullptr) : ordered_json(each.created)}});
+        json["objects"].push_back(
+            {{"object", object.content_name},
+             {"kind", kind_name(object.tree.kind)},
+             {"bytes", object.body->size()},
+             {"version", each.version.empty() ? ordered_json(nullptr) : ordered_json(each.version)},
+             {"created", each.created.empty() ? ordered_json(nullptr) : ordered_json(each.created)}});
     }
     return json;
 }
@@ -160,7 +163,7 @@ std::string json_report(const check_report& of) {
         json["services"].push_back(to_json(of, each));
     json["logos"] = logos(of);
     json["overview"] = overview_json(of);
-    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return printable_json(json.dump(-1, ' ', false, ordered_json::error_handler_t::replace)) + "\n";
 }
 
 }  // namespace dabspi::check
