@@ -239,7 +239,8 @@ def screenshots(name, page):
 
 def element(tag, content):
     size = len(content)
-    length = bytes([size]) if size < 254 else b"\xfe" + size.to_bytes(2, "big")
+    length = (bytes([size]) if size < 254 else b"\xfe" + size.to_bytes(2, "big") if size < 65536 else
+              b"\xff" + size.to_bytes(3, "big"))
     return bytes([tag]) + length + content
 
 
@@ -247,14 +248,14 @@ def hostile_recording():
     """A schedule, services and names that would like to be markup."""
     titles = ["<script>parent.owned=window.owned=1;document.title='owned'</script>", "\"><img src=x onerror=owned=1>",
               "</style></title></bdi><h1>big</h1>", "' onmouseover='owned=1", "<!-- ", "]]>&lt;&#60;", "\u202eevil\u2066",
-              "a" * 500, "\x1b[31m", "https://example.invalid/<a href=https://example.invalid/>x</a>"]
+              "a" * 500, "e" + "\u0301\u0489" * 400, "\x1b[31m", "https://example.invalid/<a href=https://example.invalid/>x</a>"]
     day = 61109  # 2026-03-10
     programmes = b""
     for i, title in enumerate(titles):
         minute = 60 * i
-        time = (day << 14 | (minute // 60) << 6).to_bytes(4, "big")
+        coded = (day << 14 | (minute // 60) << 6).to_bytes(4, "big")
         programmes += element(0x1C, element(0x11, element(0x01, title.encode())) +
-                              element(0x19, element(0x2C, element(0x80, time) + element(0x81, (3600).to_bytes(2, "big")))))
+                              element(0x19, element(0x2C, element(0x80, coded) + element(0x81, (3600).to_bytes(2, "big")))))
     identifier = bytes.fromhex("40E010C11A01")
     scope = element(0x24, element(0x25, element(0x80, identifier)))
     schedule = element(0x02, element(0x21, scope + programmes))

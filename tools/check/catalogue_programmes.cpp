@@ -126,14 +126,17 @@ const std::vector<catalogue_entry>& schedule_entries() {
          "What is sent holds no programme for the day of the receiver's clock; a service shows nothing, "
          "whatever else its schedule says.",
          "Look whether the carousel is still fed: what it holds is old, or dated wrongly.",
-         "Looked at is the last day of a call recording's clock, or the day that --date gives; where the date "
-         "of a folder is guessed nothing can be stale. It is said of each service that has programmes for other "
+         "Looked at is the last day of a call recording's clock, or the day that --date gives; where the "
+         "date "
+         "of a folder is guessed nothing can be stale. It is said of each service that has programmes for "
+         "other "
          "days only, and once of all when none has programmes for this day."},
         {finding_code::schedule_ends, "schedule-ends", severity::warning, "a schedule that ends soon",
          "The last programme that is sent for the service ends within a day (or within --ends-within HOURS), "
          "and then the receiver has nothing more to show.",
          "Send the following days in time.",
-         "Counted is from the end of a call recording's clock, or from the date and time that --date gives, to "
+         "Counted is from the end of a call recording's clock, or from the date and time that --date gives, "
+         "to "
          "the end of the last programme of the service, on whatever day. A carousel that is not fed any more "
          "shows here first."},
         {finding_code::nothing_on, "nothing-on", severity::warning,

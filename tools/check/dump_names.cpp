@@ -44,7 +44,8 @@ std::string safe(std::string_view text) {
 
 std::string_view last_component(std::string_view path) {
     // A slash at the end is no component.
-    while (!path.empty() && path.back() == '/') path.remove_suffix(1);
+    while (!path.empty() && path.back() == '/')
+        path.remove_suffix(1);
     const std::size_t slash = path.rfind('/');
     return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
@@ -128,16 +129,19 @@ std::vector<path_key> keys_of_path(const std::string& path, const naming_rule& r
         };
         add(0);
         if (!rule.prefix) continue;
-        for (const std::size_t each : beginnings(file)) add(each);
+        for (const std::size_t each : beginnings(file))
+            add(each);
     }
     return keys;
 }
 
 class matcher {
  public:
-    matcher(const std::vector<announced_name>& announced, const naming_rule& rule) : announced_(announced), rule_(rule) {
+    matcher(const std::vector<announced_name>& announced, const naming_rule& rule)
+        : announced_(announced), rule_(rule) {
         for (std::size_t i = 0; i < announced.size(); ++i)
-            for (const std::string& key : keys_of_name(announced[i].name, rule.how)) by_key_[key].push_back(i);
+            for (const std::string& key : keys_of_name(announced[i].name, rule.how))
+                by_key_[key].push_back(i);
     }
 
     void match(const std::vector<saved_image>& images) {
@@ -182,7 +186,8 @@ class matcher {
 };
 
 std::string rule_text(const naming_rule& rule, std::size_t matched, std::size_t of) {
-    std::string text = std::to_string(matched) + " of " + std::to_string(of) + " images bear announced names when ";
+    std::string text =
+        std::to_string(matched) + " of " + std::to_string(of) + " images bear announced names when ";
     switch (rule.how) {
         case saving::as_it_is: break;
         case saving::replaced: text += "/ : * ? \" < > | \\ are saved as _"; break;
@@ -190,15 +195,17 @@ std::string rule_text(const naming_rule& rule, std::size_t matched, std::size_t 
         case saving::last_component: text += "only what follows the last slash is saved"; break;
     }
     if (rule.prefix) text += ", behind a prefix of time or transport identifier";
-    return text + (rule.how == saving::last_component
-                       ? ""
-                       : "; these names differ from the announced ones only in characters that file names cannot have") +
+    return text +
+           (rule.how == saving::last_component ? ""
+                                               : "; these names differ from the announced ones only in "
+                                                 "characters that file names cannot have") +
            (rule.how != saving::last_component && rule.prefix ? ", and in the prefix" : "");
 }
 
 }  // namespace
 
-matched_names match_names(const std::vector<saved_image>& images, const std::vector<announced_name>& announced) {
+matched_names match_names(const std::vector<saved_image>& images,
+                          const std::vector<announced_name>& announced) {
     // An image that is announced several times is one name.
     std::vector<announced_name> names;
     std::set<std::string> known;
@@ -218,16 +225,18 @@ matched_names match_names(const std::vector<saved_image>& images, const std::vec
     matched_names result;
     result.names = best->names;
     if (rule->prefix)
-        result.prefix_words = std::max_element(best->by_prefix_words.begin(), best->by_prefix_words.end(),
-                                               [](const auto& a, const auto& b) { return a.second < b.second; })
-                                  ->first;
+        result.prefix_words =
+            std::max_element(best->by_prefix_words.begin(), best->by_prefix_words.end(),
+                             [](const auto& a, const auto& b) { return a.second < b.second; })
+                ->first;
     if (rule->how == saving::as_it_is) return result;
     result.said = rule_text(*rule, best->count, images.size());
     result.cannot_tell = best->cannot_tell;
     if (!result.cannot_tell.empty())
-        result.said += "; " + std::to_string(result.cannot_tell.size()) +
-                       " announced names give the same file name as another one: whether their images were sent, such a "
-                       "dump cannot tell";
+        result.said +=
+            "; " + std::to_string(result.cannot_tell.size()) +
+            " announced names give the same file name as another one: whether their images were sent, such a "
+            "dump cannot tell";
     return result;
 }
 

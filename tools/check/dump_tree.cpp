@@ -24,14 +24,15 @@ struct spoken_of {
     std::set<std::uint32_t> services;
 
     void add(const spi_object::object& tree) {
-        spi_object::visit(tree, [this](const spi_object::node& each, const std::vector<const spi_object::node*>&) {
-            if (const auto* id = std::get_if<spi_object::content_id>(&each.decoded)) {
-                if (id->ensemble_coded) ensembles.insert(id->eid);
-                services.insert(id->sid);
-            } else if (const auto* ensemble = std::get_if<spi_object::ensemble_id>(&each.decoded)) {
-                ensembles.insert(ensemble->eid);
-            }
-        });
+        spi_object::visit(
+            tree, [this](const spi_object::node& each, const std::vector<const spi_object::node*>&) {
+                if (const auto* id = std::get_if<spi_object::content_id>(&each.decoded)) {
+                    if (id->ensemble_coded) ensembles.insert(id->eid);
+                    services.insert(id->sid);
+                } else if (const auto* ensemble = std::get_if<spi_object::ensemble_id>(&each.decoded)) {
+                    ensembles.insert(ensemble->eid);
+                }
+            });
     }
 };
 
@@ -50,13 +51,14 @@ std::vector<std::string> words_of(const std::string& name) {
     return words;
 }
 
-// A name like "face" or "2019" counts only where objects name that ensemble, too; or where `likely` and they do not
-// say: the folder itself is looked at, not one above it. `certain`: its neighbours are ensembles.
+// A name like "face" or "2019" counts only where objects name that ensemble, too; or where `likely` and they
+// do not say: the folder itself is looked at, not one above it. `certain`: its neighbours are ensembles.
 struct name_trust {
     bool likely = false;
     bool certain = false;
 };
-std::optional<std::uint16_t> ensemble_in(const std::string& name, const spoken_of& objects, name_trust trust) {
+std::optional<std::uint16_t> ensemble_in(const std::string& name, const spoken_of& objects,
+                                         name_trust trust) {
     for (const std::string& word : words_of(name)) {
         const auto id = dab_identifier::of_ensemble(word);
         if (!id) continue;
@@ -112,8 +114,10 @@ class splitter {
                 std::move(of.begin(), of.end(), std::back_inserter(here));
             return whole(std::move(here), depth, objects, {}, {});
         }
-        const bool named = std::any_of(below.begin(), below.end(), [](const auto& each) { return is_named(each.first, each.second); });
-        for (auto& [child, of] : below) split(std::move(of), depth + 1, named);
+        const bool named = std::any_of(below.begin(), below.end(),
+                                       [](const auto& each) { return is_named(each.first, each.second); });
+        for (auto& [child, of] : below)
+            split(std::move(of), depth + 1, named);
     }
 
     std::vector<dumped_ensemble> found;
@@ -121,7 +125,8 @@ class splitter {
  private:
     fs::path folder_of(const file_list& files, std::size_t depth) const {
         fs::path folder = root_;
-        for (std::size_t i = 0; i < depth; ++i) folder /= files.front().folders[i];
+        for (std::size_t i = 0; i < depth; ++i)
+            folder /= files.front().folders[i];
         return folder;
     }
 
@@ -143,17 +148,18 @@ class splitter {
                 if (each.is_image()) continue;
                 if (const auto home = spi_object::home_ensemble(each.tree)) ++homes[*home];
             }
-            const bool any = std::any_of(files.begin(), files.end(), [](const dumped_file& f) { return !f.is_image(); });
+            const bool any =
+                std::any_of(files.begin(), files.end(), [](const dumped_file& f) { return !f.is_image(); });
             with_objects += any ? 1 : 0;
-            const auto most = std::max_element(homes.begin(), homes.end(),
-                                               [](const auto& a, const auto& b) { return a.second < b.second; });
+            const auto most = std::max_element(
+                homes.begin(), homes.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
             if (most != homes.end()) different.insert(most->first);
         }
         return different.size() > 1 || (below.size() == 1 && with_objects == 1);
     }
 
-    void whole(file_list files, std::size_t depth, const spoken_of& objects, std::optional<std::uint16_t> named,
-               const std::string& by) {
+    void whole(file_list files, std::size_t depth, const spoken_of& objects,
+               std::optional<std::uint16_t> named, const std::string& by) {
         dumped_ensemble one;
         one.depth = depth;
         one.folder = depth == 0 ? root_ : folder_of(files, depth).string();
@@ -199,7 +205,8 @@ class splitter {
                                              : service_in(own.filename().string(), objects)});
         }
         for (dumped_file& each : files) {
-            const auto at = each.folders.size() > one.depth ? by_folder.find(each.folders[one.depth]) : by_folder.end();
+            const auto at =
+                each.folders.size() > one.depth ? by_folder.find(each.folders[one.depth]) : by_folder.end();
             if (at != by_folder.end()) each.carousel = at->second;
         }
     }

@@ -1,6 +1,6 @@
-// A dump as receivers lay it out on disk: one carousel's objects in a folder, or a tree with a folder for each
-// ensemble and below it one for each service or carousel. Which it is shows from the names of the folders and
-// from what the objects say themselves.
+// A dump as receivers lay it out on disk: one carousel's objects in a folder, or a tree with a folder for
+// each ensemble and below it one for each service or carousel. Which it is shows from the names of the
+// folders and from what the objects say themselves.
 #pragma once
 
 #include <cstdint>
@@ -24,8 +24,8 @@ struct dumped_file {
 };
 
 struct dumped_carousel {
-    std::string folder;                            // "" for the ensemble's own
-    std::optional<std::uint32_t> service;          // that the folder's name says, with 16 or 32 bits
+    std::string folder;                    // "" for the ensemble's own
+    std::optional<std::uint32_t> service;  // that the folder's name says, with 16 or 32 bits
 };
 
 struct dumped_ensemble {

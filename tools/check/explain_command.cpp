@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -13,6 +12,7 @@
 #include "tools/terminal/complain.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/wrapped_text.h"
+#include "tools/text/nearest.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -50,32 +50,13 @@ std::string markdown() {
     return text;
 }
 
-// Edits (insert, remove, replace a letter) from one word to another.
-std::size_t distance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j < row.size(); ++j)
-        row[j] = j;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t corner = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = corner + (a[i] == b[j] ? 0 : 1);
-            corner = row[j + 1];
-            row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, replaced});
-        }
-    }
-    return row.back();
-}
-
 std::string unknown(const std::string& name) {
-    const auto nearest = std::min_element(catalogue().begin(), catalogue().end(),
-                                          [&](const catalogue_entry& a, const catalogue_entry& b) {
-                                              return distance(name, a.name) < distance(name, b.name);
-                                          });
-    const bool near = name.size() < 64 && distance(name, nearest->name) <= 3;
+    std::vector<std::string> names;
+    for (const catalogue_entry& each : catalogue())
+        names.emplace_back(each.name);
+    const std::string meant = did_you_mean(name, names);
     return "there is no finding " + in_quotes(name) +
-           (near ? std::string("; did you mean ") + nearest->name + "?"
-                 : "; \"dabspi explain\" lists them all");
+           (meant.empty() ? "; \"dabspi explain\" lists them all" : meant);
 }
 
 // "malformed,gap": the completion offers them.

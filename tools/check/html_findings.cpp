@@ -7,7 +7,7 @@ namespace dabspi::check::html {
 
 namespace {
 
-constexpr std::size_t kFewPlaces = 12;  // so many are shown at once
+constexpr std::size_t kFewPlaces = 12;    // so many are shown at once
 constexpr std::size_t kSomePlaces = 100;  // and so many more at a time
 
 std::string one_place(const check_report& of, const places& where, std::size_t index) {
@@ -33,11 +33,13 @@ std::string places_from(const check_report& of, const places& where, std::size_t
 std::string one_kind(const check_report& of, const places& where, std::size_t from, std::size_t to) {
     const catalogue_entry& entry = entry_of(of.findings[from].code);
     const std::string how_bad = severity_name(entry.how_bad);
-    std::string text = "<details class=\"kind " + how_bad + "\"" + (entry.how_bad == severity::note && to - from > kFewPlaces ? "" : " open") +
+    std::string text = "<details class=\"kind " + how_bad + "\"" +
+                       (entry.how_bad == severity::note && to - from > kFewPlaces ? "" : " open") +
                        ">\n<summary><span class=\"badge " + how_bad + "\">" + how_bad + "</span> <code>" +
                        entry.name + "</code> " + escaped(entry.title) + " <span class=\"count\">" +
                        number_of(to - from, "place") + "</span></summary>\n<p>" + escaped(entry.why) +
-                       "</p>\n<p><strong>Cure:</strong> " + escaped(entry.cure) + "</p>\n" + places_from(of, where, from, std::min(to, from + kFewPlaces), from);
+                       "</p>\n<p><strong>Cure:</strong> " + escaped(entry.cure) + "</p>\n" +
+                       places_from(of, where, from, std::min(to, from + kFewPlaces), from);
     for (std::size_t i = from + kFewPlaces; i < to; i += kSomePlaces) {
         const std::size_t end = std::min(to, i + kSomePlaces);
         text += "<details>\n<summary>" + std::to_string(i - from + 1) + " to " + std::to_string(end - from) +

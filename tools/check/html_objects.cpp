@@ -22,7 +22,8 @@ constexpr std::size_t kSomeObjects = 100;  // in one table
 std::string file_of(const check_report& of, const sent_object& object) {
     const std::string file = std::filesystem::path(of.input.place(object.lines.front())).filename().string();
     const std::size_t slash = object.content_name.rfind('/');
-    const bool same = file == printable(object.content_name.substr(slash == std::string::npos ? 0 : slash + 1));
+    const bool same =
+        file == printable(object.content_name.substr(slash == std::string::npos ? 0 : slash + 1));
     return same ? std::string() : escaped(file);
 }
 
@@ -33,8 +34,8 @@ std::string lines_of(const sent_object& object) {
     return text;
 }
 
-std::string table(const check_report& of, const places& where, const std::map<std::size_t, object_version>& versions,
-                  std::size_t from, std::size_t to) {
+std::string table(const check_report& of, const places& where,
+                  const std::map<std::size_t, object_version>& versions, std::size_t from, std::size_t to) {
     std::string text =
         "<div class=\"scroll\" tabindex=\"0\" role=\"group\" aria-label=\"Table of objects\"><table "
         "class=\"objects\">\n<thead><tr><th>Content name<th>Kind<th>Bytes<th>Version<th>Created<th>" +
@@ -46,9 +47,9 @@ std::string table(const check_report& of, const places& where, const std::map<st
         const object_version& coded = version == versions.end() ? none : version->second;
         text += "<tr id=\"" + id('o', i) + "\"><td>" + from_broadcast(object.content_name) + "<td>" +
                 escaped(kind_of(object)) + "<td class=\"number\">" + std::to_string(object.body->size()) +
-                "<td class=\"number\">" + escaped(coded.version) + "<td class=\"number\">" + escaped(coded.created) + "<td>" +
-                (of.input.folder ? file_of(of, object) : lines_of(object)) + "<td>" + where.links_at(of, id('o', i)) +
-                "</tr>\n";
+                "<td class=\"number\">" + escaped(coded.version) + "<td class=\"number\">" +
+                escaped(coded.created) + "<td>" + (of.input.folder ? file_of(of, object) : lines_of(object)) +
+                "<td>" + where.links_at(of, id('o', i)) + "</tr>\n";
     }
     return text + "</tbody>\n</table></div>\n";
 }
@@ -65,8 +66,9 @@ std::string objects_section(const check_report& of, const places& where) {
         const std::size_t to = std::min(count, from + kSomeObjects);
         const std::string rows = table(of, where, versions, from, to);
         text += from == 0 ? rows
-                          : "<details class=\"more\">\n<summary>Objects " + std::to_string(from + 1) + " to " +
-                                std::to_string(to) + " of " + std::to_string(count) + "</summary>\n" + rows + "</details>\n";
+                          : "<details class=\"more\">\n<summary>Objects " + std::to_string(from + 1) +
+                                " to " + std::to_string(to) + " of " + std::to_string(count) +
+                                "</summary>\n" + rows + "</details>\n";
     }
     return text + "</section>\n";
 }

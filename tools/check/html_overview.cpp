@@ -42,7 +42,10 @@ std::string logos(const check_report& of, const overview& all) {
         rows += row_head(of, service);
         for (std::size_t size = 1; size <= kLogoSizes; ++size) {
             const logo_cell& cell = service.logos.at(size % kLogoSizes);
-            const char* const kind = cell.announced == 0 ? "" : cell.written ? "written" : cell.sent != 0 ? "sent" : "missing";
+            const char* const kind = cell.announced == 0 ? ""
+                                     : cell.written      ? "written"
+                                     : cell.sent != 0    ? "sent"
+                                                         : "missing";
             rows += std::string("<td class=\"") + kind + "\">" + escaped(cell_text(cell));
         }
         rows += "</tr>\n";
@@ -61,37 +64,43 @@ std::string days(const check_report& of, const overview& all) {
     for (const service_overview& service : all.services) {
         count += service.days.empty() ? 0 : 1;
         for (const sent_day& day : service.days)
-            rows += row_head(of, service) + "<td class=\"number\">" + day_text(day.sum.day) + (day.kept ? "" : " <small>not kept</small>") +
-                    "<td class=\"number\">" + clock_text(day.sum.first) + " to " + last_text(day.sum) +
-                    "<td class=\"number\">" + std::to_string(day.sum.programmes) + "<td class=\"number\">" +
-                    std::to_string(day.gaps) + "<td class=\"number\">" + std::to_string(day.described) +
-                    "<td class=\"number\">" + std::to_string(day.with_genre) + "</tr>\n";
+            rows += row_head(of, service) + "<td class=\"number\">" + day_text(day.sum.day) +
+                    (day.kept ? "" : " <small>not kept</small>") + "<td class=\"number\">" +
+                    clock_text(day.sum.first) + " to " + last_text(day.sum) + "<td class=\"number\">" +
+                    std::to_string(day.sum.programmes) + "<td class=\"number\">" + std::to_string(day.gaps) +
+                    "<td class=\"number\">" + std::to_string(day.described) + "<td class=\"number\">" +
+                    std::to_string(day.with_genre) + "</tr>\n";
     }
     if (rows.empty()) return {};
-    return folded("Schedules of " + number_of(count, "service") + ", by day",
-                  scrolling("Table of days",
-                            "<thead><tr><th scope=\"col\">Service<th scope=\"col\">Day<th scope=\"col\">From, to<th "
-                            "scope=\"col\">Programmes<th scope=\"col\">Gaps<th scope=\"col\">Described<th "
-                            "scope=\"col\">With genre</tr></thead>\n<tbody>\n" +
-                                rows),
-                  count <= kFewRows);
+    return folded(
+        "Schedules of " + number_of(count, "service") + ", by day",
+        scrolling("Table of days",
+                  "<thead><tr><th scope=\"col\">Service<th scope=\"col\">Day<th scope=\"col\">From, to<th "
+                  "scope=\"col\">Programmes<th scope=\"col\">Gaps<th scope=\"col\">Described<th "
+                  "scope=\"col\">With genre</tr></thead>\n<tbody>\n" +
+                      rows),
+        count <= kFewRows);
 }
 
-std::string list(const check_report& of, const overview& all, const std::vector<std::size_t>& which, const char* title) {
+std::string list(const check_report& of, const overview& all, const std::vector<std::size_t>& which,
+                 const char* title) {
     if (which.empty()) return {};
     std::string text = "<ul class=\"names\">\n";
-    for (const std::size_t each : which) text += "<li>" + service_markup(of, all.services[each].service) + "</li>\n";
-    return folded(std::string(title) + ": " + std::to_string(which.size()), text + "</ul>\n", which.size() <= kFewRows);
+    for (const std::size_t each : which)
+        text += "<li>" + service_markup(of, all.services[each].service) + "</li>\n";
+    return folded(std::string(title) + ": " + std::to_string(which.size()), text + "</ul>\n",
+                  which.size() <= kFewRows);
 }
 
 }  // namespace
 
 std::string overview_section(const check_report& of) {
     const overview all = overview_of(of);
-    const std::string text = logos(of, all) + days(of, all) +
-                             list(of, all, all.without_schedule(), "Services without a schedule") +
-                             list(of, all, all.without_logo(), "Services without a logo") +
-                             list(of, all, all.not_announced(), "Schedules of services that no service information names");
+    const std::string text =
+        logos(of, all) + days(of, all) +
+        list(of, all, all.without_schedule(), "Services without a schedule") +
+        list(of, all, all.without_logo(), "Services without a logo") +
+        list(of, all, all.not_announced(), "Schedules of services that no service information names");
     return "<section id=\"overview\">\n<h2>Overview</h2>\n" +
            (text.empty() ? "<p>Neither services nor programmes were received.</p>\n" : text) + "</section>\n";
 }

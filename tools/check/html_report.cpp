@@ -44,12 +44,9 @@ struct section_link {
     const char* id;
     const char* title;
 };
-constexpr section_link kSections[] = {{"overview", "Overview"},
-                                      {"findings", "Findings"},
-                                      {"schedules", "Schedules"},
-                                      {"logos", "Logos"},
-                                      {"timeline", "What was told"},
-                                      {"objects", "Objects"}};
+constexpr section_link kSections[] = {{"overview", "Overview"},      {"findings", "Findings"},
+                                      {"schedules", "Schedules"},    {"logos", "Logos"},
+                                      {"timeline", "What was told"}, {"objects", "Objects"}};
 
 // A path may be broken behind its slashes.
 std::string path_markup(const std::string& path) {
@@ -68,7 +65,8 @@ std::string header(const check_report& of) {
     // What is stale shows before anything else.
     for (const finding& each : of.findings)
         if (each.code == finding_code::no_programmes_today && !each.service)
-            text += "<p class=\"banner\"><strong>Nothing for today:</strong> " + html::escaped(each.text) + "</p>\n";
+            text += "<p class=\"banner\"><strong>Nothing for today:</strong> " + html::escaped(each.text) +
+                    "</p>\n";
     if (!of.input.said.empty()) {
         text += "<ul class=\"said\">\n";
         for (const std::string& each : of.input.said)
@@ -88,9 +86,10 @@ std::string html_report(const check_report& of) {
     return html::page_around(subject_text(of) + ": dabspi check",
                              "<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
                              "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
-                                 header(of) + "<main>\n" + html::overview_section(of) + html::findings_section(of, where) +
-                                 html::schedules_section(of, where) + html::logos_section(of, where) +
-                                 html::timeline_section(of) + html::objects_section(of, where) + "</main>\n");
+                                 header(of) + "<main>\n" + html::overview_section(of) +
+                                 html::findings_section(of, where) + html::schedules_section(of, where) +
+                                 html::logos_section(of, where) + html::timeline_section(of) +
+                                 html::objects_section(of, where) + "</main>\n");
 }
 
 }  // namespace dabspi::check

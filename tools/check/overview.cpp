@@ -28,10 +28,9 @@ extras_by_place extras_of(const history& in) {
             programme_extras extras;
             for (const spi_object::node& child : each.children) {
                 extras.genre = extras.genre || child.tag == tag::genre;
-                extras.described = extras.described ||
-                                   (child.tag == tag::media_description &&
-                                    (child.child(tag::short_description) != nullptr ||
-                                     child.child(tag::long_description) != nullptr));
+                extras.described = extras.described || (child.tag == tag::media_description &&
+                                                        (child.child(tag::short_description) != nullptr ||
+                                                         child.child(tag::long_description) != nullptr));
             }
             all[{i, each.offset}] = extras;
         });
@@ -53,7 +52,8 @@ class overview_maker {
         }
         add_logos();
         add_days();
-        for (auto& [id, service] : services_) result_.services.push_back(std::move(service));
+        for (auto& [id, service] : services_)
+            result_.services.push_back(std::move(service));
         add_objects();
         return std::move(result_);
     }
@@ -101,7 +101,8 @@ class overview_maker {
         std::map<spi::ServElemId, std::map<long, std::size_t>> sent;  // by start
         for (std::size_t i = 0; i < in_.programmes.size(); ++i) {
             const programme_arrival& each = in_.programmes[i];
-            const bool counts = each.fate == programme_arrival::filed || each.fate == programme_arrival::other_day;
+            const bool counts =
+                each.fate == programme_arrival::filed || each.fate == programme_arrival::other_day;
             if (!counts || each.unreachable) continue;
             const auto [at, is_new] = sent[each.service].emplace(each.start, i);
             if (each.fate == programme_arrival::filed) at->second = i;
@@ -109,14 +110,16 @@ class overview_maker {
         for (const auto& [id, programmes] : sent) {
             result_.any_programmes = true;
             service_schedule all;
-            for (const auto& [start, index] : programmes) all.programmes.push_back(index);
+            for (const auto& [start, index] : programmes)
+                all.programmes.push_back(index);
             of_service(id).days = days_with_extras(all);
         }
     }
 
     std::vector<sent_day> days_with_extras(const service_schedule& schedule) const {
         std::map<long, sent_day> days;
-        for (const day_summary& each : days_of(in_, schedule)) days[each.day].sum = each;
+        for (const day_summary& each : days_of(in_, schedule))
+            days[each.day].sum = each;
         for (const std::size_t index : schedule.programmes) {
             const programme_arrival& each = in_.programmes[index];
             sent_day& day = days[each.start / kDayMinutes];
@@ -132,7 +135,8 @@ class overview_maker {
             if (end < in_.programmes[each.second].start && day != days.end()) ++day->second.gaps;
         }
         std::vector<sent_day> all;
-        for (auto& [day, of] : days) all.push_back(of);
+        for (auto& [day, of] : days)
+            all.push_back(of);
         return all;
     }
 
@@ -189,7 +193,8 @@ std::vector<std::size_t> overview::without_logo() const {
 
 std::vector<std::size_t> overview::not_announced() const {
     if (!any_announced) return {};
-    return those(services, [](const service_overview& each) { return !each.announced && !each.days.empty(); });
+    return those(services,
+                 [](const service_overview& each) { return !each.announced && !each.days.empty(); });
 }
 
 overview overview_of(const check_report& of) {

@@ -1,5 +1,6 @@
 // What an ensemble's carousel holds, in tables: services by sizes of logos, services by days, what is missing
-// where, and the objects with their versions. Everything that was sent counts, whether a receiver keeps it or not.
+// where, and the objects with their versions. Everything that was sent counts, whether a receiver keeps it or
+// not.
 #pragma once
 
 #include <array>

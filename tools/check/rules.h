@@ -44,6 +44,7 @@ void look_at_images(const history& in, finding_list& found);
 
 // `ends_within`: see look_at_dates(); without it nothing is held against the clock, which is guessed.
 std::vector<finding> find_all(const recording& played, const history& in, const hearing& heard,
-                              const std::vector<service_schedule>& schedules, std::optional<long> ends_within);
+                              const std::vector<service_schedule>& schedules,
+                              std::optional<long> ends_within);
 
 }  // namespace dabspi::check

@@ -1,5 +1,5 @@
-// Findings that a schedule shows against the clock: a carousel that holds nothing for today, and schedules that
-// end soon.
+// Findings that a schedule shows against the clock: a carousel that holds nothing for today, and schedules
+// that end soon.
 
 #include <map>
 #include <set>
@@ -28,12 +28,13 @@ std::map<spi::ServElemId, sent_schedule> sent_schedules(const history& in, long 
                             each.fate == programme_arrival::minute_taken ||
                             each.fate == programme_arrival::other_day;
         if (!counts || each.unreachable) continue;
-        const auto [at, is_new] = all.emplace(each.service, sent_schedule{each.start / kDayMinutes, each.end()});
+        const auto [at, is_new] =
+            all.emplace(each.service, sent_schedule{each.start / kDayMinutes, each.end()});
         sent_schedule& of = at->second;
         of.first_day = std::min(of.first_day, each.start / kDayMinutes);
         of.end = std::max(of.end, each.end());
-        of.today = of.today || each.start / kDayMinutes == today ||
-                   (each.start < midnight && each.end() > midnight);
+        of.today =
+            of.today || each.start / kDayMinutes == today || (each.start < midnight && each.end() > midnight);
     }
     return all;
 }
@@ -47,8 +48,9 @@ std::string age_text(long minutes) {
 
 std::string nothing_today(long today, const sent_schedule& of, long now) {
     return "for " + day_text(today) + "; " +
-           (of.end <= now ? "the last one ended " + minute_text(of.end) + ", " + age_text(now - of.end) + " before"
-                          : "the first one is for " + day_text(of.first_day));
+           (of.end <= now
+                ? "the last one ended " + minute_text(of.end) + ", " + age_text(now - of.end) + " before"
+                : "the first one is for " + day_text(of.first_day));
 }
 
 }  // namespace

@@ -89,7 +89,8 @@ std::string services_text(const overview& all, const text_settings& how) {
             text += day_line(day);
     }
     if (left_out != 0)
-        text += how.colours(ink::faint, "and " + number_of(left_out, "more service") + "; --all shows them") + "\n";
+        text += how.colours(ink::faint, "and " + number_of(left_out, "more service") + "; --all shows them") +
+                "\n";
     return text;
 }
 
@@ -115,11 +116,14 @@ std::string logos_text(const overview& all, const text_settings& how) {
         ++shown;
         std::string line = padded(cut(service_text(each), kNameWidth), kNameWidth);
         for (std::size_t size = 1; size <= kLogoSizes; ++size)
-            if (used.at(size % kLogoSizes)) line += "  " + padded(short_cell(each.logos.at(size % kLogoSizes)), kCellWidth);
+            if (used.at(size % kLogoSizes))
+                line += "  " + padded(short_cell(each.logos.at(size % kLogoSizes)), kCellWidth);
         text += without_trailing_blanks(line) + "\n";
     }
     if (shown < services)
-        text += how.colours(ink::faint, "and " + number_of(services - shown, "more service") + "; --all shows them") + "\n";
+        text += how.colours(ink::faint,
+                            "and " + number_of(services - shown, "more service") + "; --all shows them") +
+                "\n";
     return text;
 }
 
@@ -140,12 +144,15 @@ std::string versions_text(const check_report& of, const overview& all, const tex
     for (const object_version& each : all.objects) {
         if (each.version.empty() && each.created.empty()) continue;
         if (++count > kSomeServices && !how.all) continue;
-        text += "  " + padded(cut(printable(of.past.objects[each.object].content_name), kNameWidth), kNameWidth) +
+        text += "  " +
+                padded(cut(printable(of.past.objects[each.object].content_name), kNameWidth), kNameWidth) +
                 (each.version.empty() ? "" : "  version " + each.version) +
                 (each.created.empty() ? "" : "  created " + each.created) + "\n";
     }
     if (!how.all && count > kSomeServices)
-        text += how.colours(ink::faint, "  and " + number_of(count - kSomeServices, "more object") + "; --all shows them") + "\n";
+        text += how.colours(ink::faint, "  and " + number_of(count - kSomeServices, "more object") +
+                                            "; --all shows them") +
+                "\n";
     return text.empty() ? text : how.colours(ink::heading, "Versions") + "\n" + text;
 }
 

@@ -58,7 +58,8 @@ bool is_capture(std::string_view of) {
     static constexpr std::array<std::string_view, 5> magics = {"\xA1\xB2\xC3\xD4"sv, "\xD4\xC3\xB2\xA1"sv,
                                                                "\xA1\xB2\x3C\x4D"sv, "\x4D\x3C\xB2\xA1"sv,
                                                                "\x0A\x0D\x0D\x0A"sv};
-    return std::any_of(magics.begin(), magics.end(), [&](std::string_view each) { return begins_with(of, each); });
+    return std::any_of(magics.begin(), magics.end(),
+                       [&](std::string_view each) { return begins_with(of, each); });
 }
 
 // AF packets: length, sequence number, and in byte 8 CRC flag and version 1.0 (TS 102 821).
@@ -72,7 +73,8 @@ const char* image_kind(std::string_view of) {
     if (begins_with(of, "\xFF\xD8\xFF"sv)) return "a JPEG image";
     if (begins_with(of, "GIF87a"sv) || begins_with(of, "GIF89a"sv)) return "a GIF image";
     if (begins_with(of, "BM"sv) && of.size() > 26 && of.substr(14, 4) == "\x28\0\0\0"sv) return "a BMP image";
-    if (begins_with(of, "RIFF"sv) && of.substr(8 < of.size() ? 8 : of.size(), 4) == "WEBP"sv) return "a WebP image";
+    if (begins_with(of, "RIFF"sv) && of.substr(8 < of.size() ? 8 : of.size(), 4) == "WEBP"sv)
+        return "a WebP image";
     return nullptr;
 }
 
@@ -92,14 +94,15 @@ sniffed_input json_document(std::string_view text) {
         return {input_kind::call_recording, "a call recording (JSON Lines)", "replay, check and inspect"};
     if (has_key(rest, "carousels") || has_key(rest, "steps") || has_key(rest, "data_service"))
         return {input_kind::plan, "a plan of a broadcast (JSON)", "record"};
-    return {input_kind::json, "a JSON document, neither a call recording nor a plan", ""};
+    return {input_kind::other_json, "a JSON document, neither a call recording nor a plan", ""};
 }
 
 sniffed_input xml_document(std::string_view text) {
     const auto within = [&](std::string_view name) { return text.find(name) != std::string_view::npos; };
     if (within("<serviceInformation") || within(":serviceInformation"))
         return {input_kind::xml, "an XML document of service information", "encode"};
-    if (within("<epg") || within(":epg")) return {input_kind::xml, "an XML document of programme information", "encode"};
+    if (within("<epg") || within(":epg"))
+        return {input_kind::xml, "an XML document of programme information", "encode"};
     if (within("<html") || within("<!DOCTYPE html") || within("<!doctype html"))
         return {input_kind::xml, "a page of a web server (HTML)", ""};
     if (within("<svg")) return {input_kind::image, "an SVG image", ""};

@@ -1,5 +1,5 @@
-// What an input is, by its first bytes, in the words of those who have such files, and which subcommand takes it.
-// Pure: any bytes are an input, nothing is read or kept. Any thread.
+// What an input is, by its first bytes, in the words of those who have such files, and which subcommand takes
+// it. Pure: any bytes are an input, nothing is read or kept. Any thread.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ enum class input_kind {
     xml,
     plan,
     call_recording,
-    json,  // another JSON document
+    other_json,
     image,
     eti,
     edi,

@@ -13,6 +13,7 @@
 #include "tools/terminal/complain.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/progress.h"
+#include "tools/text/dab_identifier.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -22,7 +23,7 @@ namespace {
 struct inspect_options {
     std::vector<std::string> objects;
     std::vector<std::size_t> lines;
-    std::optional<std::uint32_t> ensemble;
+    std::string ensemble;
     bool json = false;
     bool xml = false;
     bool hex = false;
@@ -30,8 +31,8 @@ struct inspect_options {
 };
 
 std::optional<std::uint16_t> ensemble_of(const inspect_options& options) {
-    if (!options.ensemble) return std::nullopt;
-    return static_cast<std::uint16_t>(*options.ensemble);
+    const auto id = dab_identifier::of_ensemble(options.ensemble);
+    return id ? id->ensemble : std::nullopt;
 }
 
 // The document of the one object there is. Gives the exit status.
@@ -134,10 +135,12 @@ command add_inspect_command(CLI::App& dabspi) {
         ->allow_extra_args(false)
         ->check(CLI::PositiveNumber);
     app->add_option("--ensemble", options->ensemble,
-                    "The ensemble that the receiver is on, e.g. 0xC185 (default: that of the "
+                    "The ensemble that the receiver is on, e.g. 0xC185 or e1.c185 (default: that of the "
                     "recording,\nelse the object's own)")
-        ->option_text("EID")
-        ->check(CLI::Range(std::uint32_t{0}, std::uint32_t{0xFFFF}));
+        ->option_text("ECC.EID")
+        ->check([](const std::string& text) {
+            return dab_identifier::of_ensemble(text) ? std::string() : no_ensemble(text);
+        });
     CLI::Option* const json =
         app->add_flag("--json", options->json, "Print one JSON object for each object, instead of text");
     CLI::Option* const xml = app->add_flag(

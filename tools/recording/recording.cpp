@@ -63,7 +63,7 @@ struct file_closer {
 // What begins so and is no recording, in words; empty for what may be one, with mistakes in its lines.
 std::string other_kind(std::string_view beginning) {
     const sniffed_input input = sniff(beginning);
-    const bool may_be = input.kind == input_kind::call_recording || input.kind == input_kind::json ||
+    const bool may_be = input.kind == input_kind::call_recording || input.kind == input_kind::other_json ||
                         input.kind == input_kind::empty;
     return may_be ? std::string() : "this is no call recording: " + what_it_is(input);
 }

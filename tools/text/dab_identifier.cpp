@@ -135,10 +135,13 @@ namespace {
 
 // Somebody converted it.
 std::string said_in_hexadecimal(std::string_view text, std::uint32_t most) {
-    if (text.empty() || text.size() > 9 || !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }))
+    if (text.empty() || text.size() > 9 ||
+        !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }))
         return {};
     const unsigned long value = std::stoul(std::string(text));
-    return value > most ? std::string() : "; decimal " + std::string(text) + " is 0x" + hexadecimal_text(static_cast<std::uint32_t>(value), 4);
+    return value > most ? std::string()
+                        : "; decimal " + std::string(text) + " is 0x" +
+                              hexadecimal_text(static_cast<std::uint32_t>(value), 4);
 }
 
 }  // namespace
@@ -150,7 +153,8 @@ std::string no_ensemble(std::string_view text) {
 
 std::string no_service(std::string_view text) {
     return in_quotes(text) +
-           " is no service; a service is written 0xC221, E1.C221, E1.C221.0 (ECC, SId, SCIdS) or e1.c185.c221.0 "
+           " is no service; a service is written 0xC221, E1.C221, E1.C221.0 (ECC, SId, SCIdS) or "
+           "e1.c185.c221.0 "
            "(with the EId)" +
            said_in_hexadecimal(text, 0xFFFFFFFF);
 }

@@ -1,13 +1,14 @@
-// Identifiers of ensembles and services as people write them, one way everywhere: on the command line, in plans,
-// in names of folders, in messages.
+// Identifiers of ensembles and services as people write them, one way everywhere: on the command line, in
+// plans, in names of folders, in messages.
 //
 //   0xC185, c185          EId or SId: four hexadecimal digits, of a data service eight
 //   e1.c185               ECC and EId, or ECC and SId
 //   e1.c221.0             ECC, SId, SCIdS
-//   e1.c185.c221.0        ECC, EId, SId, SCIdS; also ce1.c185.c221.0 and with dab: in front, as in bearer URIs
+//   e1.c185.c221.0        ECC, EId, SId, SCIdS; also ce1.c185.c221.0 and with dab: in front, as in bearer
+//   URIs
 //
-// Upper and lower case are the same. Decimal numbers are none: 49541 is refused, not taken for something else.
-// Values only; any thread.
+// Upper and lower case are the same. Decimal numbers are none: 49541 is refused, not taken for something
+// else. Values only; any thread.
 #pragma once
 
 #include <cstdint>

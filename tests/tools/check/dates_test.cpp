@@ -36,15 +36,19 @@ check_report look_at_dump(const std::optional<spi::MotDateTime>& clock, long end
 
 TEST(StaleCarousel, IsAnErrorForAllAndForEachService) {
     const check_report report = look_at_dump(parse_clock("2036-03-10"));
-    EXPECT_THAT(dated(report, finding_code::no_programmes_today),
-                ElementsAre("no service has a programme for 2036-03-10; the last one ended 2026-03-11 00:00, 10 years before",
-                            "E1.C221.0 has no programme for 2036-03-10; the last one ended 2026-03-11 00:00, 10 years before"));
+    EXPECT_THAT(
+        dated(report, finding_code::no_programmes_today),
+        ElementsAre(
+            "no service has a programme for 2036-03-10; the last one ended 2026-03-11 00:00, 10 years before",
+            "E1.C221.0 has no programme for 2036-03-10; the last one ended 2026-03-11 00:00, 10 years "
+            "before"));
     EXPECT_EQ(count_by_severity(report.findings)[2], 2U);
     EXPECT_THAT(dated(report, finding_code::schedule_ends), ElementsAre());
 }
 
 TEST(StaleCarousel, IsNoneOnTheDayItselfOrByAGuess) {
-    EXPECT_THAT(dated(look_at_dump(parse_clock("2026-03-10")), finding_code::no_programmes_today), ElementsAre());
+    EXPECT_THAT(dated(look_at_dump(parse_clock("2026-03-10")), finding_code::no_programmes_today),
+                ElementsAre());
     const check_report guessed = look_at_dump(std::nullopt);
     EXPECT_THAT(dated(guessed, finding_code::no_programmes_today), ElementsAre());
     EXPECT_THAT(dated(guessed, finding_code::schedule_ends), ElementsAre());
@@ -55,8 +59,10 @@ TEST(StaleCarousel, IsSaidOfTheServiceThatIsLeftBehind) {
     other.scope = spi_builder::service_id{0xE1, kEnsemble, 0xC222, 0};
     other.programmes = whole_day(kToday - 9);
     const check_report report = clean().pi("other.ehb", spi_builder::pi_object({other})).check();
-    EXPECT_THAT(dated(report, finding_code::no_programmes_today),
-                ElementsAre("E1.C222.0 has no programme for 2026-03-10; the last one ended 2026-03-02 00:00, 8 days before"));
+    EXPECT_THAT(
+        dated(report, finding_code::no_programmes_today),
+        ElementsAre(
+            "E1.C222.0 has no programme for 2026-03-10; the last one ended 2026-03-02 00:00, 8 days before"));
 }
 
 TEST(StaleCarousel, IsNoneWhereYesterdaysProgrammeRunsIntoToday) {

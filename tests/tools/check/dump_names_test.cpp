@@ -17,13 +17,15 @@ const std::vector<announced_name> kAnnounced = {{"http://logos.example/32x32/a.p
 
 std::vector<std::string> names_of(const matched_names& of) {
     std::vector<std::string> all;
-    for (const auto& each : of.names) all.push_back(each.value_or("-"));
+    for (const auto& each : of.names)
+        all.push_back(each.value_or("-"));
     return all;
 }
 
 std::vector<std::string> first(std::size_t count) {
     std::vector<std::string> all;
-    for (std::size_t i = 0; i < count; ++i) all.push_back(kAnnounced[i].name);
+    for (std::size_t i = 0; i < count; ++i)
+        all.push_back(kAnnounced[i].name);
     return all;
 }
 
@@ -35,7 +37,8 @@ TEST(DumpNames, AsTheyAreSayNothing) {
 
 TEST(DumpNames, WithUnderscoresForWhatFilesCannotHave) {
     for (const std::vector<saved_image>& saved :
-         {std::vector<saved_image>{{"http___logos.example_32x32_a.png"}, {"http___logos.example_128x128_a.png"}},
+         {std::vector<saved_image>{{"http___logos.example_32x32_a.png"},
+                                   {"http___logos.example_128x128_a.png"}},
           {{"http:__logos.example_32x32_a.png"}, {"http:__logos.example_128x128_a.png"}},
           {{"x/http_logos.example_32x32_a.png"}, {"x/http_logos.example_128x128_a.png"}}}) {
         const matched_names match = match_names(saved, kAnnounced);
@@ -49,8 +52,8 @@ TEST(DumpNames, WithUnderscoresForWhatFilesCannotHave) {
 TEST(DumpNames, WithFoldersForSlashes) {
     for (const char* const scheme : {"http:/", "http_/", "", "dump/http_/"}) {
         const std::string host = std::string(scheme) + "logos.example/";
-        const matched_names match = match_names({{host + "32x32/a.png"}, {host + "128x128/a.png"}, {host + "128x128/b.png"}},
-                                                kAnnounced);
+        const matched_names match = match_names(
+            {{host + "32x32/a.png"}, {host + "128x128/a.png"}, {host + "128x128/b.png"}}, kAnnounced);
         EXPECT_EQ(names_of(match), first(3)) << scheme;
         EXPECT_THAT(match.said, HasSubstr("slashes are saved as folders"));
     }
@@ -65,13 +68,15 @@ TEST(DumpNames, OfTheLastComponentGoByTheSizeOfTheImage) {
 }
 
 TEST(DumpNames, BehindAPrefix) {
-    for (const char* const prefix : {"20190204_130000_0x12AB_", "12AB_", "2019-02-04T13:00:00Z-4779-", "tid_4779_", "0017."}) {
-        const matched_names match = match_names({{std::string(prefix) + "http___logos.example_32x32_a.png"},
-                                                 {std::string(prefix) + "plain.png"}},
-                                                kAnnounced);
+    for (const char* const prefix :
+         {"20190204_130000_0x12AB_", "12AB_", "2019-02-04T13:00:00Z-4779-", "tid_4779_", "0017."}) {
+        const matched_names match = match_names(
+            {{std::string(prefix) + "http___logos.example_32x32_a.png"}, {std::string(prefix) + "plain.png"}},
+            kAnnounced);
         EXPECT_EQ(names_of(match), (std::vector<std::string>{kAnnounced[0].name, "plain.png"})) << prefix;
         EXPECT_THAT(match.said, HasSubstr("behind a prefix of time or transport identifier")) << prefix;
-        EXPECT_EQ(match.prefix_words, std::string(prefix).find("130000") == std::string::npos ? match.prefix_words : 3U);
+        EXPECT_EQ(match.prefix_words,
+                  std::string(prefix).find("130000") == std::string::npos ? match.prefix_words : 3U);
         EXPECT_NE(match.prefix_words, 0U) << prefix;
     }
     EXPECT_EQ(without_prefix("x/20190204_130000_0x12AB_ee1c185.ehb", 3), "x/ee1c185.ehb");
@@ -80,14 +85,19 @@ TEST(DumpNames, BehindAPrefix) {
 }
 
 TEST(DumpNames, TakeTheRuleThatMatchesMost) {
-    const matched_names match = match_names(
-        {{"plain.png"}, {"http___logos.example_32x32_a.png"}, {"http___logos.example_128x128_b.png"}, {"stranger.png"}}, kAnnounced);
-    EXPECT_EQ(names_of(match), (std::vector<std::string>{"plain.png", kAnnounced[0].name, kAnnounced[2].name, "-"}));
+    const matched_names match = match_names({{"plain.png"},
+                                             {"http___logos.example_32x32_a.png"},
+                                             {"http___logos.example_128x128_b.png"},
+                                             {"stranger.png"}},
+                                            kAnnounced);
+    EXPECT_EQ(names_of(match),
+              (std::vector<std::string>{"plain.png", kAnnounced[0].name, kAnnounced[2].name, "-"}));
     EXPECT_THAT(match.said, HasSubstr("3 of 4 images"));
 }
 
 TEST(DumpNames, StayApartWhereOnlyANumberDiffers) {
-    EXPECT_EQ(names_of(match_names({{"c.png"}, {"32x32_c.png"}}, kAnnounced)), (std::vector<std::string>{"-", "-"}));
+    EXPECT_EQ(names_of(match_names({{"c.png"}, {"32x32_c.png"}}, kAnnounced)),
+              (std::vector<std::string>{"-", "-"}));
 }
 
 }  // namespace

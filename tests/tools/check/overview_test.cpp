@@ -37,13 +37,15 @@ broadcast three() {
     spi_builder::schedule_data stranger;
     stranger.scope = spi_builder::service_id{0xE1, kEnsemble, 0xC2FF, 0};
     stranger.programmes = {described("One", 6), described("Two", 8)};
-    calls.si("si.eib",
-             spi_builder::si_object(0xE1, kEnsemble,
-                                    {station_with({logo("128.png", 128, 128), logo("320.png", 320, 240),
-                                                   logo("32.png", 32, 32)}),
-                                     another(0xC222, "Second"), another(0xC223, "Third")}));
+    calls.si(
+        "si.eib",
+        spi_builder::si_object(
+            0xE1, kEnsemble,
+            {station_with({logo("128.png", 128, 128), logo("320.png", 320, 240), logo("32.png", 32, 32)}),
+             another(0xC222, "Second"), another(0xC223, "Third")}));
     calls.image("128.png", png(128, 128)).image("32.png", png(32, 32));
-    calls.pi("today.ehb", schedule_object(whole_day(kToday))).pi("late.ehb", schedule_object(whole_day(kToday + 5)));
+    calls.pi("today.ehb", schedule_object(whole_day(kToday)))
+        .pi("late.ehb", schedule_object(whole_day(kToday + 5)));
     return calls.pi("stranger.ehb", spi_builder::pi_object({stranger}));
 }
 
@@ -91,8 +93,9 @@ TEST(Overview, CountsDescriptionsAndGenresAndReadsVersions) {
     content.insert(content.end(), text.begin(), text.end());
     content[1] = static_cast<std::uint8_t>(content.size() - 2);
     const bytes scope = b::elem(0x24, {b::elem(0x25, {b::attr(0x80, b::content_id(kStation))})});
-    const bytes object = b::elem(
-        0x02, {b::elem(0x21, {b::attr(0x80, {0x00, 0x2A}), b::attr(0x81, b::time_point({kToday, 6, 0})), scope, content})});
+    const bytes object =
+        b::elem(0x02, {b::elem(0x21, {b::attr(0x80, {0x00, 0x2A}),
+                                      b::attr(0x81, b::time_point({kToday, 6, 0})), scope, content})});
     const overview all = overview_of(tuned().pi("pi.ehb", object).check());
     ASSERT_EQ(all.services.size(), 1U);
     EXPECT_EQ(all.services[0].days.at(0).described, 1U);
@@ -138,11 +141,13 @@ TEST(StalePage, SaysSoBeforeAnythingElse) {
 
 TEST(PageOfManyAnnouncements, CountsTheFindingsOfAnObject) {
     std::vector<spi_builder::logo_data> logos;
-    for (unsigned i = 0; i < 144; ++i) logos.push_back(logo("http://logos.example/" + std::to_string(i) + ".png", 128, 128));
+    for (unsigned i = 0; i < 144; ++i)
+        logos.push_back(logo("http://logos.example/" + std::to_string(i) + ".png", 128, 128));
     broadcast calls = tuned();
     calls.si("si.eib", information_object(station_with(logos)));
     const std::string page = html_report(calls.check());
-    EXPECT_THAT(page, HasSubstr("logo-not-sent \u00D7\u00A0" "144</a>"));
+    EXPECT_THAT(page, HasSubstr("logo-not-sent \u00D7\u00A0"
+                                "144</a>"));
     EXPECT_THAT(page, HasSubstr("<summary>13 to 112</summary>"));
     EXPECT_THAT(page, HasSubstr("<summary>113 to 144</summary>"));
 }

@@ -1,5 +1,5 @@
-// Dumps of real broadcasts' objects, in the layouts of receivers. The material is not part of the project: DABSPI_REAL
-// names a folder that holds encoded/si-nrk-f601.bin and objects/logos.
+// Dumps of real broadcasts' objects, in the layouts of receivers. The material is not part of the project:
+// DABSPI_REAL names a folder that holds encoded/si-nrk-f601.bin and objects/logos.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,14 +25,16 @@ class RealDumps : public testing::Test {
         image_ = read_file(std::string(folder) + "/objects/logos/qt-dab-6.9-128x128.png");
         ASSERT_FALSE(object_.empty() || image_.empty());
         const std::regex url("http://static\\.nonrk\\.radio\\.ebu\\.io/128x128/[0-9a-f-]+\\.png");
-        for (std::sregex_iterator at(object_.begin(), object_.end(), url), end; at != end; ++at) urls_.insert(at->str());
+        for (std::sregex_iterator at(object_.begin(), object_.end(), url), end; at != end; ++at)
+            urls_.insert(at->str());
         ASSERT_GT(urls_.size(), 10U);
     }
 
     // All logos of 128x128 are sent, and saved under these names.
     check_report dump(const std::function<std::string(const std::string&)>& saved_as) {
         write_file(directory_, "ee2f601.EIB", object_);
-        for (const std::string& each : urls_) write_file(directory_, saved_as(each), image_);
+        for (const std::string& each : urls_)
+            write_file(directory_, saved_as(each), image_);
         const dabspi::storage place = dabspi::storage::temporary();
         return check_input(read_inputs(directory_.path().string(), {}).front(), severity::note, place.path());
     }
@@ -40,7 +42,8 @@ class RealDumps : public testing::Test {
     void expect_all_matched(const check_report& of) {
         EXPECT_EQ(find(of, finding_code::logo_not_announced), nullptr);
         std::size_t used = 0;
-        for (const image_arrival& each : of.past.images) used += each.uses.empty() ? 0 : 1;
+        for (const image_arrival& each : of.past.images)
+            used += each.uses.empty() ? 0 : 1;
         EXPECT_EQ(used, urls_.size());
         for (const finding& each : of.findings) {
             if (each.code != finding_code::logo_not_sent) continue;

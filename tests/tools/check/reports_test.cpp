@@ -33,10 +33,11 @@ TEST(TextReport, OfACleanBroadcastTellsTheDaysAndThatNothingWasFound) {
               "\n"
               "Logos                           128x128         320x240\n"
               "E1.C221.0 Station               written " +
-                  std::to_string(png(128, 128).size()) + "     written " + std::to_string(png(320, 240).size()) +
-              "\n"
-              "\n"
-              "nothing found\n");
+                  std::to_string(png(128, 128).size()) + "     written " +
+                  std::to_string(png(320, 240).size()) +
+                  "\n"
+                  "\n"
+                  "nothing found\n");
 }
 
 TEST(TextReport, GroupsFindingsWithWhyAndCure) {

@@ -20,20 +20,24 @@ std::string eti_frame(std::size_t size, bool odd) {
 
 std::string streamed() {
     std::string all;
-    for (const bool odd : {false, true, false}) all += "\x2C\x01"s + eti_frame(300, odd);
+    for (const bool odd : {false, true, false})
+        all += "\x2C\x01"s + eti_frame(300, odd);
     return all;
 }
 
 TEST(ContentKind, SaysWhatAnInputIsAndWhatTakesIt) {
-    EXPECT_EQ(kind_text("\x02\x04\x21\x02\x81\x00"s), "it is a binary SPI object; \"dabspi inspect\" and check take it");
+    EXPECT_EQ(kind_text("\x02\x04\x21\x02\x81\x00"s),
+              "it is a binary SPI object; \"dabspi inspect\" and check take it");
     EXPECT_EQ(kind_text("<?xml version='1.0'?>\n<epg/>"),
               "it is an XML document of programme information; \"dabspi encode\" takes it");
     EXPECT_EQ(kind_text("\xEF\xBB\xBF <serviceInformation/>"),
               "it is an XML document of service information; \"dabspi encode\" takes it");
-    EXPECT_EQ(kind_text("{\"carousels\": {}}"), "it is a plan of a broadcast (JSON); \"dabspi record\" takes it");
+    EXPECT_EQ(kind_text("{\"carousels\": {}}"),
+              "it is a plan of a broadcast (JSON); \"dabspi record\" takes it");
     EXPECT_EQ(kind_text("# day\n\n{\"call\":\"ResendNowNext\"}\n"),
               "it is a call recording (JSON Lines); \"dabspi replay\", check and inspect take it");
-    EXPECT_EQ(kind_text("{\"a\":1}"), "it is a JSON document, neither a call recording nor a plan, which no subcommand takes");
+    EXPECT_EQ(kind_text("{\"a\":1}"),
+              "it is a JSON document, neither a call recording nor a plan, which no subcommand takes");
     EXPECT_EQ(kind_text("\x89PNG\r\n\x1A\n"), "it is a PNG image; \"dabspi inspect\" and check take it");
     EXPECT_EQ(kind_text("\x1F\x8B\x08"), "it is compressed with gzip; unpack it first");
     EXPECT_EQ(kind_text(""), "it is empty");

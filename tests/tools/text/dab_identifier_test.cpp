@@ -42,19 +42,21 @@ TEST(DabIdentifier, OfAServiceIsReadInEachForm) {
 }
 
 TEST(DabIdentifier, IsNeitherDecimalNorHalf) {
-    for (const char* const text : {"", "49541", "1", "C18", "0x", "0xC1855", "g185", "e1.", ".c185", "e1.c185.c221",
-                                   "e1.c185.c221.0", "c185 ", "0x0xC185", "xe1.c185"})
+    for (const char* const text : {"", "49541", "1", "C18", "0x", "0xC1855", "g185", "e1.", ".c185",
+                                   "e1.c185.c221", "e1.c185.c221.0", "c185 ", "0x0xC185", "xe1.c185"})
         EXPECT_FALSE(dab_identifier::of_ensemble(text)) << text;
-    for (const char* const text : {"", "49697", "221", "E1.", "E1.C221.16", "E1.C221.", "E1.G221.0", "E1.C221.0.1",
-                                   "1.C221.0", "e1.c185.c221.0.0", "dab:", "C221.0x1"})
+    for (const char* const text : {"", "49697", "221", "E1.", "E1.C221.16", "E1.C221.", "E1.G221.0",
+                                   "E1.C221.0.1", "1.C221.0", "e1.c185.c221.0.0", "dab:", "C221.0x1"})
         EXPECT_FALSE(dab_identifier::of_service(text)) << text;
 }
 
 TEST(DabIdentifier, MessagesShowTheFormsAndConvertADecimalNumber) {
     EXPECT_EQ(dabspi::no_ensemble("49541"),
-              "\"49541\" is no ensemble; an ensemble is written 0xC185, C185 or e1.C185 (ECC and EId); decimal 49541 "
+              "\"49541\" is no ensemble; an ensemble is written 0xC185, C185 or e1.C185 (ECC and EId); "
+              "decimal 49541 "
               "is 0xC185");
-    EXPECT_NE(dabspi::no_service("x").find("\"x\" is no service; a service is written 0xC221"), std::string::npos);
+    EXPECT_NE(dabspi::no_service("x").find("\"x\" is no service; a service is written 0xC221"),
+              std::string::npos);
 }
 
 }  // namespace
