@@ -333,24 +333,26 @@ def ensemble_recording():
 
 
 def large_recording():
-    """300 services, 5,100 programmes, about 10,000 findings."""
+    """300 services, 7,200 programmes, about 10,000 findings."""
     return recording("large.jsonl", [(0, "si.EIB", service_information(300, 5))] +
-                     [(1, f"w20260310d{sid_of(i):04x}.EHB", schedule(sid_of(i), DAY, 17, 60)) for i in range(300)])
+                     [(1, f"w20260310d{sid_of(i):04x}.EHB", schedule(sid_of(i), DAY, 24, 60)) for i in range(300)])
+
+
+TIMED = """<script>addEventListener('load', () => {
+  document.body.offsetHeight; document.title = 'opened in ' + Math.round(performance.now()) + ' ms'; });</script>"""
 
 
 def check_time(name, page):
-    """How much longer the page takes to open than an empty one; the fastest of three, since others use the machine as well."""
-    def seconds(path):
-        best = 99.0
-        for _ in range(3):
-            start = time.monotonic()
-            chromium(file_url(path), "--dump-dom")
-            best = min(best, time.monotonic() - start)
-        return best
-    taken = seconds(page) - seconds(write("empty.html", "<!DOCTYPE html><title>empty</title>"))
-    print(f"{name}: opens in {taken:.2f} s, {os.path.getsize(page)} bytes")
-    if taken > 2:
-        fault(f"{name}: takes {taken:.2f} s to open")
+    """From the request to the page as it stands, laid out, by its own clock; the fastest of three, since others use the machine as well."""
+    with open(page, encoding="utf-8") as file:
+        timed = write("timed.html", POLICY.sub("", file.read()).replace("</body>", TIMED + "</body>"))
+    found = []
+    for _ in range(3):
+        dom, _ = chromium(file_url(timed), "--dump-dom", "--window-size=1280,2000")
+        found += [int(each) for each in re.findall(r"<title>opened in ([0-9]+) ms", dom)]
+    print(f"{name}: opens in {min(found, default=0)} ms, {os.path.getsize(page)} bytes")
+    if not found or min(found) > 2000:
+        fault(f"{name}: takes {min(found, default='an unknown number of')} ms to open")
 
 
 def main():
@@ -369,7 +371,7 @@ def main():
     large = check_page("large", large_recording(), 100, 0)
     if large:
         check_time("large", large[0])
-    for name in ("empty.html", "around.html", "shown.html", "measured.html", "control.html"):
+    for name in ("timed.html", "around.html", "shown.html", "measured.html", "control.html"):
         os.remove(os.path.join(FOLDER, name))
     print(f"{len(FAULTS)} faults; pages and screenshots are in {FOLDER}")
     return 1 if FAULTS else 0

@@ -47,7 +47,7 @@ const std::vector<catalogue_entry>& programme_entries() {
          "again when the day changes.",
          "Nothing needs to be done, as long as today and tomorrow are among what is sent.",
          "The local date of the start decides, by the object's own offset. At a change of day all "
-         "objects are read again as they come round in the carousel, and what was ahead then finds its "
+         "objects are read again when the carousel repeats them, and what was ahead then finds its "
          "place. Programmes of past days only cost capacity."},
         {finding_code::no_start, "no-start", severity::error, "a programme without a start time",
          "Without a time element, or with day 0, a programme has no place in a schedule and is dropped.",
@@ -65,7 +65,7 @@ const std::vector<catalogue_entry>& programme_entries() {
          "more than 65,000. Such a programme is kept and reported, with an impossible time, and is never "
          "now or next."},
         {finding_code::no_title, "no-title", severity::warning, "a programme without a title",
-         "Only long and medium names are read for programmes; one without counts as not set, is told "
+         "Only long and medium names are read for programmes; one without counts as not set, is reported "
          "again every minute, and has no next.",
          "Give each programme a medium name; short names alone are not enough.",
          "A programme whose title is empty is found as now at every tick of the clock and reported again "

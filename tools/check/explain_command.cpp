@@ -39,9 +39,10 @@ std::string markdown() {
         "# Findings of dabspi check\n\n"
         "What `dabspi check` finds in a broadcast, why a receiver behaves so, and what cures it. Codes are "
         "stable. An error is what is\n"
-        "lost or misread, a warning what is shown otherwise than it was meant or less than it could be, a "
+        "lost or read wrongly, a warning what is shown otherwise than it was meant or less than it could be, "
+        "a "
         "note what is by design or\n"
-        "harmless. `dabspi explain CODE` tells more of each; `dabspi explain --markdown` prints this "
+        "harmless. `dabspi explain CODE` explains each; `dabspi explain --markdown` prints this "
         "page.\n\n"
         "| code | severity | what | why | cure |\n|---|---|---|---|---|\n";
     for (const catalogue_entry& each : catalogue())
@@ -99,7 +100,7 @@ int explain(const std::vector<std::string>& names, bool as_page) {
 }  // namespace
 
 command add_explain_command(CLI::App& dabspi) {
-    CLI::App* const app = dabspi.add_subcommand("explain", "Tell more of what \"dabspi check\" finds");
+    CLI::App* const app = dabspi.add_subcommand("explain", "Explain what \"dabspi check\" finds");
     const auto names = std::make_shared<std::vector<std::string>>();
     const auto as_page = std::make_shared<bool>(false);
     CLI::Option* const codes =

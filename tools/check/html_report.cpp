@@ -44,9 +44,9 @@ struct section_link {
     const char* id;
     const char* title;
 };
-constexpr section_link kSections[] = {{"overview", "Overview"},      {"findings", "Findings"},
-                                      {"schedules", "Schedules"},    {"logos", "Logos"},
-                                      {"timeline", "What was told"}, {"objects", "Objects"}};
+constexpr section_link kSections[] = {{"overview", "Overview"},       {"findings", "Findings"},
+                                      {"schedules", "Schedules"},     {"logos", "Logos"},
+                                      {"timeline", "What was shown"}, {"objects", "Objects"}};
 
 // A path may be broken behind its slashes.
 std::string path_markup(const std::string& path) {

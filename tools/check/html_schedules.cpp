@@ -16,6 +16,8 @@ namespace dabspi::check::html {
 
 namespace {
 
+constexpr std::size_t kOpenServices = 12;
+
 std::string percent(long minutes) {
     char text[32];
     std::snprintf(text, sizeof text, "%.4f%%", 100.0 * static_cast<double>(minutes) / kDayMinutes);
@@ -235,14 +237,21 @@ std::string schedules_section(const check_report& of, const places& where) {
     std::string text = "<section id=\"schedules\">\n<h2>Schedules</h2>\n";
     if (of.schedules.empty())
         return text + "<p>No service was listened to, and none has programmes.</p>\n</section>\n";
-    text += "<p class=\"legend\"><span class=\"key told\">told as now</span> ";
+    text += "<p class=\"legend\"><span class=\"key told\">reported as now</span> ";
     if (const auto now = last_minute(of))
         text += "<span class=\"key now\">on at " + minute_text(*now) + ", the end of the clock</span> ";
     text +=
         "<span class=\"key hatched\">no programme</span> <span class=\"key warning\">has "
         "findings</span></p>\n";
-    for (std::size_t i = 0; i < of.schedules.size(); ++i)
-        text += schedule_writer(of, where, i).write();
+    for (std::size_t i = 0; i < of.schedules.size(); ++i) {
+        const std::string article = schedule_writer(of, where, i).write();
+        // A browser lays out what is open: of many services the first ones.
+        text += i < kOpenServices ? article
+                                  : "<details class=\"more\">\n<summary>" +
+                                        service_markup(of, of.schedules[i].service) + " <small>" +
+                                        number_of(of.schedules[i].programmes.size(), "programme") +
+                                        "</small></summary>\n" + article + "</details>\n";
+    }
     return text + "</section>\n";
 }
 

@@ -336,7 +336,7 @@ std::vector<std::string> disagreements(const history& told, const hearing& heard
             if (ours != expected.end() && theirs != real.end() && ours->second == theirs->second) continue;
             lines.push_back("line " + std::to_string(line) + ": " +
                             std::to_string(theirs == real.end() ? 0 : theirs->second.size()) + " " + things +
-                            " were told, and " +
+                            " were reported, and " +
                             std::to_string(ours == expected.end() ? 0 : ours->second.size()) +
                             " are explained, or they differ");
         }

@@ -212,7 +212,7 @@ std::string text_report(const check_report& of, const text_settings& how) {
     text += "\n" + how.colours(ink::heading, count_text(of.findings)) +
             (of.left_out == 0 ? "" : ", " + std::to_string(of.left_out) + " of lower severity left out") +
             "\n";
-    if (!of.findings.empty()) text += "\"dabspi explain CODE\" tells more of a kind.\n";
+    if (!of.findings.empty()) text += "\"dabspi explain CODE\" says more of a kind.\n";
     return text;
 }
 

@@ -75,10 +75,10 @@ std::vector<command> add_command_line(CLI::App& app) {
     app.description("DAB Service and Programme Information (ETSI TS 102 371) on a desk");
     app.set_version_flag("--version", "dabspi " DABSPI_VERSION, "Print the version and exit");
     app.footer(
-        "\"dabspi COMMAND --help\" tells more of a command.\n"
+        "\"dabspi COMMAND --help\" explains a command.\n"
         "\n"
         "Examples:\n"
-        "  dabspi replay day.jsonl                 what a receiver would have been told that day\n"
+        "  dabspi replay day.jsonl                 what a receiver would have shown that day\n"
         "  dabspi replay --json --api core day.jsonl\n"
         "  dabspi inspect si.bin                   what is in an object, and what a receiver reads\n"
         "  dabspi check day.jsonl                  what a receiver will not show as it was meant, and why\n"

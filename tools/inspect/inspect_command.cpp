@@ -125,9 +125,10 @@ command add_inspect_command(CLI::App& dabspi) {
     CLI::App* const app = dabspi.add_subcommand(
         "inspect", "Show binary SPI objects as trees, and what a receiver takes from them");
     const auto options = std::make_shared<inspect_options>();
-    app->add_option("OBJECT", options->objects,
-                    "Binary SPI objects, recordings, or folders of bodies as receivers dump them;\n- is "
-                    "standard input")
+    app->add_option(
+           "OBJECT", options->objects,
+           "Binary SPI objects, call recordings, or folders of objects as receivers dump them;\n- is "
+           "standard input")
         ->required()
         ->option_text("...");
     app->add_option("--line", options->lines, "Of recordings, only the object fed by line N; may be repeated")
@@ -166,7 +167,7 @@ command add_inspect_command(CLI::App& dabspi) {
         "  dabspi inspect --hex si.bin | less         with the bytes beside it\n"
         "  dabspi inspect --line 12 day.jsonl         the object that line 12 of a recording feeds\n"
         "  dabspi inspect --xml pi.bin >pi.xml        as an XML document\n"
-        "  dabspi inspect --json dump/ | jq .kind     all bodies in a folder");
+        "  dabspi inspect --json dump/ | jq .kind     all objects in a folder");
     return {app, [options] { return inspect(*options); }};
 }
 

@@ -11,12 +11,14 @@ constexpr std::size_t kMostEdits = 3;
 
 std::size_t distance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> before, last(b.size() + 1), row(b.size() + 1);
-    for (std::size_t j = 0; j < last.size(); ++j) last[j] = j;
+    for (std::size_t j = 0; j < last.size(); ++j)
+        last[j] = j;
     for (std::size_t i = 0; i < a.size(); ++i) {
         row[0] = i + 1;
         for (std::size_t j = 0; j < b.size(); ++j) {
             row[j + 1] = std::min({last[j + 1] + 1, row[j] + 1, last[j] + (a[i] == b[j] ? 0 : 1)});
-            if (i > 0 && j > 0 && a[i] == b[j - 1] && a[i - 1] == b[j]) row[j + 1] = std::min(row[j + 1], before[j - 1] + 1);
+            if (i > 0 && j > 0 && a[i] == b[j - 1] && a[i - 1] == b[j])
+                row[j + 1] = std::min(row[j + 1], before[j - 1] + 1);
         }
         before = last;
         last = row;

@@ -7,8 +7,8 @@
 
 namespace dabspi {
 
-// The one of `words` that is nearest to `mistyped`, by letters that are put in, left out, changed or exchanged with
-// their neighbour; empty when none is near. Long words are not looked at.
+// The one of `words` that is nearest to `mistyped`, by letters that are put in, left out, changed or
+// exchanged with their neighbour; empty when none is near. Long words are not looked at.
 std::string nearest(std::string_view mistyped, const std::vector<std::string>& words);
 
 // "; did you mean check?", or nothing.
