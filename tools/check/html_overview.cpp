@@ -33,27 +33,33 @@ std::string row_head(const check_report& of, const service_overview& service) {
     return "<tr><th scope=\"row\">" + service_markup(of, service.service);
 }
 
+std::string logo_row(const check_report& of, const service_overview& service,
+                     const std::vector<std::size_t>& sizes) {
+    std::string row = row_head(of, service);
+    for (const std::size_t size : sizes) {
+        const logo_cell& cell = service.logos.at(size);
+        const char* const kind = cell.announced == 0 ? ""
+                                 : cell.written      ? "written"
+                                 : cell.sent != 0    ? "sent"
+                                                     : "missing";
+        row += std::string("<td class=\"") + kind + "\">" + escaped(cell_text(cell));
+    }
+    return row + "</tr>\n";
+}
+
 std::string logos(const check_report& of, const overview& all) {
+    const std::vector<std::size_t> sizes = all.logo_sizes();
+    if (sizes.empty()) return {};
     std::string rows;
     std::size_t count = 0;
     for (const service_overview& service : all.services) {
         if (!service.has_logo()) continue;
         ++count;
-        rows += row_head(of, service);
-        for (std::size_t size = 1; size <= kLogoSizes; ++size) {
-            const logo_cell& cell = service.logos.at(size % kLogoSizes);
-            const char* const kind = cell.announced == 0 ? ""
-                                     : cell.written      ? "written"
-                                     : cell.sent != 0    ? "sent"
-                                                         : "missing";
-            rows += std::string("<td class=\"") + kind + "\">" + escaped(cell_text(cell));
-        }
-        rows += "</tr>\n";
+        rows += logo_row(of, service, sizes);
     }
-    if (rows.empty()) return {};
     std::string head = "<thead><tr><th scope=\"col\">Service";
-    for (std::size_t size = 1; size <= kLogoSizes; ++size)
-        head += std::string("<th scope=\"col\">") + size_text(static_cast<std::uint8_t>(size % kLogoSizes));
+    for (const std::size_t size : sizes)
+        head += std::string("<th scope=\"col\">") + size_text(static_cast<std::uint8_t>(size));
     return folded("Logos of " + number_of(count, "service") + ", by size",
                   scrolling("Table of logos", head + "</tr></thead>\n<tbody>\n" + rows), count <= kFewRows);
 }

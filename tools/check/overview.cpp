@@ -182,6 +182,18 @@ bool service_overview::has_logo() const {
     return std::any_of(logos.begin(), logos.end(), [](const logo_cell& each) { return each.announced != 0; });
 }
 
+std::vector<std::size_t> overview::logo_sizes() const {
+    std::vector<std::size_t> sizes;
+    for (std::size_t i = 1; i <= kLogoSizes; ++i) {
+        const std::size_t size = i % kLogoSizes;
+        const bool used = std::any_of(services.begin(), services.end(), [size](const service_overview& each) {
+            return each.logos.at(size).announced != 0;
+        });
+        if (used) sizes.push_back(size);
+    }
+    return sizes;
+}
+
 std::vector<std::size_t> overview::without_schedule() const {
     if (!any_programmes) return {};
     return those(services, [](const service_overview& each) { return each.announced && each.days.empty(); });

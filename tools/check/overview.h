@@ -51,6 +51,9 @@ struct overview {
     bool any_announced = false;              // there is service information
     bool any_programmes = false;
 
+    // Codes of the sizes in which a logo is announced, in a row: known ones, others, unknown.
+    std::vector<std::size_t> logo_sizes() const;
+
     // Services by what they lack, as indices. Where nothing of a kind was sent at all, nobody lacks it.
     std::vector<std::size_t> without_schedule() const;
     std::vector<std::size_t> without_logo() const;

@@ -1,7 +1,6 @@
 #include "tools/check/text_report.h"
 
 #include <algorithm>
-#include <array>
 
 #include "tools/check/local_day.h"
 #include "tools/check/logo_text.h"
@@ -96,18 +95,14 @@ std::string services_text(const overview& all, const text_settings& how) {
 
 // A column for each size that is announced at all.
 std::string logos_text(const overview& all, const text_settings& how) {
-    std::array<bool, kLogoSizes> used{};
-    std::size_t services = 0;
-    for (const service_overview& each : all.services) {
-        services += each.has_logo() ? 1 : 0;
-        for (std::size_t size = 0; size < kLogoSizes; ++size)
-            used.at(size) = used.at(size) || each.logos.at(size).announced != 0;
-    }
-    if (services == 0) return {};
+    const std::vector<std::size_t> sizes = all.logo_sizes();
+    if (sizes.empty()) return {};
+    const auto services =
+        static_cast<std::size_t>(std::count_if(all.services.begin(), all.services.end(),
+                                               [](const service_overview& each) { return each.has_logo(); }));
     std::string text = padded("Logos", kNameWidth);
-    for (std::size_t size = 1; size <= kLogoSizes; ++size)
-        if (used.at(size % kLogoSizes))
-            text += "  " + padded(size_text(static_cast<std::uint8_t>(size % kLogoSizes)), kCellWidth);
+    for (const std::size_t size : sizes)
+        text += "  " + padded(size_text(static_cast<std::uint8_t>(size)), kCellWidth);
     text = how.colours(ink::heading, without_trailing_blanks(text)) + "\n";
     std::size_t shown = 0;
     for (const service_overview& each : all.services) {
@@ -115,9 +110,8 @@ std::string logos_text(const overview& all, const text_settings& how) {
         if (!how.all && shown == kSomeServices) break;
         ++shown;
         std::string line = padded(cut(service_text(each), kNameWidth), kNameWidth);
-        for (std::size_t size = 1; size <= kLogoSizes; ++size)
-            if (used.at(size % kLogoSizes))
-                line += "  " + padded(short_cell(each.logos.at(size % kLogoSizes)), kCellWidth);
+        for (const std::size_t size : sizes)
+            line += "  " + padded(short_cell(each.logos.at(size)), kCellWidth);
         text += without_trailing_blanks(line) + "\n";
     }
     if (shown < services)

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "tests/tools/check/broadcast.h"
@@ -150,6 +151,47 @@ TEST(PageOfManyAnnouncements, CountsTheFindingsOfAnObject) {
                                 "144</a>"));
     EXPECT_THAT(page, HasSubstr("<summary>13 to 112</summary>"));
     EXPECT_THAT(page, HasSubstr("<summary>113 to 144</summary>"));
+}
+
+// A service with gaps on many days: `days` of four programmes, of which a receiver keeps two days.
+std::size_t page_size(unsigned services, unsigned days) {
+    broadcast calls = tuned();
+    std::vector<spi_builder::service_data> announced;
+    for (unsigned i = 0; i < services; ++i) {
+        announced.push_back(another(0xC300 + i, "Service " + std::to_string(i)));
+        for (unsigned day = 0; day < days; ++day) {
+            spi_builder::schedule_data schedule;
+            schedule.scope = spi_builder::service_id{0xE1, kEnsemble, 0xC300 + i, 0};
+            schedule.programmes = whole_day(kToday + day);
+            for (auto& each : schedule.programmes)
+                each.duration = 300 * 60;
+            calls.pi(std::to_string(i) + "-" + std::to_string(day), spi_builder::pi_object({schedule}));
+        }
+    }
+    calls.si("si.eib", spi_builder::si_object(0xE1, kEnsemble, announced));
+    return html_report(calls.check()).size();
+}
+
+TEST(Page, GrowsWithWhatItShowsAndNotFaster) {
+    const std::size_t style = page_size(1, 1);
+    const std::size_t ten = page_size(10, 2) - style;
+    const std::size_t twenty = page_size(20, 2) - style;
+    EXPECT_LT(twenty, ten * 22 / 10);
+    const std::size_t week = page_size(2, 7) - style;
+    const std::size_t month = page_size(2, 28) - style;
+    EXPECT_LT(month, week * 44 / 10);
+}
+
+TEST(TextReport, IsCutByKind) {
+    std::vector<spi_builder::logo_data> logos;
+    for (unsigned i = 0; i < 1000; ++i)
+        logos.push_back(logo(std::to_string(i) + ".png", 32, 32));
+    broadcast calls = tuned();
+    calls.si("si.eib", information_object(station_with(logos)));
+    const std::string text = text_report(calls.check(), {});
+    EXPECT_LT(std::count(text.begin(), text.end(), '\n'), 80);
+    EXPECT_THAT(text, HasSubstr("logo-not-sent  1000 places"));
+    EXPECT_THAT(text, HasSubstr("    and 992 more; --all shows them\n"));
 }
 
 }  // namespace
