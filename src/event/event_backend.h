@@ -45,6 +45,7 @@ class event_backend : public event_proc {
     // An EC_TERM, or an answer to one, got lost for want of memory: somebody may be waiting for an answer
     // that never comes. Any thread.
     void note_lost_answer() noexcept;
+    // Whether that has happened. Any thread.
     bool lost_an_answer() const { return lost_answer_; }
 
  protected:

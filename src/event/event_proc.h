@@ -84,8 +84,9 @@ class event_proc {
     // The queue that this worker serves.
     _qid queue_id() const { return queue_.id(); }
 
-    // The router by which this worker sends; not owned. The router sets it, when it registers the worker.
+    // The router by which this worker sends; not owned, null before registration.
     event_backend* backend() const { return backend_; }
+    // For the router only, when it registers the worker.
     void set_backend(event_backend* router) { backend_ = router; }
 
  protected:

@@ -29,9 +29,11 @@ struct worker_duties {
 
 class worker_lifecycle {
  public:
+    // With the gate closed.
     worker_lifecycle(_qid id, worker_duties what_differs)
         : duties(std::move(what_differs)), unhandled_when_ended(id) {}
 
+    // As the constructor was told.
     const worker_duties duties;
 
     // ---- the gate ----
@@ -47,6 +49,7 @@ class worker_lifecycle {
         gate_.wait([&] { return complete_ || !running; });
         return complete_;
     }
+    // See wait_at_gate.
     void tell_gate() noexcept { gate_.announce(); }
 
     // Several events may be queued at once: the class is known not to override post_event.

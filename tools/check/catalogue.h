@@ -11,7 +11,7 @@ namespace dabspi::check {
 enum class severity {
     note,     // by design, or harmless; worth knowing
     warning,  // a receiver shows less than it could, or something else than was meant
-    error,    // what was sent is lost or misread
+    error,    // what was sent is lost or read wrongly
 };
 
 enum class finding_code {
@@ -52,6 +52,8 @@ enum class finding_code {
     overlap,
     uncovered,
     no_tomorrow,
+    no_programmes_today,
+    schedule_ends,
     nothing_on,
     // logos
     logo_no_station,

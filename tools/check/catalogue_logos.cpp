@@ -1,4 +1,4 @@
-// Station logos: announcements in service information, and the images that come for them.
+// Station logos: logo announcements in service information, and the images that come for them.
 
 #include "tools/check/catalogue_entries.h"
 
@@ -20,8 +20,9 @@ const std::vector<catalogue_entry>& logo_entries() {
         {finding_code::logo_jpeg, "logo-jpeg", severity::warning, "a JPEG logo",
          "Only PNG images are written; JPEG logos are announced and dropped.",
          "Send a PNG of 128x128 or 320x240 pixels as well.",
-         "The announcement decides, not the image: MIME type image/jpeg, or without a MIME type the "
-         "endings jpg, JPG and jpeg. A JPEG body under a PNG announcement is written, see logo-not-png."},
+         "The logo announcement decides, not the image: MIME type image/jpeg, or without a MIME type the "
+         "endings jpg, JPG and jpeg. A JPEG image under a logo announcement for PNG is written, see "
+         "logo-not-png."},
         {finding_code::logo_format, "logo-format", severity::warning, "a logo of unknown format",
          "Neither the MIME type nor the ending of the content name says PNG, so the logo is never "
          "written.",
@@ -36,50 +37,51 @@ const std::vector<catalogue_entry>& logo_entries() {
          "none at all, is only carried along. Exactly these numbers count: 240x320 is another size than "
          "320x240."},
         {finding_code::logo_not_sent, "logo-not-sent", severity::warning, "announced and never sent",
-         "The announcement waits for an image of this content name on the same data service, and none "
+         "The logo announcement waits for an image of this content name on the same data service, and none "
          "came.",
          "Send the image under the announced name, or do not announce it.",
          "Content names are compared byte for byte, with case, path and everything. The url of the "
          "multimedia element has to be the ContentName of the image, not the address of a web server, "
-         "unless both are the same. In a short recording the image may simply not have come round yet."},
+         "unless both are the same. In a short recording the image may simply not have been repeated yet."},
         {finding_code::logo_not_announced, "logo-not-announced", severity::warning,
          "sent and never announced",
          "An image that no service information on the same data service announces is dropped.",
          "Announce it: a multimedia element whose url is the image's content name.",
-         "Announcements are kept under the data service that carried them. An image on another data "
-         "service than its announcement is never matched."},
-        {finding_code::logo_early, "logo-early", severity::warning, "sent before its announcement",
+         "Logo announcements are kept under the data service that carried them. An image on another data "
+         "service than its logo announcement is never matched."},
+        {finding_code::logo_early, "logo-early", severity::warning, "sent before its logo announcement",
          "Images that come before the service information are dropped, not kept.",
          "Send service information first and more often than images, so that little time is lost.",
-         "The image is written when the carousel brings it again, after the announcement. In a slow "
+         "The image is written when the carousel brings it again, after the logo announcement. In a slow "
          "carousel that can be long: the station stays without its logo until then."},
         {finding_code::logo_subtype, "logo-subtype", severity::warning, "an image of an unused sub-type",
          "Images are taken with ContentSubType 1 (JFIF) or 3 (PNG) only.",
          "Send PNG images with ContentSubType 3.",
          "GIF (0) and BMP (2) are dropped before their names are looked at; a PNG that is sent with a "
-         "wrong sub-type is lost with them. The announcement stays open."},
+         "wrong sub-type is lost with them. The logo announcement stays open."},
         {finding_code::logo_too_large, "logo-too-large", severity::error, "a logo that is too large",
-         "Images of more than 22,528 bytes are not written, and use up their announcement.",
+         "Images of more than 22,528 bytes are not written, and use up their logo announcement.",
          "Compress the image to 22,528 bytes or less.",
-         "The announcement is consumed all the same, and what stands in the logo directory for this "
+         "The logo announcement is consumed all the same, and what stands in the logo directory for this "
          "station and size stays as it was. A palette of 256 colours makes most logos small enough."},
         {finding_code::logo_larger_there, "logo-larger-there", severity::note,
          "a larger logo is there already",
          "A logo of 128x128 is not written once one of 320x240 of the same station is on disk.",
          "Nothing needs to be done; to have both, send the smaller one first.",
-         "The smaller one would be superfluous. The announcement is consumed; the other way round both "
+         "The smaller one would be superfluous. The logo announcement is consumed; the other way round both "
          "are written."},
         {finding_code::logo_twice, "logo-twice", severity::note, "written more than once",
-         "Announcements add up: an image is written and told once for each announcement that waits for "
+         "Logo announcements add up: an image is written and reported once for each logo announcement that "
+         "waits for "
          "it.",
          "Announce each image once for each station, and do not change service information without need.",
          "Each new version of a service information object, and each other name for it, announces all "
          "its logos again. What comes next is then written as many times. Nothing is lost, but the host "
-         "is told more than once."},
+         "is notified more than once."},
         {finding_code::logo_not_png, "logo-not-png", severity::error, "announced as PNG, and it is none",
          "The announced format decides; whatever comes is written as a .PNG file, and the display cannot "
          "show it.",
-         "Send a valid PNG under a PNG announcement.",
+         "Send a valid PNG under a logo announcement for PNG.",
          "The receiver does not look into images. A JPEG, an error page of a web server or a PNG that "
          "was cut off ends up in a file named .PNG. The image was decoded here as a whole to tell."},
         {finding_code::logo_other_size, "logo-other-size", severity::warning, "not of the announced size",
@@ -89,10 +91,10 @@ const std::vector<catalogue_entry>& logo_entries() {
          "size announced as another is a copy and paste mistake more often than not."},
         {finding_code::logo_change_lost, "logo-change-lost", severity::warning,
          "a changed logo that is not written",
-         "An announcement serves one image; a changed image under the same name is ignored until it is "
+         "A logo announcement serves one image; a changed image under the same name is ignored until it is "
          "announced anew.",
          "Give a changed logo a new content name, and announce it.",
-         "The first image that matches uses the announcement up. Repetitions in the carousel are "
+         "The first image that matches uses the logo announcement up. Repetitions in the carousel are "
          "therefore ignored, and so is a new picture under the old name, until service information is "
          "read again: when its size changes or the day does."},
     };

@@ -25,7 +25,7 @@ const std::vector<catalogue_entry>& object_entries() {
          "Names, times, bearers and logos are read; genres, descriptions, links and memberships are not. "
          "What is wrong there does no harm here, and may do so elsewhere. Genres written as text, the "
          "URN of the XML document instead of its binary form, are the usual case."},
-        {finding_code::misread, "misread", severity::warning, "well formed, and misread",
+        {finding_code::misread, "misread", severity::warning, "well formed, and read otherwise",
          "The coding is allowed, but receivers of this kind read it otherwise than it is meant.",
          "Code it in the usual form: see the text of the finding.",
          "Three things are known: a length or a number of three bytes within the last three bytes of an "
@@ -74,7 +74,7 @@ const std::vector<catalogue_entry>& object_entries() {
          "Use short names, such as w20260310dE1C221.EHB.",
          "The MOT parameter ContentName (ETSI EN 301 234) states its length in seven bits, or in fifteen "
          "with the extension flag. Broadcasts use the short form; data decoders that expect it cut "
-         "longer names or lose the object, and a logo whose name was cut matches no announcement. Web "
+         "longer names or lose the object, and a logo whose name was cut matches no logo announcement. Web "
          "addresses used as content names are how this happens."},
         {finding_code::not_utf8, "not-utf8", severity::warning, "text that is not UTF-8",
          "Texts are passed on byte for byte; what a display makes of bytes that are not UTF-8 is left to "

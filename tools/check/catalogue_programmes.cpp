@@ -47,7 +47,7 @@ const std::vector<catalogue_entry>& programme_entries() {
          "again when the day changes.",
          "Nothing needs to be done, as long as today and tomorrow are among what is sent.",
          "The local date of the start decides, by the object's own offset. At a change of day all "
-         "objects are read again as they come round in the carousel, and what was ahead then finds its "
+         "objects are read again when the carousel repeats them, and what was ahead then finds its "
          "place. Programmes of past days only cost capacity."},
         {finding_code::no_start, "no-start", severity::error, "a programme without a start time",
          "Without a time element, or with day 0, a programme has no place in a schedule and is dropped.",
@@ -65,7 +65,7 @@ const std::vector<catalogue_entry>& programme_entries() {
          "more than 65,000. Such a programme is kept and reported, with an impossible time, and is never "
          "now or next."},
         {finding_code::no_title, "no-title", severity::warning, "a programme without a title",
-         "Only long and medium names are read for programmes; one without counts as not set, is told "
+         "Only long and medium names are read for programmes; one without counts as not set, is reported "
          "again every minute, and has no next.",
          "Give each programme a medium name; short names alone are not enough.",
          "A programme whose title is empty is found as now at every tick of the clock and reported again "
@@ -122,6 +122,23 @@ const std::vector<catalogue_entry>& schedule_entries() {
          "Receivers keep today and tomorrow. When now ends at midnight or later, next is looked for in "
          "the service's second day. If that has not been received, there is no next, and at the change "
          "of day the service has no schedule at all until the new day's objects are received."},
+        {finding_code::no_programmes_today, "no-programmes-today", severity::error, "nothing for today",
+         "What is sent holds no programme for the day of the receiver's clock; a service shows nothing, "
+         "whatever else its schedule says.",
+         "Look whether the carousel is still fed: what it holds is old, or dated wrongly.",
+         "Looked at is the last day of a call recording's clock, or the day that --date gives; where the "
+         "date "
+         "of a folder is guessed nothing can be stale. It is said of each service that has programmes for "
+         "other "
+         "days only, and once of all when none has programmes for this day."},
+        {finding_code::schedule_ends, "schedule-ends", severity::warning, "a schedule that ends soon",
+         "The last programme that is sent for the service ends within a day (or within --ends-within HOURS), "
+         "and then the receiver has nothing more to show.",
+         "Send the following days in time.",
+         "Counted is from the end of a call recording's clock, or from the date and time that --date gives, "
+         "to "
+         "the end of the last programme of the service, on whatever day. A carousel that is not fed any more "
+         "shows here first."},
         {finding_code::nothing_on, "nothing-on", severity::warning,
          "nothing, or something else, while listening",
          "No stored programme covers the time; the receiver keeps what it showed before, or shows "

@@ -5,13 +5,13 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <memory>
 #include <system_error>
 
+#include "tools/check/all_reports.h"
 #include "tools/check/html_report.h"
-#include "tools/check/json_report.h"
 #include "tools/check/report.h"
-#include "tools/check/text_report.h"
 #include "tools/files/whole_file.h"
 #include "tools/playing/storage.h"
 #include "tools/terminal/error_messages.h"
@@ -37,7 +37,8 @@ struct check_options {
     std::string colour = "auto";
     std::string date;
     std::string service;
-    std::optional<std::uint32_t> ensemble;
+    std::string ensemble;
+    long ends_within = 24;
 };
 
 // Messages of one kind, not without end.
@@ -51,30 +52,49 @@ void print_errors(const std::vector<std::string>& messages) {
 folder_options folder_options_of(const check_options& options) {
     folder_options folder;
     if (!options.date.empty()) folder.clock = parse_clock(options.date);
-    if (!options.service.empty()) folder.service = parse_service(options.service);
-    if (options.ensemble) folder.ensemble = static_cast<std::uint16_t>(*options.ensemble);
+    if (!options.service.empty()) folder.service = dab_identifier::of_service(options.service);
+    if (!options.ensemble.empty()) folder.ensemble = dab_identifier::of_ensemble(options.ensemble);
+    // A service may be said with its ensemble.
+    if (folder.service && folder.service->ensemble && !folder.ensemble) folder.ensemble = folder.service;
     return folder;
 }
 
-check_report play_and_look(checked_input input, const check_options& options, const storage& store) {
-    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
-    return check_input(std::move(input), *severity_named(options.severity), store.path(),
-                       [&](std::size_t fed) {
-                           progress.update(fed);
-                           return interrupt_watch::noted() == 0;
-                       });
+// Stops early when it is interrupted, or when one did not end: then the last one tells.
+std::vector<check_report> play_and_look(std::vector<checked_input> inputs, const check_options& options,
+                                        const storage& store) {
+    check_settings settings(*severity_named(options.severity));
+    settings.ends_within = options.ends_within;
+    std::size_t calls = 0;
+    for (const checked_input& each : inputs)
+        calls += each.calls.calls.size();
+    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, calls, "calls");
+    std::vector<check_report> reports;
+    std::size_t before = 0;
+    for (checked_input& each : inputs) {
+        const std::size_t of_this = each.calls.calls.size();
+        const std::string folder = store.path() + "/" + std::to_string(reports.size());
+        std::filesystem::create_directory(folder);
+        reports.push_back(check_input(std::move(each), settings, folder, [&](std::size_t fed) {
+            progress.update(before + fed);
+            return interrupt_watch::noted() == 0;
+        }));
+        before += of_this;
+        if (reports.back().replayed.end != play_end::finished) break;
+    }
+    return reports;
 }
 
 // Gives the exit status.
-int print(const check_report& report, const check_options& options) {
-    for (const std::string& each : report.disagreements)
-        print_error(printable(report.input.calls.name) + ": " + each +
-                    "; this is a fault of dabspi: what is said of this line may be wrong");
-    if (!options.html.empty()) {
-        const std::string error =
-            options.html == "-" ? "" : write_whole_file(options.html, html_report(report));
-        if (!error.empty()) {
-            print_error("cannot write " + printable(options.html) + ": " + error);
+int print(const std::vector<check_report>& reports, const check_options& options) {
+    for (const check_report& report : reports)
+        for (const std::string& each : report.disagreements)
+            print_error(printable(report.input.calls.name) + ": " + each +
+                        "; this is a fault of dabspi: what is said of this line may be wrong");
+    if (!options.html.empty() && options.html != "-") {
+        for (const page& each : pages_of(options.input, reports, options.html)) {
+            const std::string error = write_whole_file(each.path, each.content);
+            if (error.empty()) continue;
+            print_error("cannot write " + printable(each.path) + ": " + error);
             return kExitFailed;
         }
     }
@@ -83,8 +103,13 @@ int print(const check_report& report, const check_options& options) {
     how.colours = colouring(wants_colour(options.colour, STDOUT_FILENO));
     how.all = options.all;
     // The page on standard output leaves no room for anything else.
-    if (options.html != "-") out.write(options.json ? json_report(report) : text_report(report, how));
-    if (options.html == "-") out.write(html_report(report));
+    if (options.html == "-") {
+        out.write(html_report(reports.front()));
+    } else if (options.json) {
+        out.write(json_of_all(options.input, reports));
+    } else {
+        out.write(text_of_all(options.input, reports, how));
+    }
     out.flush();
     if (out.error() != 0) {
         // A reader that has read enough is no reason for a message.
@@ -92,13 +117,21 @@ int print(const check_report& report, const check_options& options) {
             print_error("cannot write to standard output: " + std::generic_category().message(out.error()));
         return kExitFailed;
     }
-    return report.findings.empty() ? kExitDone : kExitMalformed;
+    const bool found = std::any_of(reports.begin(), reports.end(),
+                                   [](const check_report& each) { return !each.findings.empty(); });
+    return found ? kExitMalformed : kExitDone;
 }
 
 int run_check(const check_options& options) {
-    checked_input input = read_input(options.input, folder_options_of(options));
-    if (!input.errors.empty()) {
-        print_errors(input.errors);
+    std::vector<checked_input> inputs = read_inputs(options.input, folder_options_of(options));
+    if (!inputs.front().errors.empty()) {
+        print_errors(inputs.front().errors);
+        return kExitUnusable;
+    }
+    if (options.html == "-" && inputs.size() > 1) {
+        print_error(
+            printable(options.input) + ": there are " + std::to_string(inputs.size()) +
+            " ensembles, and a page holds one: name a file for --html, or choose one with --ensemble");
         return kExitUnusable;
     }
     // What replays cannot print is refused there; through the core interface everything can be played.
@@ -107,12 +140,12 @@ int run_check(const check_options& options) {
     {
         const interrupt_watch watch;  // from here on there is something to tidy up
         const storage store = storage::temporary();
-        const check_report report = play_and_look(std::move(input), options, store);
+        const std::vector<check_report> reports = play_and_look(std::move(inputs), options, store);
         signal = interrupt_watch::noted();
-        if (report.replayed.end == play_end::not_quiet) {
+        if (reports.back().replayed.end == play_end::not_quiet) {
             print_error("the library did not come to rest: one of its workers has ended or hangs");
         } else if (signal == 0) {
-            status = print(report, options);
+            status = print(reports, options);
         }
     }
     if (signal != 0) die_by(signal);
@@ -120,16 +153,17 @@ int run_check(const check_options& options) {
 }
 
 std::string date_fault(const std::string& text) {
-    return parse_clock(text) ? ""
-                             : "\"" + printable(text) +
-                                   "\" is no date; a date is written 2026-03-10, or "
-                                   "2026-03-10T12:00 with a time";
+    return parse_clock(text)
+               ? ""
+               : in_quotes(text) +
+                     " is no date; a date is written 2026-03-10, with a time 2026-03-10T12:00, or as "
+                     "today or now";
 }
 std::string service_fault(const std::string& text) {
-    return parse_service(text) ? ""
-                               : "\"" + printable(text) +
-                                     "\" is no service; a service is written "
-                                     "ECC.SId.SCIdS, as in E1.C221.0";
+    return dab_identifier::of_service(text) ? "" : no_service(text);
+}
+std::string ensemble_fault(const std::string& text) {
+    return dab_identifier::of_ensemble(text) ? "" : no_ensemble(text);
 }
 
 }  // namespace
@@ -138,8 +172,10 @@ command add_check_command(CLI::App& dabspi) {
     CLI::App* const app =
         dabspi.add_subcommand("check", "Play a broadcast and explain what a receiver makes of it");
     const auto options = std::make_shared<check_options>();
-    app->add_option("RECORDING", options->input,
-                    "A recording (JSON Lines; - is standard input), or a folder of MOT bodies")
+    app->add_option(
+           "RECORDING", options->input,
+           "A call recording (JSON Lines; - is standard input), a folder of dumped objects, a tree with a "
+           "folder for\neach ensemble, or one object")
         ->required()
         ->option_text("or FOLDER");
     CLI::Option* const json = app->add_flag("--json", options->json, "Print one JSON object instead of text");
@@ -155,26 +191,34 @@ command add_check_command(CLI::App& dabspi) {
         ->option_text("auto|always|never")
         ->check(CLI::IsMember({"auto", "always", "never"}));
     app->add_option("--date", options->date,
-                    "Of a folder: the receiver's local date, at noon or at the time given")
-        ->option_text("DATE[Thh:mm]")
+                    "Of a folder: the receiver's local date, at noon or at the time given; today is this "
+                    "computer's\ndate at noon, now with its time")
+        ->option_text("DATE[Thh:mm]|today|now")
         ->check(date_fault);
-    app->add_option("--service", options->service, "Of a folder: the service that is listened to")
+    app->add_option("--service", options->service,
+                    "Of a folder: the service that is listened to, e.g. E1.C221.0")
         ->option_text("ECC.SID.SCIDS")
         ->check(service_fault);
-    app->add_option("--ensemble", options->ensemble, "Of a folder: the ensemble, e.g. 0xC185")
-        ->option_text("EID")
-        ->check(CLI::Range(std::uint32_t{0}, std::uint32_t{0xFFFF}));
+    app->add_option("--ensemble", options->ensemble,
+                    "Of a folder: the ensemble, e.g. 0xC185 or e1.c185; of a tree, that ensemble alone")
+        ->option_text("ECC.EID")
+        ->check(ensemble_fault);
+    app->add_option("--ends-within", options->ends_within,
+                    "Warn when a schedule ends within so many hours (default 24)")
+        ->option_text("HOURS")
+        ->check(CLI::Range(0L, 24L * 366));
     json->excludes(all);
     app->footer(
         "Date, service and ensemble of a folder are guessed from its objects when they are not given, and "
         "said.\n"
-        "Exit status: 0 nothing was found; 1 something was, or output could not be written; 2 the input or\n"
-        "the command line cannot be used.\n"
+        "Exit status: 0 nothing of the severity was found; 1 something was; 2 the input or the command line\n"
+        "cannot be used; 3 output could not be written, or the library did not come to rest.\n"
         "\n"
         "Examples:\n"
         "  dabspi check day.jsonl                       what is wrong, and why\n"
         "  dabspi check --html day.html day.jsonl       the same as a page, with schedules and logos\n"
-        "  dabspi check --severity error dump/          for scripts: only what is lost or misread\n"
+        "  dabspi check --severity error --date today dump/\n"
+        "                                               every night: a carousel that is stale is an error\n"
         "  dabspi explain gap                           more of one kind of finding");
     return {app, [options] { return run_check(*options); }};
 }

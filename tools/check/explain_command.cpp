@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -13,6 +12,7 @@
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/wrapped_text.h"
+#include "tools/text/nearest.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -39,9 +39,10 @@ std::string markdown() {
         "# Findings of dabspi check\n\n"
         "What `dabspi check` finds in a broadcast, why a receiver behaves so, and what remedies it. Codes "
         "are stable. An error is what is\n"
-        "lost or misread, a warning what is shown otherwise than it was meant or less than it could be, a "
+        "lost or read wrongly, a warning what is shown otherwise than it was meant or less than it could be, "
+        "a "
         "note what is by design or\n"
-        "harmless. `dabspi explain CODE` tells more of each; `dabspi explain --markdown` prints this "
+        "harmless. `dabspi explain CODE` explains each; `dabspi explain --markdown` prints this "
         "page.\n\n"
         "| code | severity | what | why | remedy |\n|---|---|---|---|---|\n";
     for (const catalogue_entry& each : catalogue())
@@ -50,32 +51,13 @@ std::string markdown() {
     return text;
 }
 
-// Edits (insert, remove, replace a letter) from one word to another.
-std::size_t distance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j < row.size(); ++j)
-        row[j] = j;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t corner = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = corner + (a[i] == b[j] ? 0 : 1);
-            corner = row[j + 1];
-            row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, replaced});
-        }
-    }
-    return row.back();
-}
-
 std::string unknown(const std::string& name) {
-    const auto nearest = std::min_element(catalogue().begin(), catalogue().end(),
-                                          [&](const catalogue_entry& a, const catalogue_entry& b) {
-                                              return distance(name, a.name) < distance(name, b.name);
-                                          });
-    const bool near = name.size() < 64 && distance(name, nearest->name) <= 3;
+    std::vector<std::string> names;
+    for (const catalogue_entry& each : catalogue())
+        names.emplace_back(each.name);
+    const std::string meant = did_you_mean(name, names);
     return "there is no finding " + in_quotes(name) +
-           (near ? std::string("; did you mean ") + nearest->name + "?"
-                 : "; \"dabspi explain\" lists them all");
+           (meant.empty() ? "; \"dabspi explain\" lists them all" : meant);
 }
 
 // "malformed,gap": the completion offers them.
@@ -118,7 +100,7 @@ int explain(const std::vector<std::string>& names, bool as_page) {
 }  // namespace
 
 command add_explain_command(CLI::App& dabspi) {
-    CLI::App* const app = dabspi.add_subcommand("explain", "Tell more of what \"dabspi check\" finds");
+    CLI::App* const app = dabspi.add_subcommand("explain", "Explain what \"dabspi check\" finds");
     const auto names = std::make_shared<std::vector<std::string>>();
     const auto as_page = std::make_shared<bool>(false);
     CLI::Option* const codes =
@@ -128,7 +110,7 @@ command add_explain_command(CLI::App& dabspi) {
     app->add_flag("--markdown", *as_page, "Print the whole catalogue as a table in Markdown")
         ->excludes(codes);
     app->footer(
-        "Exit status: 0 all codes are explained; 2 one is not known.\n"
+        "Exit status: 0 all codes are explained; 2 one is not known; 3 output could not be written.\n"
         "\n"
         "Examples:\n"
         "  dabspi explain                 the list\n"

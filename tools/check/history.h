@@ -126,7 +126,8 @@ struct history {
     std::vector<clock_period> clock;               // each SetDateTime with a date
     std::map<spi::ServElemId, std::string> names;  // the latest of each service
     std::set<spi::ServElemId> listened;            // services that were current
-    bool cut = false;                              // an object held more records than were looked at
+    std::set<std::string> cannot_tell;  // content names of which the input does not tell whether they came
+    bool cut = false;                   // an object held more records than were looked at
 
     // The images and programmes of other indices stay in place: nothing is ever removed.
 };

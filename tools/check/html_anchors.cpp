@@ -50,11 +50,18 @@ const std::vector<std::size_t>& anchors::findings_at(const std::string& anchor) 
 }
 
 std::string anchors::links_at(const check_report& of, const std::string& anchor) const {
+    // One for each kind: an object may have hundreds of findings.
+    const std::vector<std::size_t>& all = findings_at(anchor);
     std::string text;
-    for (const std::size_t each : findings_at(anchor)) {
-        const catalogue_entry& entry = entry_of(of.findings[each].code);
+    for (std::size_t i = 0; i < all.size();) {
+        std::size_t next = i;
+        while (next < all.size() && of.findings[all[next]].code == of.findings[all[i]].code)
+            ++next;
+        const catalogue_entry& entry = entry_of(of.findings[all[i]].code);
         text += (text.empty() ? "" : " ") + std::string("<a class=\"chip ") + severity_name(entry.how_bad) +
-                "\" href=\"#" + id('f', each) + "\">" + entry.name + "</a>";
+                "\" href=\"#" + id('f', all[i]) + "\">" + entry.name +
+                (next - i > 1 ? " \u00D7\u00A0" + std::to_string(next - i) : "") + "</a>";
+        i = next;
     }
     return text;
 }

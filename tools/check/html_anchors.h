@@ -22,7 +22,7 @@ class anchors {
     const std::string& of_finding(std::size_t finding) const { return anchor_of_.at(finding); }
     // In their order.
     const std::vector<std::size_t>& findings_at(const std::string& id) const;
-    // Links to the findings at an anchor: "gap, overlap", empty for none.
+    // Links to the findings at a place, one for each kind, to the first of it; empty for none.
     std::string links_at(const check_report& of, const std::string& id) const;
 
  private:

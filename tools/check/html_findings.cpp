@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tools/check/html_parts.h"
 #include "tools/check/html_text.h"
 
@@ -5,7 +7,8 @@ namespace dabspi::check::html {
 
 namespace {
 
-constexpr std::size_t kFewOccurrences = 12;  // so many are shown at once
+constexpr std::size_t kFewOccurrences = 12;    // so many are shown at once
+constexpr std::size_t kSomeOccurrences = 100;  // and so many more at a time
 
 std::string one_occurrence(const check_report& of, const anchors& where, std::size_t index) {
     const finding& what = of.findings[index];
@@ -19,18 +22,30 @@ std::string one_occurrence(const check_report& of, const anchors& where, std::si
     return text + "</li>\n";
 }
 
+std::string places_from(const check_report& of, const anchors& where, std::size_t from, std::size_t to,
+                        std::size_t first) {
+    std::string text = "<ol start=\"" + std::to_string(from - first + 1) + "\">\n";
+    for (std::size_t i = from; i < to; ++i)
+        text += one_occurrence(of, where, i);
+    return text + "</ol>\n";
+}
+
 std::string one_kind(const check_report& of, const anchors& where, std::size_t from, std::size_t to) {
     const catalogue_entry& entry = entry_of(of.findings[from].code);
     const std::string how_bad = severity_name(entry.how_bad);
     std::string text = "<details class=\"kind " + how_bad + "\"" +
-                       (to - from <= kFewOccurrences ? " open" : "") + ">\n<summary><span class=\"badge " +
-                       how_bad + "\">" + how_bad + "</span> <code>" + entry.name + "</code> " +
-                       escaped(entry.title) + " <span class=\"count\">" + number_of(to - from, "place") +
-                       "</span></summary>\n<p>" + escaped(entry.why) + "</p>\n<p><strong>Remedy:</strong> " +
-                       escaped(entry.remedy) + "</p>\n<ol>\n";
-    for (std::size_t i = from; i < to; ++i)
-        text += one_occurrence(of, where, i);
-    return text + "</ol>\n</details>\n";
+                       (entry.how_bad == severity::note && to - from > kFewOccurrences ? "" : " open") +
+                       ">\n<summary><span class=\"badge " + how_bad + "\">" + how_bad + "</span> <code>" +
+                       entry.name + "</code> " + escaped(entry.title) + " <span class=\"count\">" +
+                       number_of(to - from, "place") + "</span></summary>\n<p>" + escaped(entry.why) +
+                       "</p>\n<p><strong>Remedy:</strong> " + escaped(entry.remedy) + "</p>\n" +
+                       places_from(of, where, from, std::min(to, from + kFewOccurrences), from);
+    for (std::size_t i = from + kFewOccurrences; i < to; i += kSomeOccurrences) {
+        const std::size_t end = std::min(to, i + kSomeOccurrences);
+        text += "<details>\n<summary>" + std::to_string(i - from + 1) + " to " + std::to_string(end - from) +
+                "</summary>\n" + places_from(of, where, i, end, from) + "</details>\n";
+    }
+    return text + "</details>\n";
 }
 
 }  // namespace

@@ -14,12 +14,17 @@ namespace dabspi::check::html {
 
 namespace {
 
+constexpr std::uint64_t kMostPixels = 16'000'000;  // of an image that is shown
+
 // A browser is given what is an image of a kind that every browser knows, and nothing else.
 const char* mime_of(const bytes& body) {
     const auto header = read_image_header(body);
     if (!header) return nullptr;
     if (std::strcmp(header->kind, "PNG") == 0) return check_png(body).good ? "image/png" : nullptr;
-    return std::strcmp(header->kind, "JPEG") == 0 ? "image/jpeg" : nullptr;
+    // Unpacked, a small file may fill the reader's memory.
+    const std::uint64_t pixels = std::uint64_t{header->width} * header->height;
+    return std::strcmp(header->kind, "JPEG") == 0 && pixels != 0 && pixels <= kMostPixels ? "image/jpeg"
+                                                                                          : nullptr;
 }
 
 const char* outcome(spi::logo_refusal refusal) {

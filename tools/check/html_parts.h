@@ -11,6 +11,10 @@ namespace dabspi::check::html {
 
 extern const char* const kStyle;
 
+// A whole page around its body's content.
+std::string page_around(const std::string& title, const std::string& body);
+
+std::string overview_section(const check_report& of);
 std::string findings_section(const check_report& of, const anchors& where);
 std::string schedules_section(const check_report& of, const anchors& where);
 std::string logos_section(const check_report& of, const anchors& where);

@@ -7,6 +7,24 @@ namespace dabspi::check {
 
 namespace html {
 
+namespace {
+
+// Nothing may be fetched and nothing run, whatever stands in the page.
+const char* const kPolicy =
+    "default-src 'none'; img-src data:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'";
+
+}  // namespace
+
+std::string page_around(const std::string& title, const std::string& body) {
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
+           std::string(kPolicy) +
+           "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
+           escaped(title) + "</title>\n<style>\n" + kStyle + "</style>\n</head>\n<body>\n" + body +
+           "</body>\n</html>\n";
+}
+
 std::optional<long> last_minute(const check_report& of) {
     if (of.past.clock.empty()) return std::nullopt;
     return of.past.clock.back().minute;
@@ -22,19 +40,13 @@ std::string service_markup(const check_report& of, const spi::ServElemId& servic
 
 namespace {
 
-// Nothing may be fetched and nothing run, whatever stands in the page.
-const char* const kPolicy =
-    "default-src 'none'; img-src data:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'";
-
 struct section_link {
     const char* id;
     const char* title;
 };
-constexpr section_link kSections[] = {{"findings", "Findings"},
-                                      {"schedules", "Schedules"},
-                                      {"logos", "Logos"},
-                                      {"timeline", "What was reported"},
-                                      {"objects", "Objects"}};
+constexpr section_link kSections[] = {{"overview", "Overview"},       {"findings", "Findings"},
+                                      {"schedules", "Schedules"},     {"logos", "Logos"},
+                                      {"timeline", "What was shown"}, {"objects", "Objects"}};
 
 // A path may be broken behind its slashes.
 std::string path_markup(const std::string& path) {
@@ -46,12 +58,21 @@ std::string path_markup(const std::string& path) {
 
 std::string header(const check_report& of) {
     std::string text =
-        "<header>\n<h1>" + path_markup(of.input.calls.name) + "</h1>\n<p>" + html::escaped(span_text(of)) +
-        "; " + html::escaped(count_text(of.findings)) +
+        "<header>\n<h1>" + html::escaped(subject_text(of)) + "</h1>\n<p>" + path_markup(of.input.calls.name) +
+        ": " + html::escaped(span_text(of)) + "; " + html::escaped(count_text(of.findings)) +
         (of.left_out == 0 ? "" : ", " + std::to_string(of.left_out) + " of lower severity left out") +
         "</p>\n";
-    for (const std::string& each : of.input.said)
-        text += "<p>" + html::escaped(each) + "</p>\n";
+    // What is stale shows before anything else.
+    for (const finding& each : of.findings)
+        if (each.code == finding_code::no_programmes_today && !each.service)
+            text += "<p class=\"banner\"><strong>Nothing for today:</strong> " + html::escaped(each.text) +
+                    "</p>\n";
+    if (!of.input.said.empty()) {
+        text += "<ul class=\"said\">\n";
+        for (const std::string& each : of.input.said)
+            text += "<li>" + html::escaped(each) + "</li>\n";
+        text += "</ul>\n";
+    }
     text += "<nav aria-label=\"Parts of this page\"><ul>\n";
     for (const section_link& each : kSections)
         text += "<li>" + html::link_to(each.id, each.title) + "</li>\n";
@@ -62,17 +83,13 @@ std::string header(const check_report& of) {
 
 std::string html_report(const check_report& of) {
     const html::anchors where(of);
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
-           std::string(kPolicy) +
-           "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
-           html::escaped(of.input.calls.name) + ": dabspi check</title>\n<style>\n" + html::kStyle +
-           "</style>\n</head>\n<body>\n<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
-           "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
-           header(of) + "<main>\n" + html::findings_section(of, where) + html::schedules_section(of, where) +
-           html::logos_section(of, where) + html::timeline_section(of) + html::objects_section(of, where) +
-           "</main>\n</body>\n</html>\n";
+    return html::page_around(subject_text(of) + ": dabspi check",
+                             "<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
+                             "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
+                                 header(of) + "<main>\n" + html::overview_section(of) +
+                                 html::findings_section(of, where) + html::schedules_section(of, where) +
+                                 html::logos_section(of, where) + html::timeline_section(of) +
+                                 html::objects_section(of, where) + "</main>\n");
 }
 
 }  // namespace dabspi::check

@@ -16,6 +16,9 @@ namespace dabspi::check::html {
 
 namespace {
 
+constexpr std::size_t kOpenServices = 12;
+constexpr long kLongestProgramme = 65535 / 60;  // minutes: a duration has 16 bits of seconds
+
 std::string percent(long minutes) {
     char text[32];
     std::snprintf(text, sizeof text, "%.4f%%", 100.0 * static_cast<double>(minutes) / kDayMinutes);
@@ -41,7 +44,8 @@ class schedule_writer {
         for (const schedule_boundary& each : boundaries_of(of.past, schedule_)) {
             const long end = of.past.programmes[each.first].end();
             const long start = of.past.programmes[each.second].start;
-            if (end < start) gaps_.emplace(each.first, start - end);
+            if (end >= start || !gaps_.emplace(each.first, start - end).second) continue;
+            gaps_of_days_.emplace(end / kDayMinutes, each.first);
         }
         for (const replayed_notification& each : of.replayed.all) {
             const auto* pair = std::get_if<now_next>(&each.what);
@@ -164,9 +168,14 @@ class schedule_writer {
     std::vector<std::size_t> programmes_of(long day) const {
         const long midnight = day * kDayMinutes;
         std::vector<std::size_t> all;
-        for (std::size_t i = 0; i < schedule_.programmes.size(); ++i)
-            if (at(i).start < midnight + kDayMinutes && (at(i).start >= midnight || at(i).end() > midnight))
-                all.push_back(i);
+        // They stand by their start, and none is longer than its duration can be coded.
+        const auto first = std::partition_point(
+            schedule_.programmes.begin(), schedule_.programmes.end(), [&](std::size_t index) {
+                return of_.past.programmes[index].start < midnight - kLongestProgramme;
+            });
+        for (auto i = static_cast<std::size_t>(first - schedule_.programmes.begin());
+             i < schedule_.programmes.size() && at(i).start < midnight + kDayMinutes; ++i)
+            if (at(i).start >= midnight || at(i).end() > midnight) all.push_back(i);
         return all;
     }
 
@@ -187,8 +196,10 @@ class schedule_writer {
             covered_to = std::max(covered_to, spans[n].to);
         }
         parts.emplace(covered_to, free_time(midnight, covered_to, midnight + kDayMinutes));
-        for (const auto& [index, length] : gaps_)
-            parts.emplace(of_.past.programmes[index].end(), gap(index, length, day));
+        const auto [first_gap, last_gap] = gaps_of_days_.equal_range(day);
+        for (auto each = first_gap; each != last_gap; ++each)
+            parts.emplace(of_.past.programmes[each->second].end(),
+                          gap(each->second, gaps_.at(each->second), day));
         std::string cells;
         for (const auto& [minute, markup] : parts)
             cells += markup;
@@ -225,8 +236,9 @@ class schedule_writer {
     const service_schedule& schedule_;
     std::size_t service_;
     std::optional<long> now_;
-    std::map<std::size_t, long> gaps_;  // behind programmes of the history: how many minutes
-    std::set<long> reported_;           // starts of programmes that were reported as now
+    std::multimap<long, std::size_t> gaps_of_days_;  // the programmes before them
+    std::map<std::size_t, long> gaps_;               // behind programmes of the history: how many minutes
+    std::set<long> reported_;                        // starts of programmes that were reported as now
 };
 
 }  // namespace
@@ -241,8 +253,15 @@ std::string schedules_section(const check_report& of, const anchors& where) {
     text +=
         "<span class=\"key hatched\">no programme</span> <span class=\"key warning\">has "
         "findings</span></p>\n";
-    for (std::size_t i = 0; i < of.schedules.size(); ++i)
-        text += schedule_writer(of, where, i).write();
+    for (std::size_t i = 0; i < of.schedules.size(); ++i) {
+        const std::string article = schedule_writer(of, where, i).write();
+        // A browser lays out what is open: of many services the first ones.
+        text += i < kOpenServices
+                    ? article
+                    : "<details class=\"more\">\n<summary>" + service_markup(of, of.schedules[i].service) +
+                          " <small>" + number_of(of.schedules[i].programmes.size(), "programme") +
+                          "</small></summary>\n" + article + "</details>\n";
+    }
     return text + "</section>\n";
 }
 

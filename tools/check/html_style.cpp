@@ -37,6 +37,20 @@ section:target { outline: none; }
 .unseen { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; }
 nav ul { display: flex; flex-wrap: wrap; gap: .25rem 1.25rem; padding: 0; margin: .75rem 0 0; list-style: none; }
 
+.banner { padding: .6rem .9rem; border: 2px solid var(--error); border-radius: .3rem; color: var(--error);
+  background: var(--error-tint); font-size: 1.1rem; }
+header .banner { color: var(--error); margin: .75rem 0; }
+.said { margin: .5rem 0; padding-left: 1.25rem; color: var(--faint); overflow-wrap: anywhere; }
+.part { margin: 0 0 .75rem; }
+.part > summary { font-weight: 600; padding: .2rem 0; }
+.matrix { width: auto; }
+.matrix th, .matrix td { padding-right: 1rem; overflow-wrap: break-word; }
+.matrix th[scope="row"] { font-weight: 400; min-width: 9rem; max-width: 22rem; }
+.matrix .written { color: var(--text); font-weight: 600; }
+.matrix .sent { color: var(--faint); }
+.matrix .missing { color: var(--warning); }
+.names { columns: 16rem; margin: .25rem 0; padding-left: 1.25rem; }
+
 .line { white-space: nowrap; }
 .kind { margin: 0 0 .75rem; padding: .6rem .9rem; background: var(--sheet); border: 1px solid var(--rule);
   border-left: .35rem solid var(--note); border-radius: .3rem; }
@@ -92,6 +106,10 @@ table { border-collapse: collapse; width: 100%; margin-top: .4rem; font-size: .9
 th, td { padding: .2rem .75rem .2rem 0; text-align: left; vertical-align: top; border-bottom: 1px solid var(--rule);
   overflow-wrap: anywhere; }
 .scroll table { min-width: 34rem; }
+.objects td:first-child { min-width: 12rem; }
+.objects td { min-width: 4rem; overflow-wrap: break-word; }
+.objects td:first-child, .objects td:last-child { overflow-wrap: anywhere; }
+.objects td:last-child { min-width: 10rem; }
 .number { font-variant-numeric: tabular-nums; }
 
 .figures { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(15rem, 100%), 1fr)); gap: .9rem; }
@@ -116,6 +134,7 @@ figcaption { margin-top: .5rem; font-size: .85rem; overflow-wrap: anywhere; }
   .reported-list li { gap: .7rem; }
   article, .kind, figure { padding: .6rem; }
 }
+.kind details, .more { margin: .4rem 0; }
 @media print { .skip, nav { display: none; } }
 )";
 

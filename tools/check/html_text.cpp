@@ -5,9 +5,29 @@
 
 namespace dabspi::check::html {
 
+namespace {
+
+constexpr std::size_t kMostMarks = 6;  // over one character
+
+// Many marks over one character spread over what stands around: the rest of them is cut.
+std::string with_few_marks(std::string_view text) {
+    std::string result;
+    std::size_t marks = 0;
+    while (!text.empty()) {
+        const utf8_part part = first_utf8_part(text);
+        marks = is_combining(part.code_point) ? marks + 1 : 0;
+        if (marks <= kMostMarks) result += text.substr(0, part.length);
+        if (marks == kMostMarks + 1) result += "\u2026";
+        text.remove_prefix(part.length);
+    }
+    return result;
+}
+
+}  // namespace
+
 std::string escaped(std::string_view text) {
     std::string result;
-    for (const char c : printable(text)) {
+    for (const char c : with_few_marks(printable(text))) {
         switch (c) {
             case '&': result += "&amp;"; break;
             case '<': result += "&lt;"; break;

@@ -88,8 +88,9 @@ class timeline_writer {
 
 std::string timeline_section(const check_report& of) {
     const std::string items = timeline_writer(of).write();
-    return "<section id=\"timeline\">\n<h2>What was reported</h2>\n" +
-           (items.empty() ? std::string("<p>The listener received nothing.</p>\n") : items) + "</section>\n";
+    return "<section id=\"timeline\">\n<h2>What was shown</h2>\n" +
+           (items.empty() ? std::string("<p>Nothing was reported to the listener.</p>\n") : items) +
+           "</section>\n";
 }
 
 }  // namespace dabspi::check::html

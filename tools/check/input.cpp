@@ -1,14 +1,15 @@
 #include "tools/check/input.h"
 
-#include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 #include <utility>
 
 #include "tools/check/folder.h"
+#include "tools/files/input_kind.h"
 #include "tools/spi/receiver_values.h"
-#include "tools/spi/value_problems.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::check {
@@ -20,11 +21,29 @@ void note_missing(checked_input& in) {
         in.errors.push_back(error_text(in.calls, error));
 }
 
-bool take_number(std::string_view text, unsigned most, std::uint8_t& to) {
-    unsigned value = 0;
-    if (!spi_object::parse_digits(text, value) || value > most) return false;
-    to = static_cast<std::uint8_t>(value);
-    return true;
+// Objects and images are dumps of one.
+bool is_body(const std::string& path) {
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file(path, failed)) return false;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "re"), &std::fclose);
+    if (file == nullptr) return false;
+    std::string beginning(kSniffedBytes, '\0');
+    beginning.resize(std::fread(beginning.data(), 1, beginning.size(), file.get()));
+    const input_kind kind = sniff(beginning).kind;
+    return kind == input_kind::spi_object || kind == input_kind::image;
+}
+
+spi::MotDateTime this_computers_clock() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    spi::MotDateTime clock;
+    clock.year = static_cast<std::uint16_t>(local.tm_year + 1900);
+    clock.month = static_cast<std::uint8_t>(local.tm_mon + 1);
+    clock.day = static_cast<std::uint8_t>(local.tm_mday);
+    clock.hour = static_cast<std::uint8_t>(local.tm_hour);
+    clock.minute = static_cast<std::uint8_t>(local.tm_min);
+    return clock;
 }
 
 }  // namespace
@@ -42,18 +61,26 @@ checked_input input_of(recording from) {
     return in;
 }
 
-checked_input read_input(const std::string& path, const folder_options& options) {
+std::vector<checked_input> read_inputs(const std::string& path, const folder_options& options) {
     std::error_code error;
-    if (path != "-" && std::filesystem::is_directory(path, error)) return read_folder(path, options);
+    if (path != "-" && (std::filesystem::is_directory(path, error) || is_body(path)))
+        return read_folders(path, options);
     checked_input in = input_of(read_recording(path));
-    if (options.clock || options.service || options.ensemble)
+    if (in.errors.empty() && (options.clock || options.service || options.ensemble))
         in.errors.push_back(printable(in.calls.name) +
-                            ": it is a recording and says date, service and ensemble itself; "
+                            ": it is a call recording and says date, service and ensemble itself; "
                             "--date, --service and --ensemble are for folders");
-    return in;
+    std::vector<checked_input> all;
+    all.push_back(std::move(in));
+    return all;
 }
 
 std::optional<spi::MotDateTime> parse_clock(const std::string& text) {
+    if (text == "now" || text == "today") {
+        spi::MotDateTime clock = this_computers_clock();
+        if (text == "today") clock.put_time("1200");
+        return clock;
+    }
     std::string digits;
     std::string form;
     for (const char c : text) {
@@ -71,21 +98,6 @@ std::optional<spi::MotDateTime> parse_clock(const std::string& text) {
     const bool in_range = clock.year >= 1900 && clock.year < 2200 && clock.month >= 1 && clock.month <= 12 &&
                           clock.day >= 1 && clock.day <= 31 && clock.hour <= 23 && clock.minute <= 59;
     return in_range ? std::optional(clock) : std::nullopt;
-}
-
-std::optional<spi::ServElemId> parse_service(const std::string& text) {
-    const auto first = text.find('.');
-    if (first == std::string::npos) return std::nullopt;
-    const auto second = text.find('.', first + 1);
-    spi::ServElemId service;
-    std::uint32_t ecc = 0;
-    if (!spi_object::parse_hex(text.substr(0, first), ecc) || ecc > 0xFF) return std::nullopt;
-    service.ecc = static_cast<std::uint8_t>(ecc);
-    const auto length = second == std::string::npos ? second : second - first - 1;
-    if (!spi_object::parse_hex(text.substr(first + 1, length), service.sid)) return std::nullopt;
-    if (second != std::string::npos && !take_number(text.substr(second + 1), 15, service.scids))
-        return std::nullopt;
-    return service;
 }
 
 std::string service_text(const spi::ServElemId& service) {

@@ -4,6 +4,8 @@
 
 #include "tools/check/local_day.h"
 #include "tools/check/logo_text.h"
+#include "tools/check/overview.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::check {
 
@@ -86,12 +88,76 @@ ordered_json logos(const check_report& of) {
     return all;
 }
 
+ordered_json names_of(const overview& all, const std::vector<std::size_t>& which) {
+    ordered_json names = ordered_json::array();
+    for (const std::size_t each : which)
+        names.push_back(service_text(all.services[each].service));
+    return names;
+}
+
+ordered_json to_json(const sent_day& of) {
+    ordered_json day;
+    day["date"] = day_text(of.sum.day);
+    day["from"] = minute_text(of.sum.first);
+    day["to"] = minute_text(of.sum.last);
+    day["programmes"] = of.sum.programmes;
+    day["gaps"] = of.gaps;
+    day["described"] = of.described;
+    day["with_genre"] = of.with_genre;
+    day["kept"] = of.kept;
+    return day;
+}
+
+ordered_json overview_json(const check_report& of) {
+    const overview all = overview_of(of);
+    ordered_json json;
+    json["services"] = ordered_json::array();
+    for (const service_overview& each : all.services) {
+        ordered_json service;
+        service["service"] = service_text(each.service);
+        service["name"] = each.name;
+        service["announced"] = each.announced;
+        service["logos"] = ordered_json::array();
+        for (std::size_t size = 1; size <= kLogoSizes; ++size) {
+            const logo_cell& cell = each.logos.at(size % kLogoSizes);
+            if (cell.announced == 0) continue;
+            service["logos"].push_back(
+                {{"size", size_text(static_cast<std::uint8_t>(size % kLogoSizes))},
+                 {"announced", cell.announced},
+                 {"sent", cell.sent},
+                 {"written", cell.written},
+                 {"bytes", cell.sent == 0 ? ordered_json(nullptr) : ordered_json(cell.bytes)}});
+        }
+        service["days"] = ordered_json::array();
+        for (const sent_day& day : each.days)
+            service["days"].push_back(to_json(day));
+        json["services"].push_back(std::move(service));
+    }
+    json["without_schedule"] = names_of(all, all.without_schedule());
+    json["without_logo"] = names_of(all, all.without_logo());
+    json["not_announced"] = names_of(all, all.not_announced());
+    json["objects"] = ordered_json::array();
+    for (const object_version& each : all.objects) {
+        const sent_object& object = of.past.objects[each.object];
+        json["objects"].push_back(
+            {{"object", object.content_name},
+             {"kind", kind_name(object.tree.kind)},
+             {"bytes", object.body->size()},
+             {"version", each.version.empty() ? ordered_json(nullptr) : ordered_json(each.version)},
+             {"created", each.created.empty() ? ordered_json(nullptr) : ordered_json(each.created)}});
+    }
+    return json;
+}
+
 }  // namespace
 
 std::string json_report(const check_report& of) {
     const auto counts = count_by_severity(of.findings);
     ordered_json json;
     json["input"] = of.input.calls.name;
+    json["ensemble"] = ensemble_text(of);
+    json["date"] = of.past.clock.empty() ? ordered_json(nullptr)
+                                         : ordered_json(day_text(of.past.clock.back().minute / kDayMinutes));
     json["assumed"] = of.input.said;
     json["errors"] = counts[2];
     json["warnings"] = counts[1];
@@ -104,7 +170,8 @@ std::string json_report(const check_report& of) {
     for (const service_schedule& each : of.schedules)
         json["services"].push_back(to_json(of, each));
     json["logos"] = logos(of);
-    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    json["overview"] = overview_json(of);
+    return printable_json(json.dump(-1, ' ', false, ordered_json::error_handler_t::replace)) + "\n";
 }
 
 }  // namespace dabspi::check

@@ -11,17 +11,20 @@
 
 namespace dabspi::check {
 
-check_report check_input(checked_input input, severity from, const std::string& storage_path,
+check_report check_input(checked_input input, const check_settings& settings, const std::string& storage_path,
                          const std::function<bool(std::size_t)>& go_on) {
     check_report report;
     report.input = std::move(input);
     report.replayed = replay_recording(report.input.calls, storage_path, go_on);
     if (report.replayed.end != play_end::finished) return report;
     report.past = make_history(report.input.calls, report.replayed);
+    report.past.cannot_tell = report.input.cannot_tell;
     report.disagreements = disagreements(report.past, report.replayed);
     report.schedules = schedules_of(report.past);
-    for (finding& each : find_all(report.input.calls, report.past, report.replayed, report.schedules)) {
-        if (entry_of(each.code).how_bad >= from) {
+    const bool true_clock = report.input.clock == clock_source::true_clock;
+    for (finding& each : find_all(report.input.calls, report.past, report.replayed, report.schedules,
+                                  true_clock ? std::optional(settings.ends_within) : std::nullopt)) {
+        if (entry_of(each.code).how_bad >= settings.from) {
             report.findings.push_back(std::move(each));
         } else {
             ++report.left_out;
@@ -57,6 +60,60 @@ std::vector<day_summary> days_of(const history& in, const service_schedule& sche
     for (const auto& [day, summary] : days)
         if (summary.programmes != 0) all.push_back(summary);
     return all;
+}
+
+namespace {
+
+// The last one that was listened to.
+std::optional<dab_identifier> last_ensemble(const checked_input& in) {
+    std::optional<dab_identifier> last;
+    for (const call& each : in.calls.calls) {
+        const auto* const tuned = std::get_if<set_current_service>(&each.what);
+        if (tuned == nullptr || tuned->ensemble == 0) continue;
+        last.emplace();
+        last->ensemble = tuned->ensemble;
+        if (tuned->service.ecc != 0) last->ecc = tuned->service.ecc;
+        if (in.ecc) last->ecc = in.ecc;
+    }
+    return last;
+}
+
+// The name that service information gives the ensemble.
+std::string label_of(const history& in, std::uint16_t eid) {
+    std::string label;
+    for (const sent_object& each : in.objects) {
+        for (const spi_object::node& top : each.tree.tops) {
+            for (const spi_object::node& ensemble : top.children) {
+                if (ensemble.tag != spi_object::tag::ensemble) continue;
+                const spi_object::node* const id = ensemble.attribute_at(0x80);
+                const auto* const value =
+                    id == nullptr ? nullptr : std::get_if<spi_object::ensemble_id>(&id->decoded);
+                if (value == nullptr || value->eid != eid) continue;
+                for (const std::uint8_t tag :
+                     {spi_object::tag::long_name, spi_object::tag::short_name, spi_object::tag::medium_name})
+                    if (const spi_object::node* const name = ensemble.child(tag))
+                        if (const spi_object::node* const text = name->child(spi_object::tag::text))
+                            if (const auto* const content =
+                                    std::get_if<spi_object::text_value>(&text->decoded))
+                                label = content->text;
+            }
+        }
+    }
+    return label;
+}
+
+}  // namespace
+
+std::string ensemble_text(const check_report& of) {
+    const auto id = last_ensemble(of.input);
+    if (!id) return "no ensemble";
+    const std::string label = label_of(of.past, *id->ensemble);
+    return id->ensemble_text() + (label.empty() ? "" : " " + printable(label));
+}
+
+std::string subject_text(const check_report& of) {
+    return ensemble_text(of) + ", " +
+           (of.past.clock.empty() ? "no date" : day_text(of.past.clock.back().minute / kDayMinutes));
 }
 
 std::array<std::size_t, 3> count_by_severity(const std::vector<finding>& findings) {

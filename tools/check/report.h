@@ -24,10 +24,23 @@ struct check_report {
     std::vector<std::string> disagreements;  // see receiver_model.h
 };
 
+struct check_settings {
+    check_settings(severity lowest = severity::note)
+        : from(lowest) {}  // NOLINT: a severity is all that most say
+
+    severity from;          // of findings that count
+    long ends_within = 24;  // hours from the end of the clock in which a schedule's end is a finding
+};
+
 // Plays the input and looks for findings. The input must have no errors; `storage_path` is an existing
 // directory.
-check_report check_input(checked_input input, severity from, const std::string& storage_path,
+check_report check_input(checked_input input, const check_settings& settings, const std::string& storage_path,
                          const std::function<bool(std::size_t)>& go_on = {});
+
+// "E1.C185 Lakeside, 2026-03-10": the ensemble with its label, as far as they are known, and the last date.
+std::string subject_text(const check_report& of);
+// "E1.C185 Lakeside"
+std::string ensemble_text(const check_report& of);
 
 // What a service has on one day.
 struct day_summary {

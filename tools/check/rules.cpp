@@ -32,11 +32,13 @@ std::vector<finding> finding_list::take_sorted() {
 }
 
 std::vector<finding> find_all(const recording& played, const history& in, const replay_result& replayed,
-                              const std::vector<service_schedule>& schedules) {
+                              const std::vector<service_schedule>& schedules,
+                              std::optional<long> ends_within) {
     finding_list found;
     look_at_objects(in, found);
     look_at_programmes(in, found);
     look_at_schedules(in, schedules, found);
+    if (ends_within) look_at_dates(in, *ends_within, found);
     look_at_listening(played, replayed, found);
     look_at_announcements(in, found);
     look_at_images(in, found);

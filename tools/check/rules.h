@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <tuple>
 #include <vector>
 
@@ -35,11 +36,15 @@ void look_at_objects(const history& in, finding_list& found);
 void look_at_programmes(const history& in, finding_list& found);
 void look_at_schedules(const history& in, const std::vector<service_schedule>& schedules,
                        finding_list& found);
+// `ends_within`: hours after the end of the clock in which the end of a schedule is a finding.
+void look_at_dates(const history& in, long ends_within, finding_list& found);
 void look_at_listening(const recording& played, const replay_result& replayed, finding_list& found);
 void look_at_announcements(const history& in, finding_list& found);
 void look_at_images(const history& in, finding_list& found);
 
+// `ends_within`: see look_at_dates(); without it nothing is held against the clock, which is guessed.
 std::vector<finding> find_all(const recording& played, const history& in, const replay_result& replayed,
-                              const std::vector<service_schedule>& schedules);
+                              const std::vector<service_schedule>& schedules,
+                              std::optional<long> ends_within);
 
 }  // namespace dabspi::check

@@ -66,7 +66,7 @@ class image_rules {
             what.code = finding_code::logo_change_lost;
             what.text = "differs from the image of line " +
                         std::to_string(in_.objects[used->second].lines.front()) +
-                        ", which has used the announcement up";
+                        ", which has used the logo announcement up";
             found_.add(what);
         }
     }

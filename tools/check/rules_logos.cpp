@@ -69,7 +69,9 @@ void look_at_announcements(const history& in, finding_list& found) {
         note_station(in, each, what, found);
         note_kind(each, what, found);
         const logo_name name{each.data_service, each.content_name};
-        if (sent.count(name) != 0 || !missing.insert(name).second) continue;
+        if (sent.count(name) != 0 || in.cannot_tell.count(each.content_name) != 0 ||
+            !missing.insert(name).second)
+            continue;
         what.code = finding_code::logo_not_sent;
         what.text = logo_text(each);
         const auto other = elsewhere.find(each.content_name);

@@ -56,7 +56,7 @@ void note_filed(const programme_arrival& of, finding what, finding_list& found) 
     if (of.unreachable) {
         what.code = finding_code::start_out_of_day;
         what.text = in_quotes(of.name) + " starts at " + minute_text(of.start) +
-                    ", before the day that its time is coded with; it is told as " +
+                    ", before the day that its time is coded with; it is reported as " +
                     of.time.local_time(0).time();
         found.add(what, key);
     }

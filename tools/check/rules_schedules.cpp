@@ -50,8 +50,10 @@ class schedule_rules {
     std::string name() const { return service_text(schedule_.service); }
 
     bool starts_at(long minute) const {
-        return std::any_of(schedule_.programmes.begin(), schedule_.programmes.end(),
-                           [&](std::size_t i) { return in_.programmes[i].start == minute; });
+        const auto found =
+            std::partition_point(schedule_.programmes.begin(), schedule_.programmes.end(),
+                                 [&](std::size_t i) { return in_.programmes[i].start < minute; });
+        return found != schedule_.programmes.end() && in_.programmes[*found].start == minute;
     }
 
     void between(const programme_arrival& of, const programme_arrival& next) {

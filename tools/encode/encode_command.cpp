@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tools/encode/encode_report.h"
+#include "tools/files/input_kind.h"
 #include "tools/files/whole_file.h"
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
@@ -66,6 +67,11 @@ void make_document(const std::string& path, const options_of_encode& options, ma
     std::optional<std::string> text = read_whole_file(path, error);
     if (!text) {
         all.errors.push_back(printable(name) + ": " + error);
+        return;
+    }
+    const sniffed_input kind = sniff(std::string_view(*text).substr(0, kSniffedBytes));
+    if (kind.kind != input_kind::xml && kind.kind != input_kind::empty && kind.kind != input_kind::text) {
+        all.errors.push_back(printable(name) + ": this is no XML document: " + what_it_is(kind));
         return;
     }
     const xml_source source(std::move(*text));
@@ -191,7 +197,7 @@ command add_encode_command(CLI::App& dabspi) {
         "XML can say. Everything else that cannot be coded is an error, with its line and column.\n"
         "Nothing is written before all documents have been found good.\n"
         "Exit status: 0 all objects were written; 2 a document or the command line cannot be used;\n"
-        "1 anything else.\n"
+        "3 anything else, such as output that cannot be written.\n"
         "\n"
         "Examples:\n"
         "  dabspi encode PI.xml                            makes w20260302dC221.EHB\n"

@@ -102,7 +102,7 @@ std::string file_json(const made_file& file) {
     for (const mot_parameter& each : object.header.parameters())
         json["parameters"].push_back(
             nlohmann::ordered_json{{"id", code_text(each.id)}, {"name", each.name}, {"value", each.value}});
-    return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    return printable_json(json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
 std::string omitted_text(const encoded_document& of) {

@@ -13,6 +13,7 @@
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
 #include "tools/terminal/progress.h"
+#include "tools/text/dab_identifier.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -22,7 +23,7 @@ namespace {
 struct inspect_options {
     std::vector<std::string> objects;
     std::vector<std::size_t> lines;
-    std::optional<std::uint32_t> ensemble;
+    std::string ensemble;
     bool json = false;
     bool xml = false;
     bool hex = false;
@@ -30,8 +31,8 @@ struct inspect_options {
 };
 
 std::optional<std::uint16_t> ensemble_of(const inspect_options& options) {
-    if (!options.ensemble) return std::nullopt;
-    return static_cast<std::uint16_t>(*options.ensemble);
+    const auto id = dab_identifier::of_ensemble(options.ensemble);
+    return id ? id->ensemble : std::nullopt;
 }
 
 // The document of the one object there is. Gives the exit status.
@@ -125,9 +126,10 @@ command add_inspect_command(CLI::App& dabspi) {
     CLI::App* const app = dabspi.add_subcommand(
         "inspect", "Show binary SPI objects as trees, and what a receiver takes from them");
     const auto options = std::make_shared<inspect_options>();
-    app->add_option("OBJECT", options->objects,
-                    "Binary SPI objects, recordings, or folders of bodies as receivers dump them;\n- is "
-                    "standard input")
+    app->add_option(
+           "OBJECT", options->objects,
+           "Binary SPI objects, call recordings, or folders of objects as receivers dump them;\n- is "
+           "standard input")
         ->required()
         ->option_text("...");
     app->add_option("--line", options->lines, "Of recordings, only the object fed by line N; may be repeated")
@@ -135,10 +137,12 @@ command add_inspect_command(CLI::App& dabspi) {
         ->allow_extra_args(false)
         ->check(CLI::PositiveNumber);
     app->add_option("--ensemble", options->ensemble,
-                    "The ensemble that the receiver is on, e.g. 0xC185 (default: that of the "
+                    "The ensemble that the receiver is on, e.g. 0xC185 or e1.c185 (default: that of the "
                     "recording,\nelse the object's own)")
-        ->option_text("EID")
-        ->check(CLI::Range(std::uint32_t{0}, std::uint32_t{0xFFFF}));
+        ->option_text("ECC.EID")
+        ->check([](const std::string& text) {
+            return dab_identifier::of_ensemble(text) ? std::string() : no_ensemble(text);
+        });
     CLI::Option* const json =
         app->add_flag("--json", options->json, "Print one JSON object for each object, instead of text");
     CLI::Option* const xml = app->add_flag(
@@ -156,15 +160,15 @@ command add_inspect_command(CLI::App& dabspi) {
         "whether a receiver reads it, its name in the standard and its value. Tokens are shown expanded and "
         "as\n"
         "coded. What is malformed stands where it is, with what a receiver makes of it.\n"
-        "Exit status: 0 all objects are well formed; 1 one is malformed, or output could not be written;\n"
-        "2 one cannot be read, or the command line cannot be used.\n"
+        "Exit status: 0 all objects are well formed; 1 one is malformed; 2 one cannot be read, or the\n"
+        "command line cannot be used; 3 output could not be written.\n"
         "\n"
         "Examples:\n"
         "  dabspi inspect si.bin                      the tree\n"
         "  dabspi inspect --hex si.bin | less         with the bytes beside it\n"
         "  dabspi inspect --line 12 day.jsonl         the object that line 12 of a recording feeds\n"
         "  dabspi inspect --xml pi.bin >pi.xml        as an XML document\n"
-        "  dabspi inspect --json dump/ | jq .kind     all bodies in a folder");
+        "  dabspi inspect --json dump/ | jq .kind     all objects in a folder");
     return {app, [options] { return inspect(*options); }};
 }
 

@@ -10,6 +10,7 @@
 #include <tuple>
 
 #include "src/parse/mot_content.h"
+#include "tools/files/input_kind.h"
 #include "tools/inspect/image_header.h"
 #include "tools/spi/schema.h"
 #include "tools/text/utf8.h"
@@ -94,6 +95,12 @@ class gatherer {
         const auto content = read_all(path, error);
         read_one();
         if (content == nullptr) return fail(name, error);
+        const sniffed_input kind = sniff(text_of(*content).substr(0, kSniffedBytes));
+        const bool is_object = kind.kind == input_kind::spi_object || kind.kind == input_kind::image ||
+                               kind.kind == input_kind::unknown || kind.kind == input_kind::empty;
+        // Named on the command line, it is meant to be an object; for what is plainly something else, say so.
+        if (!is_object && kind.kind != input_kind::call_recording && kind.kind != input_kind::other_json)
+            return fail(name, "this is no binary SPI object: " + what_it_is(kind));
         if (looks_like_recording(*content)) {
             const std::string directory =
                 path == "-" ? "" : std::filesystem::path(path).parent_path().string();
@@ -104,9 +111,6 @@ class gatherer {
         body.source = name;
         body.body = content;
         classify(body);
-        // Named on the command line, it is meant to be an object; for what is plainly something else, say so.
-        if (body.kind == body_kind::other && !body.what.empty())
-            return fail(name, "it is " + body.what + ", not a binary SPI object");
         if (body.kind == body_kind::other) body.kind = body_kind::spi_object;
         into_.bodies.push_back(std::move(body));
     }
@@ -170,9 +174,8 @@ void classify(inspected_body& body) {
         body.kind = body_kind::image;
     } else {
         body.kind = body_kind::other;
-        if (text.substr(0, 2) == "\x1F\x8B") body.what = "compressed with gzip";
-        if (without_blanks(text).substr(0, 1) == "<") body.what = "an XML document";
-        if (looks_like_recording(*body.body)) body.what = "a recording";
+        const sniffed_input kind = sniff(text.substr(0, kSniffedBytes));
+        if (kind.kind != input_kind::unknown) body.what = kind.what;
     }
 }
 

@@ -165,7 +165,7 @@ ordered_json head(const inspected_body& of) {
 
 std::string line_of(const ordered_json& json) {
     // Ill-formed parts of texts become one U+FFFD each; the bytes stand beside them.
-    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return printable_json(json.dump(-1, ' ', false, ordered_json::error_handler_t::replace)) + "\n";
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "tools/record/plan_object.h"
 #include "tools/recording/json_values.h"
 #include "tools/spi/values.h"
+#include "tools/text/dab_identifier.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
@@ -95,13 +96,32 @@ class plan_reader {
         plan_.clock = clock;
     }
 
+    // In one text, as everywhere: "e1.c185.c221.0".
+    void written_service(const std::string& text, const std::string& where, planned_service& made) {
+        const auto id = dab_identifier::of_service(text);
+        if (!id || !id->ecc || !id->ensemble) {
+            plan_.errors.push_back(
+                {where, id ? "is " + in_quotes(text) + "; a plan needs ECC and EId as well: e1.c185.c221.0"
+                           : no_service(text)});
+            return;
+        }
+        made.service.sid = *id->sid;
+        made.service.ecc = *id->ecc;
+        made.service.scids = id->scids.value_or(0);
+        made.ensemble = *id->ensemble;
+    }
+
     void services() {
         const json* const all = keys_.object("services");
         if (all == nullptr) return;
         plan_keys names(*all, keys_.at("services"), "the services", plan_.errors);
         for (const auto& [name, each] : all->items()) {
-            plan_keys keys(each, names.at(name), "a service", plan_.errors);
             planned_service& made = plan_.services[name];
+            if (each.is_string()) {
+                written_service(each.get_ref<const std::string&>(), names.at(name), made);
+                continue;
+            }
+            plan_keys keys(each, names.at(name), "a service", plan_.errors);
             keys.number("sid", made.service.sid, true);
             keys.number("ecc", made.service.ecc);
             keys.number("scids", made.service.scids);

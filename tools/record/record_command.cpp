@@ -7,6 +7,7 @@
 #include <memory>
 #include <system_error>
 
+#include "tools/files/input_kind.h"
 #include "tools/files/whole_file.h"
 #include "tools/record/made_recording.h"
 #include "tools/terminal/error_messages.h"
@@ -45,6 +46,12 @@ made_from make(const std::string& path, std::vector<std::string>& errors,
     const std::optional<std::string> text = read_whole_file(path, error);
     if (!text) {
         errors.push_back(printable(result.plan) + ": " + error);
+        return result;
+    }
+    const sniffed_input kind = sniff(std::string_view(*text).substr(0, kSniffedBytes));
+    if (kind.kind != input_kind::plan && kind.kind != input_kind::other_json &&
+        kind.kind != input_kind::empty) {
+        errors.push_back(printable(result.plan) + ": this is no plan: " + what_it_is(kind));
         return result;
     }
     const plan read = read_plan(*text);
@@ -166,7 +173,9 @@ command add_record_command(CLI::App& dabspi) {
         "the clock ticks. Nothing is written before all plans have been found good; a file that is already\n"
         "there with the same bytes is left alone.\n"
         "Exit status: 0 the recordings were written, or are there as they should be; 1 --check found a\n"
-        "difference, or something else went wrong; 2 a plan or the command line cannot be used.\n"
+        "difference; 2 a plan or the command line cannot be used; 3 anything else, such as output that "
+        "cannot\n"
+        "be written.\n"
         "\n"
         "Examples:\n"
         "  dabspi record day.json                     makes day.jsonl and objects/\n"

@@ -61,7 +61,7 @@ ordered_json to_json(const programme_info& info) {
 std::string notification_json(const notification& what) {
     const ordered_json json = std::visit([](const auto& record) { return to_json(record); }, what);
     // The JSON library's replacement is the one wanted: one U+FFFD for each maximal ill-formed part.
-    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+    return printable_json(json.dump(-1, ' ', false, ordered_json::error_handler_t::replace));
 }
 
 }  // namespace dabspi

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "tools/files/body_files.h"
+#include "tools/files/input_kind.h"
 #include "tools/recording/recording_line.h"
 #include "tools/text/utf8.h"
 
@@ -59,15 +60,40 @@ struct file_closer {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
+// What begins so and is no recording, in words; empty for what may be one, with mistakes in its lines.
+std::string other_kind(std::string_view beginning) {
+    const sniffed_input input = sniff(beginning);
+    const bool may_be = input.kind == input_kind::call_recording || input.kind == input_kind::other_json ||
+                        input.kind == input_kind::empty;
+    return may_be ? std::string() : "this is no call recording: " + what_it_is(input);
+}
+
+// Of a file that can be read twice.
+std::string other_kind(std::FILE* file) {
+    const long start = std::ftell(file);
+    std::string beginning(kSniffedBytes, '\0');
+    beginning.resize(std::fread(beginning.data(), 1, beginning.size(), file));
+    return std::fseek(file, start, SEEK_SET) == 0 ? other_kind(beginning) : std::string();
+}
+
 void read_lines(std::FILE* file, recording_reader& reader) {
+    // A pipe is told by its first line.
+    bool first = std::fseek(file, 0, SEEK_CUR) != 0;
+    const std::string other = first ? std::string() : other_kind(file);
+    if (!other.empty()) return reader.fail(other);
     struct freer {
         char* line = nullptr;
         ~freer() { std::free(line); }
     } buffer;
     std::size_t capacity = 0;
     errno = 0;
-    for (ssize_t length; (length = ::getline(&buffer.line, &capacity, file)) >= 0; errno = 0)
+    for (ssize_t length; (length = ::getline(&buffer.line, &capacity, file)) >= 0; errno = 0) {
+        const std::string kind =
+            first ? other_kind({buffer.line, static_cast<std::size_t>(length)}) : std::string();
+        if (!kind.empty()) return reader.fail(kind);
+        first = false;
         reader.take({buffer.line, static_cast<std::size_t>(length)});
+    }
     const int error = errno;
     // getline also fails, without marking the stream, when a line does not fit into memory.
     if (std::ferror(file) != 0 || std::feof(file) == 0)
@@ -84,7 +110,10 @@ recording read_recording(const std::string& path) {
     }
     recording_reader reader(path, std::filesystem::path(path).parent_path().string());
     const std::unique_ptr<std::FILE, file_closer> file(std::fopen(path.c_str(), "re"));
-    if (file != nullptr) {
+    std::error_code unknown;
+    if (std::filesystem::is_directory(path, unknown)) {
+        reader.fail("this is no call recording: " + what_a_folder_is());
+    } else if (file != nullptr) {
         read_lines(file.get(), reader);
     } else {
         reader.fail("cannot open the recording: " + std::generic_category().message(errno));

@@ -138,7 +138,7 @@ command add_replay_command(CLI::App& dabspi) {
     app->footer(
         "A recording is checked as a whole before anything is fed.\n"
         "Exit status: 0 every line was fed; 2 the recording or the command line cannot be used;\n"
-        "1 anything else.\n"
+        "3 anything else, such as output that cannot be written.\n"
         "\n"
         "Examples:\n"
         "  dabspi replay day.jsonl                       read along\n"

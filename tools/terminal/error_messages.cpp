@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <system_error>
 
+#include "tools/text/utf8.h"
+
 namespace dabspi {
 
 namespace {
@@ -12,7 +14,8 @@ constexpr std::size_t kMostMessages = 100;
 }
 
 void print_error(const std::string& text) {
-    const std::string line = "dabspi: " + text + "\n";
+    // Whatever a text was made of: printable() leaves what is printable as it is.
+    const std::string line = "dabspi: " + printable(text) + "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

@@ -31,9 +31,30 @@ lead classify(std::uint8_t byte) {
     return {0, 0, 0};
 }
 
+bool is_between(char32_t c, char32_t first, char32_t last) {
+    return c >= first && c <= last;
+}
+
+// C0 and C1 controls, what changes the writing direction or has no width, tags, and what is no character at
+// all.
 bool needs_escape(char32_t c) {
-    return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0x200E && c <= 0x200F) ||
-           (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+    return c < 0x20 || is_between(c, 0x7F, 0x9F) || c == 0x061C || c == 0x180E ||
+           is_between(c, 0x200B, 0x200F) || is_between(c, 0x2028, 0x202E) || is_between(c, 0x2060, 0x206F) ||
+           c == 0xFEFF || is_between(c, 0xFFF9, 0xFFFB) || is_between(c, 0xFDD0, 0xFDEF) ||
+           (c & 0xFFFE) == 0xFFFE || is_between(c, 0xE0000, 0xE007F);
+}
+
+// As in JSON: beyond 16 bits two halves.
+void append_json_escape(std::string& to, char32_t c) {
+    char escape[16];
+    if (c > 0xFFFF) {
+        const auto rest = static_cast<unsigned>(c - 0x10000);
+        std::snprintf(escape, sizeof escape, "\\u%04x\\u%04x", 0xD800 + (rest >> 10),
+                      0xDC00 + (rest & 0x3FF));
+    } else {
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
+    }
+    to += escape;
 }
 
 void append_printable(std::string& to, std::string_view text, const utf8_part& part) {
@@ -41,10 +62,19 @@ void append_printable(std::string& to, std::string_view text, const utf8_part& p
         to += kReplacementUtf8;
     } else if (needs_escape(part.code_point)) {
         char escape[16];
-        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(part.code_point));
+        std::snprintf(escape, sizeof escape, part.code_point > 0xFFFF ? "\\U%08x" : "\\u%04x",
+                      static_cast<unsigned>(part.code_point));
         to += escape;
     } else {
         to += text.substr(0, part.length);
+    }
+}
+
+void append_well_formed(std::string& to, std::string_view text, const utf8_part& part) {
+    if (part.well_formed) {
+        to += text.substr(0, part.length);
+    } else {
+        to += kReplacementUtf8;
     }
 }
 
@@ -85,6 +115,28 @@ std::string printable(std::string_view text) {
         text.remove_prefix(part.length);
     }
     return result;
+}
+
+std::string printable_json(std::string_view json) {
+    std::string result;
+    result.reserve(json.size());
+    while (!json.empty()) {
+        const utf8_part part = first_utf8_part(json);
+        // Blanks between the parts of a document are controls, too; within texts these are escaped already.
+        if (part.well_formed && part.code_point >= 0x7F && needs_escape(part.code_point)) {
+            append_json_escape(result, part.code_point);
+        } else {
+            append_well_formed(result, json, part);
+        }
+        json.remove_prefix(part.length);
+    }
+    return result;
+}
+
+bool is_combining(char32_t c) {
+    return is_between(c, 0x0300, 0x036F) || is_between(c, 0x0483, 0x0489) || is_between(c, 0x1AB0, 0x1AFF) ||
+           is_between(c, 0x1DC0, 0x1DFF) || is_between(c, 0x20D0, 0x20FF) || is_between(c, 0xFE00, 0xFE0F) ||
+           is_between(c, 0xFE20, 0xFE2F);
 }
 
 std::string in_quotes(std::string_view text, std::size_t limit) {

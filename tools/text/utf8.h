@@ -21,10 +21,18 @@ utf8_part first_utf8_part(std::string_view text);
 
 bool is_well_formed_utf8(std::string_view text);
 
-// For a terminal or a message: ill-formed parts become U+FFFD; control characters and characters that change
-// the writing direction become \u001b and the like, so that no broadcast and no file can drive the reader's
-// terminal.
+// For a terminal or a message: ill-formed parts become U+FFFD; control characters (C0 and C1), characters
+// that change the writing direction or have no width, tags and noncharacters become \u001b, \U000e0041 and
+// the like, so that no broadcast and no file can drive the reader's terminal or look like something else
+// there.
 std::string printable(std::string_view text);
+
+// The same for a JSON document as it was written: the characters are escaped as JSON does it, so that it says
+// the same.
+std::string printable_json(std::string_view json);
+
+// Marks that are drawn over or around the character before them.
+bool is_combining(char32_t c);
 
 // The text in double quotes, printable, cut after `limit` characters (then "..." follows the closing quote).
 std::string in_quotes(std::string_view text, std::size_t limit = 60);

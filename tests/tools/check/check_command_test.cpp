@@ -110,7 +110,7 @@ TEST(CheckCommand, SaysWhyAPageCannotBeWritten) {
     const temporary_directory directory;
     const std::string page = (directory.path() / "none" / "page.html").string();
     const finished_command done = check({"--html", page, sample(directory)});
-    EXPECT_EQ(done.status, 1);
+    EXPECT_EQ(done.status, 3);
     EXPECT_EQ(done.err, "dabspi: cannot write " + page + ": No such file or directory\n");
 }
 
@@ -132,15 +132,47 @@ TEST(CheckCommand, TakesAFolderAndSaysWhatItGuesses) {
     std::filesystem::remove(directory.path() / "clean.jsonl");
     const finished_command done = check({directory.path().string()});
     EXPECT_EQ(done.status, 0) << done.out;
-    EXPECT_THAT(done.out, HasSubstr("the date is taken to be 2026-03-02, noon"));
-    EXPECT_THAT(done.out, HasSubstr("the service is taken to be E1.C221.0"));
-    EXPECT_THAT(done.out, HasSubstr("the ensemble is taken to be 0xC185"));
+    EXPECT_THAT(done.out, HasSubstr("no date was given: 2026-03-02 at noon"));
+    EXPECT_THAT(done.out, HasSubstr("no service was given: E1.C221.0"));
+    EXPECT_THAT(done.out, HasSubstr("no ensemble was given: E1.C185"));
     const finished_command given = check({"--date", "2026-03-03T10:00", "--service", "E1.C221.0",
                                           "--ensemble", "0xC185", directory.path().string()});
     EXPECT_EQ(given.status, 1);
-    EXPECT_THAT(given.out, Not(HasSubstr("taken to be")));
+    EXPECT_THAT(given.out, Not(HasSubstr("was given")));
     EXPECT_THAT(given.out, HasSubstr("2 objects, 2026-03-03 10:00"));
     EXPECT_THAT(given.out, HasSubstr("no-tomorrow"));
+}
+
+TEST(CheckCommand, ReadsATreeEachEnsembleByItselfWithAnIndex) {
+    const temporary_directory directory;
+    clean(directory);
+    std::filesystem::remove(directory.path() / "clean.jsonl");
+    const std::string root = (directory.path() / "dump").string();
+    for (const std::string ensemble : {"C185", "1001"}) {
+        std::filesystem::create_directories(root + "/" + ensemble);
+        for (const std::string name : {"pi0.bin", "pi1.bin"})
+            std::filesystem::copy(directory.path() / name, root + "/" + ensemble + "/" + name);
+    }
+    const std::string page = (directory.path() / "night.html").string();
+    const finished_command done = check({"--html", page, root});
+    EXPECT_EQ(done.status, 1) << "the schedules are of another ensemble than the folder 1001 says";
+    EXPECT_THAT(done.out, StartsWith(root + ": 2 ensembles\n  1001, no date: "));
+    EXPECT_THAT(done.out,
+                HasSubstr("\n  E1.C185, 2026-03-02: 2 objects, 1 service, 4 programmes; nothing found; "));
+    EXPECT_THAT(read_file(page), HasSubstr("<a href=\"./night-E1.C185.html\">E1.C185</a>"));
+    EXPECT_THAT(read_file((directory.path() / "night-E1.C185.html").string()),
+                HasSubstr("<title>E1.C185, 2026-03-02: dabspi check</title>"));
+    EXPECT_THAT(read_file((directory.path() / "night-1001.html").string()), HasSubstr("other-ensemble"));
+
+    const auto json = nlohmann::json::parse(check({"--json", root}).out);
+    EXPECT_EQ(json["ensembles"].size(), 2U);
+    EXPECT_EQ(json["ensembles"][1]["ensemble"], "E1.C185");
+    EXPECT_EQ(json["warnings"], json["ensembles"][0]["warnings"]);
+
+    EXPECT_EQ(check({"--ensemble", "e1.c185", root}).status, 0);
+    const finished_command refused = check({"--html", "-", root});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_THAT(refused.err, HasSubstr("there are 2 ensembles, and a page holds one"));
 }
 
 TEST(CheckCommand, RefusesAFoldersOptionsThatAreNone) {
@@ -151,7 +183,7 @@ TEST(CheckCommand, RefusesAFoldersOptionsThatAreNone) {
     EXPECT_THAT(date.err, HasSubstr("\"tomorrow\" is no date; a date is written 2026-03-10"));
     const finished_command service = check({"--service", "Radio", folder});
     EXPECT_EQ(service.status, 2);
-    EXPECT_THAT(service.err, HasSubstr("\"Radio\" is no service; a service is written ECC.SId.SCIdS"));
+    EXPECT_THAT(service.err, HasSubstr("\"Radio\" is no service; a service is written 0xC221"));
     EXPECT_EQ(check({"--ensemble", "0x10000", folder}).status, 2);
     EXPECT_THAT(check({"--date", "2026-03-02", sample(directory)}).err, HasSubstr("are for folders"));
     EXPECT_THAT(check({folder + "/objects/none"}).err, HasSubstr("cannot open the recording"));
@@ -189,7 +221,7 @@ TEST(CheckCommand, SaysThatOutputCannotBeWritten) {
     command_input input{{"check", DABSPI_RECORDINGS "/day-on-air.jsonl"}};
     input.standard_output = "/dev/full";
     const finished_command done = run_dabspi(input);
-    EXPECT_EQ(done.status, 1);
+    EXPECT_EQ(done.status, 3);
     EXPECT_EQ(done.err, "dabspi: cannot write to standard output: No space left on device\n");
 }
 
@@ -255,7 +287,7 @@ TEST(ExplainCommand, SaysThatOutputCannotBeWritten) {
     command_input input{{"explain"}};
     input.standard_output = "/dev/full";
     const finished_command done = run_dabspi(input);
-    EXPECT_EQ(done.status, 1);
+    EXPECT_EQ(done.status, 3);
     EXPECT_EQ(done.err, "dabspi: cannot write to standard output: No space left on device\n");
 }
 

@@ -178,4 +178,37 @@ TEST(Escaped, LeavesNothingThatMarksUp) {
     EXPECT_EQ(html::from_broadcast("a"), "<bdi>a</bdi>");
 }
 
+// As large as it says, and nothing in it.
+bytes jpeg(unsigned width, unsigned height) {
+    const auto high = [](unsigned v) { return static_cast<std::uint8_t>(v >> 8); };
+    const auto low = [](unsigned v) { return static_cast<std::uint8_t>(v); };
+    return {0xFF,        0xD8,       0xFF, 0xC0, 0x00, 0x0B, 0x08, high(height), low(height),
+            high(width), low(width), 0x01, 0x01, 0x11, 0x00, 0xFF, 0xD9};
+}
+
+TEST(Page, EmbedsNoImageOfMoreThanSixteenMillionPixels) {
+    const auto page_with = [](const bytes& image) {
+        broadcast calls = tuned();
+        auto data = logo("logo.jpg", 320, 240);
+        data.mime = "image/jpeg";
+        calls.si("si.eib", information_object(station_with({data}))).image("logo.jpg", image, 1);
+        return html_report(calls.check());
+    };
+    EXPECT_THAT(page_with(jpeg(320, 240)), HasSubstr("data:image/jpeg;base64,"));
+    EXPECT_THAT(page_with(jpeg(16000, 16000)), testing::Not(HasSubstr("data:image")));
+    EXPECT_THAT(page_with({0xFF, 0xD8, 0xFF, 0xD9}), testing::Not(HasSubstr("data:image")))
+        << "of unknown size";
+}
+
+TEST(Page, CutsMarksThatPileUp) {
+    std::string marks = "e";
+    for (int i = 0; i < 500; ++i)
+        marks += "\u0301";
+    auto day = whole_day(kToday);
+    day[0].name.medium_name = marks;
+    const std::string page = html_report(with_today(schedule_object(day)).check());
+    EXPECT_THAT(page, HasSubstr("e\u0301\u0301\u0301\u0301\u0301\u0301\u2026"));
+    EXPECT_THAT(page, testing::Not(HasSubstr("\u0301\u0301\u0301\u0301\u0301\u0301\u0301")));
+}
+
 }  // namespace

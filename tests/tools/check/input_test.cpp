@@ -22,25 +22,23 @@ TEST(Clock, IsReadWithAndWithoutATime) {
 }
 
 TEST(Clock, RefusesWhatIsNoDate) {
-    for (const char* const text : {"", "today", "2026-13-10", "2026-03-00", "2026-03-10T24:00", "2026-3-10",
-                                   "10.03.2026", "2026-03-10T", "00000000"})
+    for (const char* const text : {"", "yesterday", "2026-13-10", "2026-03-00", "2026-03-10T24:00",
+                                   "2026-3-10", "10.03.2026", "2026-03-10T", "00000000"})
         EXPECT_FALSE(parse_clock(text)) << text;
 }
 
-TEST(Service, IsReadAsItIsPrinted) {
-    const auto service = parse_service("E1.C221.2");
-    ASSERT_TRUE(service);
-    EXPECT_EQ(service->ecc, 0xE1);
-    EXPECT_EQ(service->sid, 0xC221U);
-    EXPECT_EQ(service->scids, 2);
-    EXPECT_EQ(service_text(*service), "E1.C221.2");
-    EXPECT_EQ(service_text(*parse_service("e0.e1c00001")), "E0.E1C00001.0");
+TEST(Clock, OfThisComputerIsTaken) {
+    const auto today = parse_clock("today");
+    const auto now = parse_clock("now");
+    ASSERT_TRUE(today && now);
+    EXPECT_EQ(today->time(), "12:00");
+    EXPECT_GE(today->year, 2026);
+    EXPECT_GE(now->date(), today->date()) << "read a moment later";
 }
 
-TEST(Service, RefusesWhatIsNone) {
-    for (const char* const text :
-         {"", "C221", "1E1.C221.0", "E1.", "E1.C221.16", "E1.C221.", "E1.G221.0", "E1.C221.0.1"})
-        EXPECT_FALSE(parse_service(text)) << text;
+// Of a recording.
+checked_input read_input(const std::string& path, const folder_options& options) {
+    return read_inputs(path, options).front();
 }
 
 TEST(CheckedInput, SaysWhatIsWrongWithARecording) {
@@ -58,7 +56,7 @@ TEST(CheckedInput, RefusesAFoldersOptionsForARecording) {
     const std::string path = write_file(directory, "empty.jsonl", "\n");
     EXPECT_TRUE(read_input(path, {}).errors.empty());
     folder_options options;
-    options.ensemble = 1;
+    options.ensemble = dabspi::dab_identifier::of_ensemble("0x1");
     ASSERT_EQ(read_input(path, options).errors.size(), 1U);
     EXPECT_NE(read_input(path, options).errors[0].find("are for folders"), std::string::npos);
 }

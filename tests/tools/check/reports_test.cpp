@@ -31,7 +31,13 @@ TEST(TextReport, OfACleanBroadcastTellsTheDaysAndThatNothingWasFound) {
               "  2026-03-10  00:00 to 24:00, 4 programmes\n"
               "  2026-03-11  00:00 to 24:00, 4 programmes\n"
               "\n"
-              "nothing found\n");
+              "Logos                           128x128         320x240\n"
+              "E1.C221.0 Station               written " +
+                  std::to_string(png(128, 128).size()) + "     written " +
+                  std::to_string(png(320, 240).size()) +
+                  "\n"
+                  "\n"
+                  "nothing found\n");
 }
 
 TEST(TextReport, GroupsFindingsWithWhyAndRemedy) {

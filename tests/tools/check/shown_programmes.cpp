@@ -100,6 +100,12 @@ std::vector<shown> shown_by_schedules() {
         {finding_code::no_tomorrow,
          [] { return tuned().pi("today.ehb", schedule_object(whole_day(kToday))); }, 3, "",
          "has programmes for 2026-03-10, and none for the day after", false},
+        {finding_code::no_programmes_today,
+         [] { return tuned().pi("pi.ehb", schedule_object(whole_day(kToday + 3))); }, 1, "",
+         "no service has a programme for 2026-03-10; the first one is for 2026-03-13", false},
+        {finding_code::schedule_ends,
+         [] { return tuned().clock("20260310", "0100").pi("pi.ehb", schedule_object(whole_day(kToday))); }, 3,
+         "", "E1.C221.0: the last programme ends 2026-03-11 00:00, in 23 h", false},
         {finding_code::nothing_on,
          [] {
              return with_today(spoilt([](auto& day) { day[1].duration = 300 * 60; }))

@@ -231,9 +231,9 @@ TEST_F(EncodeCommand, AnObjectThatCannotBeWrittenIsAFailure) {
     write_file(files_, "pi.xml", day(""));
     write_file(files_, "out", "a file");
     const finished_command end = encode({"-d", "out", "pi.xml"});
-    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(end.status, 3);
     EXPECT_THAT(end.err, HasSubstr("out/w20260302dC221.EHB cannot be written: "));
-    EXPECT_EQ(encode({"-o", "/dev/full", "pi.xml"}).status, 1);
+    EXPECT_EQ(encode({"-o", "/dev/full", "pi.xml"}).status, 3);
 }
 
 TEST_F(EncodeCommand, UsageErrorsEndWithTwo) {

@@ -144,7 +144,9 @@ TEST_F(InspectCommand, ColoursAPipeOnlyWhenAskedTo) {
 
 TEST_F(InspectCommand, TakesTheEnsembleInAnyNotation) {
     EXPECT_THAT(inspect({"--ensemble", "0xC185", good_}).out, HasSubstr("a receiver on ensemble C185 takes"));
-    EXPECT_THAT(inspect({"--ensemble", "49541", good_}).out, HasSubstr("a receiver on ensemble C185 takes"));
+    EXPECT_THAT(inspect({"--ensemble", "e1.c185", good_}).out,
+                HasSubstr("a receiver on ensemble C185 takes"));
+    EXPECT_THAT(inspect({"--ensemble", "49541", good_}).err, HasSubstr("decimal 49541 is 0xC185"));
 }
 
 TEST_F(InspectCommand, UsageErrorsEndWithTwo) {
@@ -165,7 +167,7 @@ TEST_F(InspectCommand, UsageErrorsEndWithTwo) {
 TEST_F(InspectCommand, HelpNamesEveryOption) {
     const finished_command end = inspect({"--help"});
     EXPECT_EQ(end.status, 0);
-    for (const char* option : {"OBJECT ...", "--line N", "--ensemble EID", "--json", "--xml", "--hex",
+    for (const char* option : {"OBJECT ...", "--line N", "--ensemble ECC.EID", "--json", "--xml", "--hex",
                                "--color auto|always|never"})
         EXPECT_THAT(end.out, HasSubstr(option));
 }
@@ -174,7 +176,7 @@ TEST_F(InspectCommand, AFullDiskIsAFailureAndAClosedPipeIsQuiet) {
     command_input input{{"inspect", good_}};
     input.standard_output = "/dev/full";
     const finished_command full = run_dabspi(input);
-    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.status, 3);
     EXPECT_THAT(full.err, HasSubstr("cannot write to standard output: No space left on device"));
     command_input closing{{"inspect", DABSPI_RECORDINGS "/day-on-air.jsonl"}};
     closing.close_after_first_output = true;

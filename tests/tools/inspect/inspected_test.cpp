@@ -112,7 +112,7 @@ class GatherFiles : public testing::Test {
 TEST_F(GatherFiles, ObjectsImagesAndRecordingsAreRecognised) {
     const gathered found = gather_all(
         {write_file(files_, "a", "\x02\x01 "), write_file(files_, "b", std::string("\x89PNG\r\n\x1A\n")),
-         write_file(files_, "c", kObject), write_file(files_, "d", "nothing known")});
+         write_file(files_, "c", kObject), write_file(files_, "d", "\x09nothing\x01known")});
     ASSERT_EQ(found.bodies.size(), 4U);
     EXPECT_EQ(found.bodies[0].kind, body_kind::spi_object);
     EXPECT_EQ(found.bodies[1].kind, body_kind::image);
@@ -121,10 +121,11 @@ TEST_F(GatherFiles, ObjectsImagesAndRecordingsAreRecognised) {
 }
 
 TEST_F(GatherFiles, WhatIsPlainlySomethingElseIsRefused) {
-    EXPECT_THAT(only_error("a.xml", "<?xml?>"),
-                HasSubstr("a.xml: it is an XML document, not a binary SPI object"));
+    EXPECT_THAT(
+        only_error("a.xml", "<?xml?>"),
+        HasSubstr("a.xml: this is no binary SPI object: it is an XML document; \"dabspi encode\" takes it"));
     EXPECT_THAT(only_error("a.gz", "\x1F\x8B\x08"),
-                HasSubstr("it is compressed with gzip, not a binary SPI object"));
+                HasSubstr("this is no binary SPI object: it is compressed with gzip; unpack it first"));
 }
 
 TEST_F(GatherFiles, WhatCannotBeReadIsAnError) {
@@ -152,8 +153,8 @@ TEST_F(GatherFiles, FoldersAreReadWholeAndInOrder) {
     ASSERT_EQ(found.bodies.size(), 5U);
     EXPECT_THAT(found.bodies[0].source, testing::EndsWith("dump/1/a.bin"));
     EXPECT_EQ(found.bodies[1].kind, body_kind::image);
-    EXPECT_EQ(found.bodies[2].what, "no SPI object and no image");
-    EXPECT_EQ(found.bodies[3].what, "a recording");
+    EXPECT_EQ(found.bodies[2].what, "a text");
+    EXPECT_EQ(found.bodies[3].what, "a call recording (JSON Lines)");
     EXPECT_EQ(found.bodies[4].kind, body_kind::spi_object);
     EXPECT_THAT(found.errors, IsEmpty());
 }

@@ -212,4 +212,18 @@ TEST(Plan, WhatIsForDocumentsIsNotForImages) {
     EXPECT_THAT(object_error(R"("image": "a", "tokens": true)"), HasSubstr("unknown key \"tokens\""));
 }
 
+TEST(Plan, ReadsAServiceInOneText) {
+    const dabspi::plan read = dabspi::read_plan(
+        R"({"services": {"one": "e1.c185.c221.2", "two": "C221", "three": "49697"}, "steps": []})");
+    const dabspi::planned_service& one = read.services.at("one");
+    EXPECT_EQ(one.service.sid, 0xC221U);
+    EXPECT_EQ(one.service.ecc, 0xE1);
+    EXPECT_EQ(one.service.scids, 2);
+    EXPECT_EQ(one.ensemble, 0xC185);
+    ASSERT_EQ(read.errors.size(), 2U);
+    EXPECT_EQ(read.errors[0].where, "/services/three");
+    EXPECT_NE(read.errors[0].text.find("decimal 49697 is 0xC221"), std::string::npos);
+    EXPECT_NE(read.errors[1].text.find("a plan needs ECC and EId as well"), std::string::npos);
+}
+
 }  // namespace

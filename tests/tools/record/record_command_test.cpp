@@ -144,7 +144,7 @@ TEST_F(RecordCommand, AFileThatCannotBeWrittenIsAFailure) {
     write_file(files_, "pi.xml", document("News"));
     write_file(files_, "objects", "a file");
     const finished_command end = record({"day.json"});
-    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(end.status, 3);
     EXPECT_THAT(end.err, HasSubstr("objects/epg.EHB cannot be written: "));
 }
 

@@ -248,7 +248,9 @@ TEST(RecordingErrors, ADirectoryIsNoRecording) {
     const temporary_directory directory;
     const std::string path = directory.path().string();
     EXPECT_EQ(texts(read_recording(path)),
-              (std::vector<std::string>{path + ": cannot read the recording: Is a directory"}));
+              (std::vector<std::string>{
+                  path + ": this is no call recording: it is a folder; \"dabspi check\" and inspect take "
+                         "folders of dumped objects"}));
 }
 
 }  // namespace

@@ -170,7 +170,7 @@ TEST_P(ReplayCommand, AStorageThatCannotBeMadeIsAFailure) {
     const std::string in_the_way = write_file(files_, "file", "x");
     const finished_command end =
         run_dabspi(replay({"--storage", in_the_way, write_recording(files_, whole())}));
-    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(end.status, 3);
     EXPECT_EQ(end.out, "");
     EXPECT_THAT(end.err, StartsWith("dabspi: cannot make the directory " + in_the_way + ": "));
 }
@@ -179,7 +179,7 @@ TEST_P(ReplayCommand, AFailureAtTheStartLeavesNoTemporaryStorage) {
     command_input input = replay({write_recording(files_, whole())});
     input.environment["TMPDIR"] = files_ / "none";
     const finished_command end = run_dabspi(input);
-    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(end.status, 3);
     EXPECT_THAT(end.err, HasSubstr("set TMPDIR, or give a directory with --storage"));
 }
 
@@ -188,7 +188,7 @@ TEST_P(ReplayCommand, ClosedStandardOutputIsAFailureAndNothingElseIsOverwritten)
         replay({"--json", "--storage", files_ / "storage", write_recording(files_, whole())});
     input.standard_output_closed = true;
     const finished_command end = run_dabspi(input);
-    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(end.status, 3);
     EXPECT_THAT(end.err, HasSubstr("dabspi: cannot write to standard output: Bad file descriptor\n"));
     for (const auto& entry : fs::recursive_directory_iterator(files_.path())) {
         if (!entry.is_regular_file()) continue;
@@ -200,7 +200,7 @@ TEST_P(ReplayCommand, AFullDiskUnderStandardOutputIsAFailure) {
     command_input input = replay({write_recording(files_, whole())});
     input.standard_output = "/dev/full";
     const finished_command end = run_dabspi(input);
-    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(end.status, 3);
     EXPECT_THAT(end.err, HasSubstr("dabspi: cannot write to standard output: No space left on device\n"));
     EXPECT_TRUE(fs::is_empty(temporary_.path()));
 }
@@ -209,7 +209,7 @@ TEST_P(ReplayCommand, AReaderThatHasReadEnoughEndsItQuietly) {
     command_input input = replay({"--json", endless_recording()});
     input.close_after_first_output = true;
     const finished_command end = run_dabspi(input);
-    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(end.status, 3);
     EXPECT_EQ(end.err.find("dabspi:"), std::string::npos) << end.err;
     EXPECT_TRUE(fs::is_empty(temporary_.path()));
 }

@@ -78,4 +78,30 @@ TEST(Utf8, QuotedTextIsCutByCharactersNotBytes) {
     EXPECT_EQ(in_quotes(""), "\"\"");
 }
 
+TEST(Printable, EscapesWhatIsNotSeenAndWhatIsNoCharacter) {
+    EXPECT_EQ(dabspi::printable("a\u061Cb"), "a\\u061cb");
+    EXPECT_EQ(dabspi::printable("\u200B\u200D\u2060\uFEFF"), "\\u200b\\u200d\\u2060\\ufeff");
+    EXPECT_EQ(dabspi::printable("\xC2\x9B"
+                                "31m"),
+              "\\u009b31m")
+        << "C1";
+    EXPECT_EQ(dabspi::printable("\U000E0041"), "\\U000e0041") << "a tag";
+    EXPECT_EQ(dabspi::printable("\uFDD0\uFFFE\U0001FFFF"), "\\ufdd0\\ufffe\\U0001ffff") << "noncharacters";
+    EXPECT_EQ(dabspi::printable("\u202E\u2066"), "\\u202e\\u2066");
+    EXPECT_EQ(dabspi::printable("Z\u00FCrich \u6771\u4EAC \U0001F600"),
+              "Z\u00FCrich \u6771\u4EAC \U0001F600");
+    EXPECT_EQ(dabspi::printable(dabspi::printable("\x1B\u202E")), dabspi::printable("\x1B\u202E"));
+}
+
+TEST(PrintableJson, SaysTheSameWithEscapes) {
+    EXPECT_EQ(dabspi::printable_json("{\"a\": \"\u202E\U000E0041 \u00E9\"}\n"),
+              "{\"a\": \"\\u202e\\udb40\\udc41 \u00E9\"}\n");
+}
+
+TEST(Combining, IsAMarkOverAnotherCharacter) {
+    EXPECT_TRUE(dabspi::is_combining(0x0301));
+    EXPECT_TRUE(dabspi::is_combining(0x0489));
+    EXPECT_FALSE(dabspi::is_combining('e'));
+}
+
 }  // namespace
