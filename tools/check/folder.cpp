@@ -264,7 +264,8 @@ class ensemble_reader {
         for (const dumped_file& each : from_.files) {
             if (!each.is_image()) continue;
             const auto header = read_image_header(*each.body.body);
-            add(call_of(each, spi::kMotImage, header ? mot_subtype(*header) : spi::kMotGif), each.body.source);
+            add(call_of(each, spi::kMotImage, header ? mot_subtype(*header) : spi::kMotGif),
+                each.body.source);
         }
         say_data_services();
     }

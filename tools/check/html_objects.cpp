@@ -20,7 +20,8 @@ constexpr std::size_t kSomeObjects = 100;  // in one table
 
 // Where it is not as the content name says.
 std::string file_of(const check_report& of, const sent_object& object) {
-    const std::string file = std::filesystem::path(of.input.location(object.lines.front())).filename().string();
+    const std::string file =
+        std::filesystem::path(of.input.location(object.lines.front())).filename().string();
     const std::size_t slash = object.content_name.rfind('/');
     const bool same =
         file == printable(object.content_name.substr(slash == std::string::npos ? 0 : slash + 1));

@@ -1,5 +1,5 @@
-#include "src/parse/mot_content.h"
 #include "tools/check/overview.h"
+#include "src/parse/mot_content.h"
 
 #include <algorithm>
 #include <map>
@@ -102,8 +102,7 @@ class overview_maker {
         std::map<spi::ServElemId, std::map<long, std::size_t>> sent;  // by start
         for (std::size_t i = 0; i < in_.programmes.size(); ++i) {
             const programme_arrival& each = in_.programmes[i];
-            const bool counts =
-                each.filed() || (!each.dropped && each.decision == spi::filing::other_day);
+            const bool counts = each.filed() || (!each.dropped && each.decision == spi::filing::other_day);
             if (!counts || each.unreachable) continue;
             const auto [at, is_new] = sent[each.service].emplace(each.start, i);
             if (each.filed()) at->second = i;

@@ -128,7 +128,8 @@ bool is_spi_object(std::string_view of) {
 sniffed_input sniff(std::string_view beginning) {
     if (beginning.empty()) return {input_kind::empty, "empty", ""};
     if (const char* const form = eti_form(beginning))
-        return {input_kind::eti, "a recording of a multiplex (ETI, " + std::string(form) + " frames)", "scan"};
+        return {input_kind::eti, "a recording of a multiplex (ETI, " + std::string(form) + " frames)",
+                "scan"};
     if (is_spi_object(beginning)) return {input_kind::spi_object, "a binary SPI object", "inspect and check"};
     if (const char* const kind = image_kind(beginning)) return {input_kind::image, kind, "inspect and check"};
     if (is_capture(beginning)) return {input_kind::capture, "a capture of network packets", "scan"};

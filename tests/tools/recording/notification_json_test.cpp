@@ -122,7 +122,7 @@ TEST(NotificationJson, ReplacesEachMaximalIllFormedPartOnce) {
         const std::string line = with_name(name);
         if (line.rfind("{\"event\":\"now_next\",\"now\":{\"date\":\"2026-03-02\",\"time\":\"10:00\","
                        "\"duration\":60,\"name\":\"" +
-                           replaced + "\"",
+                           dabspi::printable_json(replaced) + "\"",
                        0) == 0)
             return true;
         ADD_FAILURE() << testing::PrintToString(name) << " prints as " << line;
