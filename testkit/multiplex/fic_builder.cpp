@@ -1,5 +1,6 @@
 #include "testkit/multiplex/fic_builder.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "testkit/multiplex/appending.h"
@@ -39,9 +40,9 @@ bytes label(unsigned extension, unsigned charset, const bytes& id, const std::st
 
 bytes fig(unsigned type, const bytes& data) {
     if (data.size() > 29) throw std::length_error("a FIG has at most 29 bytes");
-    bytes result;
-    put(result, type << 5 | data.size(), 1);
-    append(result, data);
+    bytes result(1 + data.size());
+    result[0] = static_cast<std::uint8_t>(type << 5 | data.size());
+    std::copy(data.begin(), data.end(), result.begin() + 1);
     return result;
 }
 
