@@ -60,10 +60,9 @@ void event_proc::post_batch(std::list<event>& batch) {
         post_event(std::move(batch.front()));
 }
 
-// Where nobody sleeps, the notification costs no call of the kernel. Where no thread will come for what was
-// posted, who has posted it looks after it.
+// Who has posted something wakes only a sleeper. Where no thread will come for it, he looks after it himself.
 void event_proc::wake_up() {
-    wake_.notify_all();
+    if (more_.asleep) wake_.notify_all();
     if (more_.ended) answer_requests();
 }
 
@@ -114,7 +113,9 @@ void event_proc::run() {
 void event_proc::serve() {
     pre();
     const auto wait = [this](std::unique_lock<std::mutex>& lock) {
+        more_.asleep = true;
         if (running_) wake_.wait(lock);
+        more_.asleep = false;
         return running_.load();
     };
     std::list<event> taken;

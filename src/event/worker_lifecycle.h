@@ -57,6 +57,9 @@ class worker_lifecycle {
 
     // ---- on the way ----
 
+    // The thread waits for events. Changed by the thread, under the queue's mutex: whoever appends something
+    // while it waits sees it.
+    std::atomic<bool> asleep{false};
     // The code of the event that the thread handles next, as far as it has taken one.
     std::atomic<event_code> next_code{EC_NONE};
     // The list node of the event in hand, for what its handler sends; one at most. The thread only.
