@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "tools/encode/encode_report.h"
+#include "tools/encode/document_messages.h"
 #include "tools/files/whole_file.h"
 #include "tools/inspect/image_header.h"
 #include "tools/text/utf8.h"
@@ -59,13 +59,12 @@ std::optional<planned_body> plan_bodies::encode(const planned_object& object, co
     encode_options how;
     how.lenient = object.lenient;
     if (object.ensemble) how.ensembles = {*object.ensemble};
-    const encoded_document document = encode_document(xml_source(std::move(*text)), how);
+    encoded_document document = encode_document(xml_source(std::move(*text)), how);
     for (const source_note& each : document.errors)
         errors_.push_back(note_text(path, each));
-    for (const source_note& each : document.warnings)
-        messages_.push_back(note_text(path, each));
-    const std::string omitted = omitted_text(document);
-    if (!omitted.empty()) messages_.push_back(printable(path) + ": " + omitted);
+    document.remarks.clear();  // their remedies are options of encode; and a plan may mean it so
+    for (std::string& each : messages_of(document, path, false, {}))
+        messages_.push_back(std::move(each));
     if (document.objects.empty()) return std::nullopt;
     if (document.objects.size() > 1) {
         std::string ensembles;
