@@ -38,6 +38,7 @@ struct check_options {
     std::string date;
     std::string service;
     std::optional<std::uint32_t> ensemble;
+    std::size_t limit = 256;
 };
 
 // Messages of one kind, not without end.
@@ -50,6 +51,7 @@ void complain_of(const std::vector<std::string>& messages) {
 
 folder_options folder_options_of(const check_options& options) {
     folder_options folder;
+    folder.limit = options.limit;
     if (!options.date.empty()) folder.clock = parse_clock(options.date);
     if (!options.service.empty()) folder.service = parse_service(options.service);
     if (options.ensemble) folder.ensemble = static_cast<std::uint16_t>(*options.ensemble);
@@ -163,6 +165,10 @@ command add_check_command(CLI::App& dabspi) {
     app->add_option("--ensemble", options->ensemble, "Of a folder: the ensemble, e.g. 0xC185")
         ->option_text("EID")
         ->check(CLI::Range(std::uint32_t{0}, std::uint32_t{0xFFFF}));
+    app->add_option("--limit", options->limit,
+                    "How much is read, in MiB (default: 256), and a million calls for each 256")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     json->excludes(all);
     app->footer(
         "Date, service and ensemble of a folder are guessed from its objects when they are not given, and "

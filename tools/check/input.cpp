@@ -45,7 +45,7 @@ checked_input input_of(recording from) {
 checked_input read_input(const std::string& path, const folder_options& options) {
     std::error_code error;
     if (path != "-" && std::filesystem::is_directory(path, error)) return read_folder(path, options);
-    checked_input in = input_of(read_recording(path));
+    checked_input in = input_of(read_recording(path, recording_limits::of(options.limit)));
     if (options.clock || options.service || options.ensemble)
         in.errors.push_back(printable(in.calls.name) +
                             ": it is a recording and says date, service and ensemble itself; "

@@ -246,7 +246,7 @@ class document {
             result_.objects.push_back({std::move(written), id});
         }
         distribute(top);
-        if (!result_.objects.empty()) return;
+        if (!result_.objects.empty() || made_ > options_.most_bytes) return;
         if (options_.ensembles.empty())
             return encoder_.error(source_.at(root, "no service has a bearer of the DAB domain",
                                              "add bearers such as <bearer id=\"dab:ce1.c185.c221.0\"/>, or "

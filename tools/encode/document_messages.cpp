@@ -24,8 +24,8 @@ std::vector<std::string> messages_of(const encoded_document& of, const std::stri
     std::vector<std::size_t> times;
     std::vector<const source_note*> first;
     for (const source_note& each : of.warnings) {
-        const auto [place, fresh] = said.emplace(verbose ? note_text(name, each)
-                                                         : each.where + '\n' + each.cure, first.size());
+        const auto [place, fresh] =
+            said.emplace(verbose ? note_text(name, each) : each.where + '\n' + each.cure, first.size());
         if (fresh) {
             first.push_back(&each);
             times.push_back(0);
@@ -45,8 +45,7 @@ std::vector<std::string> messages_of(const encoded_document& of, const std::stri
             for (const counted_note& one : each->notes())
                 messages.push_back(note_text(name, one.note) + (converted ? "" : "; left out"));
         const std::string counts = counts_text(converted ? "converted: " : "left out: ", each->counts());
-        if (!counts.empty())
-            messages.push_back(printable(name) + ": " + counts + (verbose ? "" : hint));
+        if (!counts.empty()) messages.push_back(printable(name) + ": " + counts + (verbose ? "" : hint));
     }
     return messages;
 }

@@ -82,7 +82,7 @@ bool lenient_helps(const xml_source& source, encode_options options) {
 void make_document(const std::string& path, const options_of_encode& options, made_all& all) {
     const std::string name = path == "-" ? "<stdin>" : path;
     std::string error;
-    std::optional<std::string> text = read_whole_file(path, error);
+    std::optional<std::string> text = read_whole_file(path, error, options.limit * kMebibyte);
     if (!text) {
         all.errors.push_back(printable(name) + ": " + error);
         return;

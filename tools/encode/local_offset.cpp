@@ -53,8 +53,8 @@ std::optional<block> read_header(std::string_view from, std::size_t time_size) {
         return static_cast<std::uint32_t>(big_endian(from.substr(at, 4)));
     };
     const block read = {time_size, count(20), count(24), count(28), count(32), count(36), count(40)};
-    for (const std::uint32_t each : {read.ut_count, read.std_count, read.leap_count, read.time_count,
-                                     read.type_count, read.char_count})
+    for (const std::uint32_t each :
+         {read.ut_count, read.std_count, read.leap_count, read.time_count, read.type_count, read.char_count})
         if (each > kMostEntries) return std::nullopt;
     if (read.type_count == 0 || from.size() - kHeader < read.size()) return std::nullopt;
     return read;
@@ -123,9 +123,10 @@ std::optional<local_offset> local_offset::fixed(std::string_view text) {
 std::optional<local_offset> local_offset::zone(const std::string& name, std::string& error) {
     const char* const given = std::getenv("TZDIR");
     const std::string folder = given != nullptr && *given != '\0' ? given : "/usr/share/zoneinfo";
-    const bool odd = name.empty() || name.front() == '/' || name.find("..") != std::string::npos ||
-                     name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_+-/") !=
-                         std::string::npos;
+    const bool odd =
+        name.empty() || name.front() == '/' || name.find("..") != std::string::npos ||
+        name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_+-/") !=
+            std::string::npos;
     std::string why;
     std::optional<std::string> content;
     if (!odd) content = read_whole_file(folder + "/" + name, why);
@@ -155,9 +156,7 @@ std::optional<local_offset> local_offset::tzif(std::string_view content) {
     }
     const std::string_view body = content.substr(kHeader);
     const std::size_t types = header->time_count * (header->time_size + 1);
-    const auto offset_of = [&](std::size_t type) {
-        return big_endian(body.substr(types + type * 6, 4));
-    };
+    const auto offset_of = [&](std::size_t type) { return big_endian(body.substr(types + type * 6, 4)); };
     local_offset made;
     made.first_ = offset_of(0);
     for (std::size_t i = 0; i < header->time_count; ++i) {
@@ -208,7 +207,8 @@ std::int64_t local_offset::moment_of(const change_day& day, int year) {
         return (day_number(year, 1, 1) + day.day - 1 + leap) * kDay + day.time;
     }
     const std::int64_t first = day_number(year, day.month, 1);
-    const std::int64_t behind = day.month == 12 ? day_number(year + 1, 1, 1) : day_number(year, day.month + 1, 1);
+    const std::int64_t behind =
+        day.month == 12 ? day_number(year + 1, 1, 1) : day_number(year, day.month + 1, 1);
     const std::int64_t weekday = ((first + 4) % 7 + 7) % 7;  // 1970-01-01 was a Thursday
     std::int64_t wanted = first + (day.day - weekday + 7) % 7 + (day.week - 1) * 7;
     if (wanted >= behind) wanted -= 7;

@@ -27,6 +27,7 @@ struct inspect_options {
     bool xml = false;
     bool hex = false;
     std::string colour = "auto";
+    std::size_t limit = 256;
 };
 
 std::optional<std::uint16_t> ensemble_of(const inspect_options& options) {
@@ -99,6 +100,7 @@ int inspect(const inspect_options& options) {
         progress_line progress(STDERR_FILENO, terminal, 0, "files read");
         gather_options how;
         how.lines = options.lines;
+        how.limit = options.limit;
         found = gather(options.objects, how, [&progress](std::size_t read) { progress.update(read); });
     }
     complain_of(found.errors, "errors");
@@ -147,6 +149,9 @@ command add_inspect_command(CLI::App& dabspi) {
                     "Colours: auto (default) only on a terminal and without NO_COLOR in the environment")
         ->option_text("auto|always|never")
         ->check(CLI::IsMember({"auto", "always", "never"}));
+    app->add_option("--limit", options->limit, "How much is read, in MiB (default: 256)")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     json->excludes(xml);
     xml->excludes(hex);
     app->footer(

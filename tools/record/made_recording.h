@@ -19,7 +19,10 @@ struct made_recording {
     std::vector<std::string> messages;  // of the documents
 };
 
-// `directory`: the plan's own, from which its files start.
-made_recording make_recording(const plan& from, const std::string& directory);
+// `directory`: the plan's own, from which its files start. A plan that becomes more than `most_bytes`, text
+// and bodies, is an error, and is not made.
+constexpr std::size_t kMostOfRecording = std::size_t{64} << 20;
+made_recording make_recording(const plan& from, const std::string& directory,
+                              std::size_t most_bytes = kMostOfRecording);
 
 }  // namespace dabspi

@@ -11,7 +11,8 @@ namespace dabspi {
 
 namespace {
 
-constexpr std::uint8_t kImage = 2;  // MOT content type
+constexpr std::uint8_t kImage = 2;                             // MOT content type
+constexpr std::size_t kMostOfDocument = std::size_t{8} << 20;  // as dabspi encode takes it
 
 // MOT content sub-type of an image (ETSI TS 101 756).
 std::optional<std::uint16_t> image_subtype(std::string_view kind) {
@@ -51,7 +52,7 @@ std::string plan_bodies::path_of(const std::string& source) const {
 std::optional<planned_body> plan_bodies::encode(const planned_object& object, const std::string& source) {
     const std::string path = path_of(source);
     std::string error;
-    std::optional<std::string> text = read_whole_file(path, error);
+    std::optional<std::string> text = read_whole_file(path, error, kMostOfDocument);
     if (!text) {
         errors_.push_back(printable(path) + ": " + error);
         return std::nullopt;

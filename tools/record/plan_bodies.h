@@ -23,8 +23,9 @@ struct planned_body {
 
 class plan_bodies {
  public:
-    // Sources start from `directory`, the plan's own.
-    explicit plan_bodies(std::string directory) : directory_(directory), files_(std::move(directory)) {}
+    // Sources start from `directory`, the plan's own. Files that are sent as they are may hold `most_bytes`.
+    plan_bodies(std::string directory, std::size_t most_bytes)
+        : directory_(directory), files_(std::move(directory), most_bytes) {}
 
     // `source`: the object's source for the day in question. Nothing when it cannot be used; then there are
     // errors.

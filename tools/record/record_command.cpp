@@ -23,6 +23,7 @@ struct record_options {
     std::vector<std::string> plans;
     std::string directory = ".";
     bool check = false;
+    std::size_t limit = kMostOfRecording >> 20;
 };
 
 struct made_from {
@@ -35,14 +36,14 @@ std::string error_line(const std::string& plan, const plan_error& error) {
     return printable(plan + (error.where.empty() ? "" : ": " + error.where)) + ": " + printable(error.text);
 }
 
-made_from make(const std::string& path, std::vector<std::string>& errors,
+made_from make(const std::string& path, std::size_t limit, std::vector<std::string>& errors,
                std::vector<std::string>& messages) {
     made_from result;
     const bool piped = path == "-";
     result.plan = piped ? "<stdin>" : path;
     result.recording = (piped ? "recording" : fs::path(path).stem().string()) + ".jsonl";
     std::string error;
-    const std::optional<std::string> text = read_whole_file(path, error);
+    const std::optional<std::string> text = read_whole_file(path, error, limit << 20);
     if (!text) {
         errors.push_back(printable(result.plan) + ": " + error);
         return result;
@@ -50,7 +51,7 @@ made_from make(const std::string& path, std::vector<std::string>& errors,
     const plan read = read_plan(*text);
     std::vector<plan_error> wrong = read.errors;
     if (wrong.empty()) {
-        result.made = make_recording(read, piped ? "" : fs::path(path).parent_path().string());
+        result.made = make_recording(read, piped ? "" : fs::path(path).parent_path().string(), limit << 20);
         wrong = result.made.errors;
     }
     for (const plan_error& each : wrong)
@@ -132,7 +133,7 @@ int record(const record_options& options) {
     std::vector<std::string> errors;
     std::vector<std::string> messages;
     for (const std::string& each : options.plans)
-        all.push_back(make(each, errors, messages));
+        all.push_back(make(each, options.limit, errors, messages));
     if (errors.empty()) refuse_conflicts(all, errors);
     complain_of(messages, "messages");
     if (!errors.empty()) {
@@ -157,6 +158,10 @@ command add_record_command(CLI::App& dabspi) {
            "--directory,-d", options->directory,
            "Where PLAN.jsonl and its objects go (default: the current directory).\nMade if it is missing")
         ->option_text("DIR");
+    app->add_option("--limit", options->limit,
+                    "How much a plan may become, calls and bodies, in MiB (default: 64)")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     app->add_flag("--check", options->check,
                   "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");
     app->footer(

@@ -29,6 +29,7 @@ struct replay_options {
     std::optional<std::string> storage;
     bool no_wait = false;
     bool keep = false;
+    std::size_t limit = 256;
 };
 
 constexpr std::size_t kMostErrors = 100;
@@ -88,7 +89,7 @@ int play_and_print(const recording& from, const replay_options& options, const s
 }
 
 int replay(const replay_options& options) {
-    recording from = read_recording(options.recording);
+    recording from = read_recording(options.recording, recording_limits::of(options.limit));
     refuse_missing_calls(from, options.api == "core" ? library_api::core : library_api::wrapper);
     if (!from.errors.empty()) {
         report_errors(from);
@@ -134,6 +135,12 @@ command add_replay_command(CLI::App& dabspi) {
     app->add_flag("--no-wait", options->no_wait,
                   "Feed as fast as the calls return, and wait once, at the end; what the\n"
                   "output holds is then partly left to chance");
+    app->add_option(
+           "--limit", options->limit,
+           "How long the recording may be, in MiB (default: 256); its bodies may hold as\nmuch, and a "
+           "million calls are taken for each 256")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     app->add_flag("--keep", options->keep, "Keep the temporary storage directory and say where it is");
     app->footer(
         "A recording is checked as a whole before anything is fed.\n"

@@ -24,8 +24,9 @@ const std::string kEarlierService =
     "<link url='http://one.example/'/><playerId id='7'/></service></ensemble></serviceInformation>";
 
 std::string xml_again(const dabspi::encoded_document& made) {
-    return made.objects.empty() ? std::string()
-                                : xml_of(dabspi::spi_object::decode(write_object(made.objects.front().top))).text;
+    return made.objects.empty()
+               ? std::string()
+               : xml_of(dabspi::spi_object::decode(write_object(made.objects.front().top))).text;
 }
 
 std::string earlier_schedule(const std::string& scope, const std::string& programmes) {
@@ -58,8 +59,8 @@ TEST(EarlierEditions, NamespacesNamesAndIdentifiersAreTakenAsThoseOfToday) {
 }
 
 TEST(EarlierEditions, ExtensionsInNamespacesOfTheirOwnAreTakenAsWell) {
-    const auto made = encoded(earlier_schedule("<scope><serviceScope id='e1.c181.c2a1.0' playerId='1'/></scope>",
-                                               earlier_programme()));
+    const auto made = encoded(earlier_schedule(
+        "<scope><serviceScope id='e1.c181.c2a1.0' playerId='1'/></scope>", earlier_programme()));
     EXPECT_THAT(texts_of(made.errors), IsEmpty());
     EXPECT_THAT(made.omitted_counts(), ElementsAre(Pair("attributes of earlier editions", 1u)));
     EXPECT_THAT(xml_again(made), AllOf(HasSubstr("<serviceScope id=\"dab:ce1.c181.c2a1.0\""),
@@ -67,14 +68,14 @@ TEST(EarlierEditions, ExtensionsInNamespacesOfTheirOwnAreTakenAsWell) {
 }
 
 TEST(EarlierEditions, LongServicesHaveTheirCountryBehindTheEcc) {
-    const auto made = encoded(earlier_schedule("<scope><serviceScope id='e1.c181.e1c2a100.0'/></scope>",
-                                               earlier_programme()));
+    const auto made = encoded(
+        earlier_schedule("<scope><serviceScope id='e1.c181.e1c2a100.0'/></scope>", earlier_programme()));
     EXPECT_THAT(xml_again(made), HasSubstr("dab:ce1.c181.e1c2a100.0"));
 }
 
 TEST(EarlierEditions, DescriptionsBesideTheirElementGetIt) {
-    const auto made = encoded(service_document(
-        "<bearer id='dab:0e0.10c1.0a01.0'/><shortDescription>a</shortDescription>"));
+    const auto made =
+        encoded(service_document("<bearer id='dab:0e0.10c1.0a01.0'/><shortDescription>a</shortDescription>"));
     EXPECT_THAT(texts_of(made.errors), IsEmpty());
     EXPECT_THAT(made.converted.counts(),
                 ElementsAre(Pair("<shortDescription> in a <mediaDescription> of its own", 1u)));
@@ -101,9 +102,9 @@ TEST(EarlierEditions, AnIdentifierOfZeroesNamesNoService) {
 }
 
 TEST(EarlierEditions, AServiceThatIsNotOnDabCanBeGivenABearer) {
-    const std::string document =
-        si_document("<services><service><shortName>One</shortName><bearer id='fm:ce1.c221.09580'/>"
-                    "</service></services>");
+    const std::string document = si_document(
+        "<services><service><shortName>One</shortName><bearer id='fm:ce1.c221.09580'/>"
+        "</service></services>");
     EXPECT_THAT(texts_of(encoded(document).errors), ElementsAre(HasSubstr("say --service")));
     dabspi::encode_options options;
     options.service = dabspi::spi_object::parse_content_id("dab:ce1.ce15.c221.0");
@@ -125,13 +126,13 @@ TEST(EarlierEditions, EachKindIsSaidOnceAndCounted) {
     std::string links;
     for (int i = 0; i < 50; ++i)
         links += "<link url='http://a/'/>";
-    EXPECT_THAT(messages_of(encoded(programme_document(links + "<alias/><longName>a</longName>")), "a.xml", false),
-                Contains("a.xml: converted: <link url> as uri (50); --verbose lists them"));
+    EXPECT_THAT(
+        messages_of(encoded(programme_document(links + "<alias/><longName>a</longName>")), "a.xml", false),
+        Contains("a.xml: converted: <link url> as uri (50); --verbose lists them"));
     const auto all = messages_of(encoded(programme_document(links)), "a.xml", true);
-    EXPECT_EQ(std::count_if(all.begin(), all.end(),
-                            [](const std::string& each) {
-                                return each.find("is taken as uri") != std::string::npos;
-                            }),
+    EXPECT_EQ(std::count_if(
+                  all.begin(), all.end(),
+                  [](const std::string& each) { return each.find("is taken as uri") != std::string::npos; }),
               50);
 }
 
@@ -143,11 +144,13 @@ TEST(EarlierEditions, WarningsOfAKindAreSaidOnce) {
 
 // An object that says nothing any more is worse than none.
 TEST(EarlierEditions, AnObjectThatLostItsProgrammesOrServicesIsAnError) {
-    EXPECT_THAT(texts_of(leniently("<epg xmlns='" + kNamespace + "' xmlns:o='urn:o'><schedule><o:programme/>"
+    EXPECT_THAT(texts_of(leniently("<epg xmlns='" + kNamespace +
+                                   "' xmlns:o='urn:o'><schedule><o:programme/>"
                                    "</schedule></epg>")
                              .errors),
                 ElementsAre(HasSubstr("no <programme> of 1 could be coded, and nothing is left")));
-    EXPECT_THAT(texts_of(leniently("<epg xmlns='" + kNamespace + "'><schedule><programme><location><time "
+    EXPECT_THAT(texts_of(leniently("<epg xmlns='" + kNamespace +
+                                   "'><schedule><programme><location><time "
                                    "time='tomorrow'/></location></programme></schedule></epg>")
                              .errors),
                 ElementsAre(HasSubstr("no <programme> of 1 kept its <time>")));

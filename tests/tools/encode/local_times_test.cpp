@@ -22,9 +22,10 @@ dabspi::encode_options at(const std::optional<local_offset>& local) {
 }
 
 std::string timed(const std::string& time) {
-    return pi_document("<schedule creationTime='2026-03-10T07:00:00Z'><scope><serviceScope "
-                       "id='dab:ce1.c185.c221.0'/></scope><programme><location><time time='" +
-                       time + "'/></location></programme></schedule>");
+    return pi_document(
+        "<schedule creationTime='2026-03-10T07:00:00Z'><scope><serviceScope "
+        "id='dab:ce1.c185.c221.0'/></scope><programme><location><time time='" +
+        time + "'/></location></programme></schedule>");
 }
 
 // The time as it is coded.
@@ -33,8 +34,7 @@ std::string coded_time(const std::string& time, const std::optional<local_offset
     EXPECT_THAT(texts_of(made.errors), IsEmpty());
     EXPECT_THAT(texts_of(made.remarks), IsEmpty());
     if (made.objects.empty()) return {};
-    const std::string xml =
-        xml_of(dabspi::spi_object::decode(write_object(made.objects.front().top))).text;
+    const std::string xml = xml_of(dabspi::spi_object::decode(write_object(made.objects.front().top))).text;
     const std::string begin = "<time time=\"";
     const std::size_t from = xml.find(begin) + begin.size();
     return xml.substr(from, xml.find('"', from) - from);
@@ -74,7 +74,8 @@ TEST(LocalTimes, AZoneHasSummerTime) {
     EXPECT_EQ(coded_time("2026-10-25T01:00:00Z", zone), "2026-10-25T01:00:00+00:00");
     EXPECT_EQ(coded_time("2026-07-10T07:00:00", zone), "2026-07-10T07:00:00+01:00");
     EXPECT_EQ(coded_time("2026-10-25T01:30:00", zone), "2026-10-25T01:30:00+01:00") << "the first of two";
-    EXPECT_EQ(coded_time("2026-03-29T01:30:00", zone), "2026-03-29T01:30:00+00:00") << "a time that is left out";
+    EXPECT_EQ(coded_time("2026-03-29T01:30:00", zone), "2026-03-29T01:30:00+00:00")
+        << "a time that is left out";
 }
 
 TEST(LocalTimes, SummerTimeMayGoOverTheTurnOfTheYear) {
@@ -101,7 +102,8 @@ TEST(LocalTimes, OddZoneDataIsRefused) {
         local_offset::tzif(whole.substr(0, size));  // no matter what comes of it
     EXPECT_FALSE(local_offset::tzif("").has_value());
     EXPECT_FALSE(local_offset::tzif("TZif2").has_value());
-    for (const char* const rule : {"", "G0", "GMT", "GMT0BST,M13.5.0,M10.5.0", "GMT0BST,M3.5.0", "GMT0BST,Jx,J1"}) {
+    for (const char* const rule :
+         {"", "G0", "GMT", "GMT0BST,M13.5.0,M10.5.0", "GMT0BST,M3.5.0", "GMT0BST,Jx,J1"}) {
         const auto zone = local_offset::tzif(zone_of_rules(rule));
         EXPECT_EQ(zone ? zone->at(1782864000) : 0, 0) << rule;
     }
@@ -123,7 +125,8 @@ TEST(LocalTimes, TheSystemsDataIsReadByName) {
 }
 
 TEST(LocalTimes, OffsetsThatHaveNoCodingAreSaid) {
-    const auto made = encoded(timed("2026-07-10T07:00:00"), at(local_offset::tzif(zone_of_rules("<+0545>-5:45"))));
+    const auto made =
+        encoded(timed("2026-07-10T07:00:00"), at(local_offset::tzif(zone_of_rules("<+0545>-5:45"))));
     EXPECT_THAT(texts_of(made.errors), ElementsAre(HasSubstr("has no coding: half-hours are counted")));
 }
 
@@ -135,9 +138,10 @@ TEST(LocalTimes, ADocumentInUtcIsWarnedOf) {
 
 TEST(LocalTimes, WhatHasNoZoneIsRefusedWithWhatReceiversShow) {
     const auto made = encoded(timed("2026-07-10T07:00:00"));
-    EXPECT_THAT(texts_of(made.errors),
-                ElementsAre(HasSubstr("local time with its offset, such as +01:00, is shown as it stands; UTC, with "
-                                      "Z, is shown as UTC")));
+    EXPECT_THAT(
+        texts_of(made.errors),
+        ElementsAre(HasSubstr("local time with its offset, such as +01:00, is shown as it stands; UTC, with "
+                              "Z, is shown as UTC")));
 }
 
 TEST(LocalTimes, OffsetsAreHalfHoursUpToTheLongest) {

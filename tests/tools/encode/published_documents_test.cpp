@@ -37,14 +37,16 @@ TEST(PublishedDocuments, AreEncodedAndSayWhatTheirTwinsOfTodaySay) {
     for (const auto& each : fs::directory_iterator(fs::path(material) / "xml" / "orig")) {
         ++documents;
         SCOPED_TRACE(each.path().filename().string());
-        const auto made = encode_document(dabspi::xml_source(read_file(each.path().string())), for_published());
+        const auto made =
+            encode_document(dabspi::xml_source(read_file(each.path().string())), for_published());
         EXPECT_THAT(texts_of(made.errors), testing::IsEmpty());
         const std::string twin = (fs::path(material) / "xml" / "norm" / each.path().filename()).string();
         dabspi::encode_options leniently = for_published();
         leniently.lenient = true;
         const std::set<std::string> ours = statements_in(made);
         std::size_t missing = 0;
-        for (const std::string& one : statements_in(encode_document(dabspi::xml_source(read_file(twin)), leniently)))
+        for (const std::string& one :
+             statements_in(encode_document(dabspi::xml_source(read_file(twin)), leniently)))
             if (ours.count(one) == 0 && ++missing <= 5) ADD_FAILURE() << "not said: " << one;
         EXPECT_EQ(missing, 0u);
     }
