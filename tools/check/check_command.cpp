@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 #include "tools/check/html_report.h"
@@ -58,13 +59,36 @@ folder_options folder_options_of(const check_options& options) {
     return folder;
 }
 
-check_report play_and_look(checked_input input, const check_options& options, const storage& place) {
-    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
-    return check_input(std::move(input), *severity_named(options.severity), place.path(),
-                       [&](std::size_t fed) {
-                           progress.update(fed);
-                           return interrupt_watch::noted() == 0;
-                       });
+// What there is to tidy up while the recording is played. The examination behind that can take its time, and
+// has nothing to tidy up: Ctrl-C ends it as it ends any program.
+struct playing_things {
+    std::optional<interrupt_watch> watch{std::in_place};
+    std::optional<storage> place{storage::temporary()};
+
+    // Does not return when a signal was noted.
+    void put_away() {
+        place.reset();
+        const int signal = interrupt_watch::noted();
+        watch.reset();
+        if (signal != 0) die_by(signal);
+    }
+};
+
+check_report play_and_look(checked_input input, const check_options& options) {
+    playing_things things;
+    std::optional<progress_line> progress;
+    progress.emplace(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
+    const std::string path = things.place->path();
+    return check_input(
+        std::move(input), *severity_named(options.severity), path,
+        [&](std::size_t fed) {
+            progress->update(fed);
+            return interrupt_watch::noted() == 0;
+        },
+        [&] {
+            progress.reset();
+            things.put_away();
+        });
 }
 
 // Gives the exit status.
@@ -73,7 +97,9 @@ int print(const check_report& report, const check_options& options) {
         complain(printable(report.input.calls.name) + ": " + each +
                  "; this is a fault of dabspi: what is said of this line may be wrong");
     if (!options.html.empty()) {
-        const std::string error = write_whole_file(options.html, html_report(report));
+        const std::string page = html_report(report);
+        const interrupt_watch watch;  // a file that is half written is put away
+        const std::string error = write_whole_file(options.html, page);
         if (!error.empty()) {
             complain("cannot write " + printable(options.html) + ": " + error);
             return kExitFailed;
@@ -103,21 +129,10 @@ int run_check(const check_options& options) {
         return kExitUnusable;
     }
     // What replays cannot print is refused there; through the core interface everything can be played.
-    int status = kExitFailed;
-    int signal = 0;
-    {
-        const interrupt_watch watch;  // from here on there is something to tidy up
-        const storage place = storage::temporary();
-        const check_report report = play_and_look(std::move(input), options, place);
-        signal = interrupt_watch::noted();
-        if (report.heard.end == play_end::not_quiet) {
-            complain("the library did not come to rest: one of its workers has ended or hangs");
-        } else if (signal == 0) {
-            status = print(report, options);
-        }
-    }
-    if (signal != 0) die_by(signal);
-    return status;
+    const check_report report = play_and_look(std::move(input), options);
+    if (report.heard.end != play_end::not_quiet) return print(report, options);
+    complain("the library did not come to rest: one of its workers has ended or hangs");
+    return kExitFailed;
 }
 
 std::string date_fault(const std::string& text) {

@@ -9,6 +9,7 @@
 #include "tools/check/folder.h"
 #include "tools/spi/receiver_values.h"
 #include "tools/spi/value_problems.h"
+#include "tools/spi/values.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::check {
@@ -68,8 +69,10 @@ std::optional<spi::MotDateTime> parse_clock(const std::string& text) {
     spi::MotDateTime clock;
     clock.put_date(digits.substr(0, 8));
     clock.put_time(date_only ? "1200" : digits.substr(8));
-    const bool in_range = clock.year >= 1900 && clock.year < 2200 && clock.month >= 1 && clock.month <= 12 &&
-                          clock.day >= 1 && clock.day <= 31 && clock.hour <= 23 && clock.minute <= 59;
+    // By the calendar: the receiver would take 29 February 2026 for 1 March.
+    const std::string day = digits.substr(0, 4) + "-" + digits.substr(4, 2) + "-" + digits.substr(6, 2);
+    const bool in_range = clock.year >= 1900 && clock.year < 2200 && clock.hour <= 23 && clock.minute <= 59 &&
+                          spi_object::parse_time(day + "T00:00:00Z").has_value();
     return in_range ? std::optional(clock) : std::nullopt;
 }
 

@@ -12,10 +12,11 @@
 namespace dabspi::check {
 
 check_report check_input(checked_input input, severity from, const std::string& storage_path,
-                         const std::function<bool(std::size_t)>& go_on) {
+                         const std::function<bool(std::size_t)>& go_on, const std::function<void()>& played) {
     check_report report;
     report.input = std::move(input);
     report.heard = hear(report.input.calls, storage_path, go_on);
+    if (played) played();
     if (report.heard.end != play_end::finished) return report;
     report.past = make_history(report.input.calls, report.heard);
     report.disagreements = disagreements(report.past, report.heard);

@@ -57,14 +57,25 @@ int print_xml(const gathered& found, output& out) {
     out.write(document.text);
     // What the document cannot show is said beside it.
     std::vector<std::string> messages;
-    for (const spi_object::problem_at& each : spi_object::problems_of(report.tree))
-        if (severity_of(each.what->code) == spi_object::severity::malformed)
+    bool complete = true;
+    for (const spi_object::problem_at& each : spi_object::problems_of(report.tree)) {
+        const bool left_out = each.what->code == spi_object::problem_code::too_many_elements ||
+                              each.what->code == spi_object::problem_code::text_too_long;
+        complete = complete && !left_out;
+        if (left_out || severity_of(each.what->code) == spi_object::severity::malformed)
             messages.push_back(place + ": byte " + std::to_string(each.what->offset) + ": " +
-                               printable(each.what->text));
+                               printable(each.what->text) +
+                               (left_out ? "; what follows it is not in the document" : ""));
+    }
     for (const spi_object::xml_note& each : document.notes)
         messages.push_back(place + ": byte " + std::to_string(each.offset) + ": " + printable(each.text));
+    if (report.tree.omitted != 0) {
+        complete = false;
+        messages.push_back(place + ": " + std::to_string(report.tree.omitted) +
+                           " more malformed places and remarks; something may be missing from the document");
+    }
     complain_of(messages, "messages");
-    return report.tree.well_formed() ? kExitDone : kExitMalformed;
+    return complete && report.tree.well_formed() ? kExitDone : kExitMalformed;
 }
 
 int print_all(const gathered& found, const inspect_options& options, output& out, progress_line& progress) {

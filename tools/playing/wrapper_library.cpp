@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <chrono>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -10,11 +12,15 @@
 #include "tools/files/added_directories.h"
 #include "tools/playing/fed_library.h"
 #include "tools/playing/shared_block.h"
+#include "tools/terminal/complain.h"
+#include "tools/terminal/said_wait.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
 
 namespace {
+
+constexpr std::chrono::seconds kSilentWait{2};
 
 programme from(const spi_wrap::SpiProgramInfo& info) {
     programme result;
@@ -60,7 +66,15 @@ class wrapper_library final : public fed_library {
     wrapper_library(const std::string& storage_path, std::shared_ptr<notification_box> box)
         : live_(std::make_unique<live>(std::move(box))), lock_(kSystemBlock) {
         // The block's lock also keeps two replays apart that make and remove the library's directory.
+        // Programs hold it for a moment; one that hangs holds it for ever.
+        std::optional<said_wait> waiting;
+        waiting.emplace(kSilentWait, [] {
+            complain(
+                "waiting for the lock of the shared data block, /dev/shm/dabspi-SysDataInfo.lock: another "
+                "program holds it (fuser names it); --api core does without");
+        });
         const lent_storage_path lent(storage_path);
+        waiting.reset();
         directories_ = std::make_unique<added_directories>(std::vector<std::string>{"/temp", "/temp/dab"});
         try {
             live_->server = std::make_unique<spi_wrap::toSpiServer>(&live_->listener);

@@ -98,7 +98,8 @@ class builder : public nlohmann::json_sax<json> {
         std::string pointer;
         for (std::size_t i = 0; i + 1 < open_.size(); ++i) {
             const json& around = *open_[i].value;
-            pointer += "/" + (around.is_array() ? std::to_string(around.size() - 1) : pointer_part(open_[i].key));
+            pointer +=
+                "/" + (around.is_array() ? std::to_string(around.size() - 1) : pointer_part(open_[i].key));
         }
         return pointer;
     }

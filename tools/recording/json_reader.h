@@ -1,5 +1,5 @@
-// JSON that strangers may have written, read in linear time: what is bounded is said, and keys that stand twice
-// are reported, as a person meant both and a JSON library takes the last.
+// JSON that strangers may have written, read in linear time: what is bounded is said, and keys that stand
+// twice are reported, as a person meant both and a JSON library takes the last.
 //
 // The JSON library's own way to notice such keys (a callback) looks through every container again when an
 // element in it ends: an array of a hundred thousand arrays costs minutes.

@@ -27,7 +27,8 @@ std::string last_error(const recording& of) {
 }
 
 std::string feed(const std::string& more) {
-    return "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":0,\"content_name\":\"a\",\"sid\":1," +
+    return "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":0,\"content_name\":\"a\","
+           "\"sid\":1," +
            more + "}\n";
 }
 
@@ -68,7 +69,8 @@ TEST(RecordingLimits, AFileOfManyErrorsIsNotReadToItsEnd) {
 TEST(RecordingLimits, LongLinesThatHoldNoCallAreNotKept) {
     EXPECT_THAT(last_error(parse_recording(std::string(90000, 'x'), "a", "", small())),
                 HasSubstr("a:1: a long line that holds no JSON object; is this a recording?"));
-    EXPECT_EQ(last_error(parse_recording("#" + std::string(90000, 'x') + "\n" + kCall, "a", "", small())), "");
+    EXPECT_EQ(last_error(parse_recording("#" + std::string(90000, 'x') + "\n" + kCall, "a", "", small())),
+              "");
     const recording indented = parse_recording(std::string(19000, ' ') + kCall, "a", "", small());
     EXPECT_EQ(last_error(indented), "");
     EXPECT_EQ(indented.calls.size(), 1u) << "blanks before a call lose nothing";
