@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <system_error>
@@ -13,7 +14,9 @@
 #include "tools/check/json_report.h"
 #include "tools/check/report.h"
 #include "tools/check/text_report.h"
+#include "tools/command_line/needed_name.h"
 #include "tools/files/written_file.h"
+#include "tools/playing/logo_room.h"
 #include "tools/playing/storage.h"
 #include "tools/terminal/complain.h"
 #include "tools/terminal/interrupt.h"
@@ -79,6 +82,8 @@ check_report play_and_look(checked_input input, const check_options& options) {
     std::optional<progress_line> progress;
     progress.emplace(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
     const std::string path = things.place->path();
+    const std::size_t room = largest_image(input.calls);
+    require_logo_room(path, room);
     return check_input(
         std::move(input), *severity_named(options.severity), path,
         [&](std::size_t fed) {
@@ -123,6 +128,12 @@ int print(const check_report& report, const check_options& options) {
 }
 
 int run_check(const check_options& options) {
+    std::error_code unknown;
+    if (!options.html.empty() && std::filesystem::equivalent(options.html, options.input, unknown)) {
+        complain(printable(options.html) +
+                 " is what is checked, and would be written over; give --html another name");
+        return kExitUnusable;
+    }
     checked_input input = read_input(options.input, folder_options_of(options));
     if (!input.errors.empty()) {
         complain_of(input.errors);
@@ -160,7 +171,8 @@ command add_check_command(CLI::App& dabspi) {
         ->option_text("or FOLDER");
     CLI::Option* const json = app->add_flag("--json", options->json, "Print one JSON object instead of text");
     app->add_option("--html", options->html, "Write a page as well, whole in one file; - is standard output")
-        ->option_text("FILE");
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
     app->add_option("--severity", options->severity,
                     "From which severity on findings count: note (default), warning or error")
         ->option_text("note|warning|error")

@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <utility>
 
+#include "tools/command_line/needed_name.h"
 #include "tools/encode/document_messages.h"
 #include "tools/encode/earlier_ids.h"
 #include "tools/encode/encode_report.h"
@@ -19,6 +21,7 @@ namespace dabspi {
 
 namespace {
 
+constexpr std::size_t kLongestFileName = 240;  // with room for what a writer puts behind it
 constexpr std::size_t kMostNamesSaid = 10;
 constexpr std::size_t kMebibyte = 1024 * 1024;
 constexpr std::size_t kObjectsOfDocument = 8;  // as large as the objects of one may be, in documents
@@ -147,7 +150,17 @@ void name_files(const options_of_encode& options, made_all& all) {
         const std::string& content_name = each.object.header.content_name;
         each.file = options.output.empty() ? options.directory + "/" + content_name : options.output;
         if (options.output.empty() && options.directory == ".") each.file = content_name;
-        if (options.output.empty() && content_name.find('/') != std::string::npos)
+        const bool odd = content_name.find_first_of(std::string_view("/\0", 2)) != std::string::npos ||
+                         content_name == "." || content_name == ".." ||
+                         content_name.size() > kLongestFileName;
+        for (const std::string& document : options.documents) {
+            std::error_code unknown;
+            if (each.file != "-" && document != "-" &&
+                std::filesystem::equivalent(each.file, document, unknown))
+                all.errors.push_back(printable(each.file) +
+                                     " is one of the documents, and would be written over");
+        }
+        if (options.output.empty() && odd)
             all.errors.push_back("the name " + in_quotes(content_name) +
                                  " is no file name; say with --output where the object goes");
     }
@@ -223,14 +236,17 @@ command add_encode_command(CLI::App& dabspi) {
         ->option_text("...");
     CLI::Option* const output_option =
         app->add_option("--output,-o", options->output, "Where the one object goes; - is standard output")
-            ->option_text("FILE");
+            ->option_text("FILE")
+            ->check(a_name_is_needed);
     CLI::Option* const directory =
         app->add_option("--directory,-d", options->directory,
                         "Where objects go, each under its content name (default: the current\ndirectory). "
                         "Made if it is missing")
-            ->option_text("DIR");
+            ->option_text("DIR")
+            ->check(a_name_is_needed);
     app->add_option("--name", options->name, "The content name of the one object, instead of the usual one")
-        ->option_text("NAME");
+        ->option_text("NAME")
+        ->check(a_name_is_needed);
     app->add_option("--ensemble", options->ensembles,
                     "Only service information of this ensemble, e.g. e1.ce15; may be repeated\n(default: an "
                     "object for each ensemble)")

@@ -1,6 +1,7 @@
 #include "tools/record/made_recording.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <utility>
 
@@ -54,6 +55,7 @@ class maker {
         result_.text = out_.text();
         result_.calls = out_.calls();
         result_.messages = bodies_.messages();
+        result_.sources = bodies_.sources();
     }
 
  private:
@@ -133,6 +135,11 @@ class maker {
                 continue;
             }
             const std::string file = file_of(object, *body, fed.content_name, date);
+            if (std::filesystem::path(file).filename().string().size() > kLongestFileName) {
+                result_.errors.push_back(
+                    {object.where, in_quotes(file, 80) + " is too long for a file's name"});
+                return;
+            }
             keep(object, file, body->body);
             at(minute, [this, fed, file] { out_.feed_file(fed, file); });
         }
@@ -143,7 +150,13 @@ class maker {
         if (object.file) return with_date(*object.file, date);
         // Images keep the name of their file, several stations may announce one under different names.
         std::string name = object.what == planned_object::kind::xml ? content_name : body.content_name;
-        std::replace(name.begin(), name.end(), '/', '_');
+        for (char& each : name)
+            if (each == '/' || each == '\0') each = '_';
+        // A content name may be longer than a file's.
+        std::size_t end = std::min(name.size(), kLongestName);
+        while (end < name.size() && end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80)
+            --end;
+        name.resize(end);
         return "objects/" + (name == "." || name == ".." || name.empty() ? "object" : name);
     }
 
@@ -168,6 +181,8 @@ class maker {
         }
     }
 
+    static constexpr std::size_t kLongestFileName = 240;
+    static constexpr std::size_t kLongestName = 200;  // of a file, with room for what a writer puts behind it
     static constexpr std::size_t kTick = 64;
     static constexpr std::size_t kCall = 256;  // what one takes while it is made, without its names
 

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct made_recording {
     std::string text;
     std::size_t calls = 0;
     std::map<std::string, std::shared_ptr<const bytes>> files;  // relative to the recording
+    std::set<std::string> sources;                              // paths of the files that it is made of
     std::vector<plan_error> errors;     // where in the plan, and what is wrong; then nothing is to be written
     std::vector<std::string> messages;  // of the documents
 };

@@ -35,6 +35,7 @@ std::string how_it_is_encoded(const planned_object& object) {
 }  // namespace
 
 std::optional<planned_body> plan_bodies::make(const planned_object& object, const std::string& source) {
+    sources_.insert(path_of(source));
     if (object.what != planned_object::kind::xml) return read(object, source);
     const std::string key = source + "\n" + how_it_is_encoded(object);
     const auto known = encoded_.find(key);

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,6 +33,7 @@ class plan_bodies {
     std::optional<planned_body> make(const planned_object& object, const std::string& source);
 
     std::vector<std::string> take_errors() { return std::exchange(errors_, {}); }
+    const std::set<std::string>& sources() const { return sources_; }
     // What was left out of documents, and what was taken leniently.
     const std::vector<std::string>& messages() const { return messages_; }
 
@@ -43,6 +45,7 @@ class plan_bodies {
     std::string directory_;
     body_files files_;
     std::map<std::string, std::optional<planned_body>> encoded_;  // by source and how it is encoded
+    std::set<std::string> sources_;                               // paths
     std::vector<std::string> errors_;
     std::vector<std::string> messages_;
 };

@@ -5,8 +5,10 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <system_error>
 
+#include "tools/command_line/needed_name.h"
 #include "tools/files/whole_file.h"
 #include "tools/record/made_recording.h"
 #include "tools/terminal/complain.h"
@@ -128,6 +130,26 @@ void refuse_conflicts(const std::vector<made_from>& all, std::vector<std::string
         });
 }
 
+// A recording must not be written over what it is made of.
+void refuse_inputs(const std::vector<made_from>& all, const std::string& directory,
+                   std::vector<std::string>& errors) {
+    std::set<std::string> inputs;
+    for (const made_from& each : all) {
+        inputs.insert(each.plan);
+        inputs.insert(each.made.sources.begin(), each.made.sources.end());
+    }
+    for (const made_from& each : all)
+        for_each_file(each, directory, [&](const std::string& file, std::string_view content) {
+            std::error_code failed;
+            if (!fs::exists(file, failed) || stands_there(file, content)) return;
+            for (const std::string& input : inputs)
+                if (fs::equivalent(file, input, failed))
+                    errors.push_back(
+                        printable(each.plan) + ": " + in_quotes(file, 200) +
+                        " would be written over, and it is an input; record into another folder");
+        });
+}
+
 int record(const record_options& options) {
     std::vector<made_from> all;
     std::vector<std::string> errors;
@@ -135,6 +157,7 @@ int record(const record_options& options) {
     for (const std::string& each : options.plans)
         all.push_back(make(each, options.limit, errors, messages));
     if (errors.empty()) refuse_conflicts(all, errors);
+    if (errors.empty() && !options.check) refuse_inputs(all, options.directory, errors);
     complain_of(messages, "messages");
     if (!errors.empty()) {
         complain_of(errors, "errors");
@@ -157,7 +180,8 @@ command add_record_command(CLI::App& dabspi) {
     app->add_option(
            "--directory,-d", options->directory,
            "Where PLAN.jsonl and its objects go (default: the current directory).\nMade if it is missing")
-        ->option_text("DIR");
+        ->option_text("DIR")
+        ->check(a_name_is_needed);
     app->add_option("--limit", options->limit,
                     "How much a plan may become, calls and bodies, in MiB (default: 64)")
         ->option_text("MIB")

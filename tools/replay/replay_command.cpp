@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "tools/command_line/needed_name.h"
+#include "tools/playing/logo_room.h"
 #include "tools/playing/player.h"
 #include "tools/playing/storage.h"
 #include "tools/recording/notification_json.h"
@@ -105,7 +107,10 @@ int replay(const replay_options& options) {
             place.keep();
             complain("the storage directory is kept: " + printable(place.path()));
         }
+        const std::size_t room = largest_image(from);
+        require_logo_room(place.path(), room);
         status = play_and_print(from, options, place.path(), place.logo_root());
+        require_logo_room(place.path(), room);
         signal = interrupt_watch::noted();
     }
     if (signal != 0) die_by(signal);
@@ -130,8 +135,7 @@ command add_replay_command(CLI::App& dabspi) {
                     "The system's storage path: logos go to DIR/HdStationLogo. Made if it is\n"
                     "missing, never removed (default: a temporary directory)")
         ->option_text("DIR")
-        ->check(
-            [](const std::string& text) { return std::string(text.empty() ? "a directory is needed" : ""); });
+        ->check(a_name_is_needed);
     app->add_flag("--no-wait", options->no_wait,
                   "Feed as fast as the calls return, and wait once, at the end; what the\n"
                   "output holds is then partly left to chance");

@@ -299,4 +299,25 @@ TEST_F(EncodeCommand, UsageErrorsEndWithTwo) {
     EXPECT_THAT(end.err, HasSubstr("\"c185\" is no ensemble such as e1.ce15: ECC and EId"));
 }
 
+TEST_F(EncodeCommand, EmptyNamesAndImpossibleOnesAreRefused) {
+    write_file(files_, "pi.xml", day(""));
+    for (const char* const option : {"-d", "-o", "--name"}) {
+        const finished_command end = encode({option, "", "pi.xml"});
+        EXPECT_EQ(end.status, 2) << option;
+        EXPECT_THAT(end.err, HasSubstr("a name is needed, and it is empty")) << option;
+    }
+    for (const std::string& name : {std::string("."), std::string(".."), std::string(250, 'n')})
+        EXPECT_THAT(encode({"--name", name, "pi.xml"}).err, HasSubstr("is no file name")) << name;
+}
+
+TEST_F(EncodeCommand, ADocumentIsNotWrittenOver) {
+    write_file(files_, "pi.xml", day(""));
+    const finished_command end = encode({"-o", "./pi.xml", "pi.xml"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("./pi.xml is one of the documents, and would be written over"));
+    EXPECT_EQ(read_file((files_.path() / "pi.xml").string()), day(""));
+    fs::create_symlink("pi.xml", files_.path() / "w20260302dC221.EHB");
+    EXPECT_EQ(encode({"pi.xml"}).status, 2) << "nor through a link";
+}
+
 }  // namespace

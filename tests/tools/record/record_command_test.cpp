@@ -196,4 +196,45 @@ TEST(ExampleRecordings, HavePlansThatNameEveryDocument) {
         EXPECT_TRUE(!each.is_directory() || fs::exists(each.path().string() + ".json")) << each;
 }
 
+TEST_F(RecordCommand, WhatItIsMadeOfIsNotWrittenOver) {
+    write_file(files_, "pi.xml", document("News"));
+    write_file(files_, "day.json", R"({"data_service": 1, "steps": [
+        {"clock": "2026-03-02T10:30"}, {"feed": {"xml": "pi.xml", "file": "pi.xml"}}]})");
+    const finished_command end = record({"day.json"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("\"pi.xml\" would be written over, and it is an input"));
+    EXPECT_EQ(read("pi.xml"), document("News"));
+    EXPECT_EQ(record({"-d", "out", "day.json"}).status, 0);
+}
+
+TEST_F(RecordCommand, NamesOfFilesHoldNoNulAndAreNotTooLong) {
+    write_file(files_, "a.png", "x");
+    const auto plan = [](const std::string& keys) {
+        return R"({"data_service": 1, "steps": [{"clock": "2026-03-02T10:30"}, {"feed": {)" + keys +
+               R"(, "content_type": 2, "content_subtype": 3}}]})";
+    };
+    write_file(files_, "file.json", plan(R"("object": "a.png", "name": "n", "file": "p.jsonl\u0000x")"));
+    EXPECT_THAT(record({"file.json"}).err, HasSubstr("is no name inside the recording's folder"));
+    write_file(files_, "source.json", plan(R"("object": "a.png\u0000x", "name": "n")"));
+    EXPECT_THAT(record({"source.json"}).err, HasSubstr("is no file's name"));
+    write_file(files_, "long.json",
+               plan(R"("object": "a.png", "name": "n", "file": ")" + std::string(300, 'n') + "\""));
+    EXPECT_THAT(record({"long.json"}).err, HasSubstr("is too long for a file's name"));
+    write_file(files_, "pi.xml", document("News"));
+    write_file(files_, "content.json",
+               R"({"data_service": 1, "steps": [{"clock": "2026-03-02T10:30"},
+        {"feed": {"xml": "pi.xml", "name": "a\u0000b)" +
+                   std::string(3000, 'n') + R"("}}]})");
+    const finished_command end = record({"content.json"});
+    EXPECT_EQ(end.status, 0) << end.err << "a content name may be anything";
+    EXPECT_THAT(read("content.jsonl"), HasSubstr("a\\u0000bn"));
+}
+
+TEST_F(RecordCommand, AnEmptyDirectoryIsRefused) {
+    write_file(files_, "day.json", kPlan);
+    const finished_command end = record({"-d", "", "day.json"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("a name is needed, and it is empty"));
+}
+
 }  // namespace

@@ -16,7 +16,9 @@ TEST(SaidWait, SaysThatItWaitsOnce) {
 
 TEST(SaidWait, SaysNothingWhenItIsOverBefore) {
     bool said = false;
-    { const said_wait waiting(std::chrono::hours(1), [&said] { said = true; }); }
+    {
+        const said_wait waiting(std::chrono::hours(1), [&said] { said = true; });
+    }
     EXPECT_FALSE(said);
 }
 
