@@ -10,6 +10,7 @@ include(CMakePackageConfigHelpers)
 # these does. scripts/check-install compiles each alone.
 set(dabspi_wrapper_headers
     platform/dabspi_export.h
+    spi_wrap/spi_recorder.h
     spi_wrap/to_spi_server.h)
 set(dabspi_core_headers
     platform/dabspi_export.h

@@ -52,10 +52,11 @@ void require_logo_room(const std::string& storage_path, std::size_t size) {
     const bool made = std::filesystem::is_directory(logo_root, unknown);
     const int error = try_to_write(made ? logo_root : storage_path, size);
     if (error != 0)
-        throw std::runtime_error("logos cannot be written to " + printable(logo_root) + ": " +
-                                 std::generic_category().message(error) +
-                                 "; what a receiver is told of logos would be wrong. Set TMPDIR, or give another "
-                                 "directory with --storage");
+        throw std::runtime_error(
+            "logos cannot be written to " + printable(logo_root) + ": " +
+            std::generic_category().message(error) +
+            "; what a receiver is told of logos would be wrong. Set TMPDIR, or give another "
+            "directory with --storage");
 }
 
 }  // namespace dabspi

@@ -33,9 +33,10 @@ TEST(LogoRoom, IsTriedAndLeavesNothing) {
 
 TEST(LogoRoom, WhatIsMissingIsSaid) {
     const temporary_directory files;
-    EXPECT_THAT(fault((files.path() / "none").string(), 1),
-                testing::HasSubstr("logos cannot be written to " + (files.path() / "none/HdStationLogo").string() +
-                                   ": No such file or directory"));
+    EXPECT_THAT(
+        fault((files.path() / "none").string(), 1),
+        testing::HasSubstr("logos cannot be written to " + (files.path() / "none/HdStationLogo").string() +
+                           ": No such file or directory"));
     // A disk that takes no more, as far as this process is concerned.
     const auto before = std::signal(SIGXFSZ, SIG_IGN);
     rlimit usual{};
