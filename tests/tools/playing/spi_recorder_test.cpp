@@ -145,7 +145,8 @@ TEST_F(SpiRecorder, NamesAreWrittenAsTheyAre) {
     const recording written = recorded(*recorder);
     ASSERT_EQ(written.calls.size(), 2u);
     EXPECT_EQ(std::get<dabspi::feed_mot_body>(written.calls[0].what).content_name, odd);
-    EXPECT_THAT(std::get<dabspi::feed_mot_body>(written.calls[1].what).content_name, HasSubstr("\xEF\xBF\xBD"));
+    EXPECT_THAT(std::get<dabspi::feed_mot_body>(written.calls[1].what).content_name,
+                HasSubstr("\xEF\xBF\xBD"));
 }
 
 TEST_F(SpiRecorder, ADateThatARecordingCannotHoldIsAComment) {
