@@ -66,7 +66,8 @@ std::optional<planned_body> plan_bodies::encode(const planned_object& object, co
         errors_.push_back(note_text(path, each));
     document.remarks.clear();  // their remedies are options of encode; and a plan may mean it so
     for (std::string& each : messages_of(document, path, false, {}))
-        messages_.push_back(std::move(each));
+        if (said_.insert(each).second)
+            messages_.push_back(std::move(each));  // a document may give several objects
     if (document.objects.empty()) return std::nullopt;
     if (document.objects.size() > 1) {
         std::string ensembles;

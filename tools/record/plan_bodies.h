@@ -48,6 +48,7 @@ class plan_bodies {
     std::set<std::string> sources_;                               // paths
     std::vector<std::string> errors_;
     std::vector<std::string> messages_;
+    std::set<std::string> said_;  // the same
 };
 
 }  // namespace dabspi

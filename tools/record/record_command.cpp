@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <ctime>
 #include <filesystem>
 #include <memory>
 #include <set>
@@ -11,6 +12,7 @@
 #include "tools/command_line/needed_name.h"
 #include "tools/files/whole_file.h"
 #include "tools/record/made_recording.h"
+#include "tools/record/skeleton.h"
 #include "tools/terminal/complain.h"
 #include "tools/terminal/output.h"
 #include "tools/text/utf8.h"
@@ -25,6 +27,7 @@ struct record_options {
     std::vector<std::string> plans;
     std::string directory = ".";
     bool check = false;
+    bool skeleton = false;
     std::size_t limit = kMostOfRecording >> 20;
 };
 
@@ -150,7 +153,25 @@ void refuse_inputs(const std::vector<made_from>& all, const std::string& directo
         });
 }
 
+std::string today() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char text[16];
+    std::strftime(text, sizeof text, "%Y-%m-%d", &local);
+    return text;
+}
+
+int write_skeleton(const record_options& options) {
+    const plan_skeleton made = make_skeleton(options.plans, today());
+    complain_of(made.messages, "messages");
+    complain_of(made.errors, "errors");
+    if (made.text.empty()) return kExitUnusable;
+    return print(made.text, STDOUT_FILENO) ? kExitDone : kExitFailed;
+}
+
 int record(const record_options& options) {
+    if (options.skeleton) return write_skeleton(options);
     std::vector<made_from> all;
     std::vector<std::string> errors;
     std::vector<std::string> messages;
@@ -186,8 +207,13 @@ command add_record_command(CLI::App& dabspi) {
                     "How much a plan may become, calls and bodies, in MiB (default: 64)")
         ->option_text("MIB")
         ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
-    app->add_flag("--check", options->check,
-                  "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");
+    CLI::Option* const skeleton = app->add_flag(
+        "--skeleton", options->skeleton,
+        "Print a plan to start from: PLAN are then documents, objects, images and folders\nof these");
+    CLI::Option* const check_option =
+        app->add_flag("--check", options->check,
+                      "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");
+    skeleton->excludes(check_option);
     app->footer(
         "A plan says which objects go round in which carousel, when the listener changes the service, and "
         "how\n"
@@ -197,6 +223,7 @@ command add_record_command(CLI::App& dabspi) {
         "difference, or something else went wrong; 2 a plan or the command line cannot be used.\n"
         "\n"
         "Examples:\n"
+        "  dabspi record --skeleton *.xml logos >day.json   a plan to start from\n"
         "  dabspi record day.json                     makes day.jsonl and objects/\n"
         "  dabspi record --directory out *.json       several, into one folder\n"
         "  dabspi record --check -d out day.json      is out/day.jsonl what the plan gives?");
