@@ -14,8 +14,8 @@
 #include "tools/encode/broadcast_object.h"
 #include "tools/files/whole_file.h"
 #include "tools/inspect/image_header.h"
-#include "tools/record/plan.h"
 #include "tools/receiver/receiver_view.h"
+#include "tools/record/plan.h"
 #include "tools/spi/decode.h"
 #include "tools/spi/schema.h"
 #include "tools/text/utf8.h"
@@ -57,7 +57,8 @@ class skeleton_writer {
         if (!fs::is_directory(path, failed)) return file(path, true);
         std::vector<std::string> files;
         for (auto each = fs::recursive_directory_iterator(path, failed);
-             !failed && each != fs::recursive_directory_iterator() && files.size() < kMostFiles; each.increment(failed))
+             !failed && each != fs::recursive_directory_iterator() && files.size() < kMostFiles;
+             each.increment(failed))
             if (each->is_regular_file(failed)) files.push_back(each->path().string());
         if (failed) result_.errors.push_back(printable(path) + ": " + failed.message());
         std::sort(files.begin(), files.end());
@@ -67,13 +68,15 @@ class skeleton_writer {
 
     void write(const std::string& today) {
         if (information_.empty() && schedules_.empty() && images_.empty()) {
-            if (result_.errors.empty()) result_.errors.push_back("there is no document, object or image to send");
+            if (result_.errors.empty())
+                result_.errors.push_back("there is no document, object or image to send");
             return;
         }
         const std::string day = day_.value_or(today);
         if (!day_) result_.messages.push_back("no schedule tells the day: the clock begins today, " + day);
         ordered_json plan;
-        plan["about"] = {"A plan to start from; change what was guessed: the data service, the clock, who listens."};
+        plan["about"] = {
+            "A plan to start from; change what was guessed: the data service, the clock, who listens."};
         plan["data_service"] = hexadecimal(std::uint32_t{ecc()} << 24 | 0x000001, 8);
         plan["clock"] = {{"from", day + "T" + time_of_day(0)}, {"to", day + "T" + time_of_day(180)}};
         plan["services"] = services();
@@ -90,7 +93,8 @@ class skeleton_writer {
         const std::optional<std::string> content = read_whole_file(path, error, kMostOfFile);
         if (!content) return leave_out(path, error, is_meant);
         const bytes body(content->begin(), content->end());
-        const std::size_t first = std::min(content->find_first_not_of(" \t\r\n\xEF\xBB\xBF"), content->size());
+        const std::size_t first =
+            std::min(content->find_first_not_of(" \t\r\n\xEF\xBB\xBF"), content->size());
         if (first < content->size() && (*content)[first] == '<') return document(path, *content, is_meant);
         if (read_image_header(body)) {
             images_.push_back({{"image", path}});
@@ -102,8 +106,8 @@ class skeleton_writer {
     }
 
     void leave_out(const std::string& path, const std::string& why, bool is_meant) {
-        (is_meant ? result_.errors : result_.messages).push_back(printable(path) + ": " + why +
-                                                                 (is_meant ? "" : "; left out"));
+        (is_meant ? result_.errors : result_.messages)
+            .push_back(printable(path) + ": " + why + (is_meant ? "" : "; left out"));
     }
 
     void document(const std::string& path, const std::string& text, bool is_meant) {
@@ -114,12 +118,14 @@ class skeleton_writer {
             how.lenient = true;
             const std::vector<source_note> errors = made.errors;
             made = encode_document(source, how);
-            if (made.objects.empty()) return leave_out(path, note_text("", errors.front()).substr(1), is_meant);
+            if (made.objects.empty())
+                return leave_out(path, note_text("", errors.front()).substr(1), is_meant);
             result_.messages.push_back(printable(path) + ": can be coded leniently only");
         }
         for (const encoded_object& each : made.objects) {
             ordered_json entry = {{"xml", path}};
-            if (made.objects.size() > 1 && each.ensemble) entry["ensemble"] = ensemble_id_text(*each.ensemble);
+            if (made.objects.size() > 1 && each.ensemble)
+                entry["ensemble"] = ensemble_id_text(*each.ensemble);
             if (how.lenient) entry["lenient"] = true;
             add(std::move(entry), make_object(each, {}).body);
         }
@@ -193,8 +199,9 @@ class skeleton_writer {
 
     // So many minutes behind the first start; the plan's clock ends with the day.
     std::string time_of_day(int minutes_later) const {
-        const int first = first_time_.empty() ? 6 * 60 : std::stoi(first_time_.substr(0, 2)) * 60 +
-                                                             std::stoi(first_time_.substr(3, 2));
+        const int first = first_time_.empty() ? 6 * 60
+                                              : std::stoi(first_time_.substr(0, 2)) * 60 +
+                                                    std::stoi(first_time_.substr(3, 2));
         const int minute = std::min(first + minutes_later, 24 * 60 - 1);
         char text[16];
         std::snprintf(text, sizeof text, "%02d:%02d", minute / 60 % 24, minute % 60);
@@ -204,7 +211,8 @@ class skeleton_writer {
     std::vector<content_id> all_services() const {
         std::vector<content_id> all = scheduled_;
         for (const content_id& each : described_)
-            if (all.size() < kMostServices && std::find(all.begin(), all.end(), each) == all.end()) all.push_back(each);
+            if (all.size() < kMostServices && std::find(all.begin(), all.end(), each) == all.end())
+                all.push_back(each);
         return all;
     }
 
