@@ -5,14 +5,18 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 #include "tools/check/html_report.h"
 #include "tools/check/json_report.h"
 #include "tools/check/report.h"
 #include "tools/check/text_report.h"
+#include "tools/command_line/needed_name.h"
 #include "tools/files/written_file.h"
+#include "tools/playing/logo_room.h"
 #include "tools/playing/storage.h"
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/interrupt.h"
@@ -38,6 +42,7 @@ struct check_options {
     std::string date;
     std::string service;
     std::optional<std::uint32_t> ensemble;
+    std::size_t limit = 256;
 };
 
 // Messages of one kind, not without end.
@@ -50,19 +55,45 @@ void print_errors(const std::vector<std::string>& messages) {
 
 folder_options folder_options_of(const check_options& options) {
     folder_options folder;
+    folder.limit = options.limit;
     if (!options.date.empty()) folder.clock = parse_clock(options.date);
     if (!options.service.empty()) folder.service = parse_service(options.service);
     if (options.ensemble) folder.ensemble = static_cast<std::uint16_t>(*options.ensemble);
     return folder;
 }
 
-check_report play_and_look(checked_input input, const check_options& options, const storage& store) {
-    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
-    return check_input(std::move(input), *severity_named(options.severity), store.path(),
-                       [&](std::size_t fed) {
-                           progress.update(fed);
-                           return interrupt_watch::noted() == 0;
-                       });
+// What there is to tidy up while the recording is played. The examination behind that can take its time, and
+// has nothing to tidy up: Ctrl-C ends it as it ends any program.
+struct playing_things {
+    std::optional<interrupt_watch> watch{std::in_place};
+    std::optional<storage> store{storage::temporary()};
+
+    // Does not return when a signal was noted.
+    void put_away() {
+        store.reset();
+        const int signal = interrupt_watch::noted();
+        watch.reset();
+        if (signal != 0) die_by(signal);
+    }
+};
+
+check_report play_and_look(checked_input input, const check_options& options) {
+    playing_things things;
+    std::optional<progress_line> progress;
+    progress.emplace(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, input.calls.calls.size(), "calls");
+    const std::string path = things.store->path();
+    const std::size_t room = largest_image(input.calls);
+    require_logo_room(path, room);
+    return check_input(
+        std::move(input), *severity_named(options.severity), path,
+        [&](std::size_t fed) {
+            progress->update(fed);
+            return interrupt_watch::noted() == 0;
+        },
+        [&] {
+            progress.reset();
+            things.put_away();
+        });
 }
 
 // Gives the exit status.
@@ -71,7 +102,9 @@ int print(const check_report& report, const check_options& options) {
         print_error(printable(report.input.calls.name) + ": " + each +
                     "; this is a fault of dabspi: what is said of this line may be wrong");
     if (!options.html.empty()) {
-        const std::string error = write_whole_file(options.html, html_report(report));
+        const std::string page = html_report(report);
+        const interrupt_watch watch;  // a file that is half written is put away
+        const std::string error = write_whole_file(options.html, page);
         if (!error.empty()) {
             print_error("cannot write " + printable(options.html) + ": " + error);
             return kExitFailed;
@@ -95,27 +128,22 @@ int print(const check_report& report, const check_options& options) {
 }
 
 int run_check(const check_options& options) {
+    std::error_code unknown;
+    if (!options.html.empty() && std::filesystem::equivalent(options.html, options.input, unknown)) {
+        print_error(printable(options.html) +
+                    " is what is checked, and would be written over; give --html another name");
+        return kExitUnusable;
+    }
     checked_input input = read_input(options.input, folder_options_of(options));
     if (!input.errors.empty()) {
         print_errors(input.errors);
         return kExitUnusable;
     }
     // What replays cannot print is refused there; through the core interface everything can be played.
-    int status = kExitFailed;
-    int signal = 0;
-    {
-        const interrupt_watch watch;  // from here on there is something to tidy up
-        const storage store = storage::temporary();
-        const check_report report = play_and_look(std::move(input), options, store);
-        signal = interrupt_watch::noted();
-        if (report.replayed.end == play_end::not_quiet) {
-            print_error("the library did not come to rest: one of its workers has ended or hangs");
-        } else if (signal == 0) {
-            status = print(report, options);
-        }
-    }
-    if (signal != 0) die_by(signal);
-    return status;
+    const check_report report = play_and_look(std::move(input), options);
+    if (report.replayed.end != play_end::not_quiet) return print(report, options);
+    print_error("the library did not come to rest: one of its workers has ended or hangs");
+    return kExitFailed;
 }
 
 std::string date_fault(const std::string& text) {
@@ -143,7 +171,8 @@ command add_check_command(CLI::App& dabspi) {
         ->option_text("or FOLDER");
     CLI::Option* const json = app->add_flag("--json", options->json, "Print one JSON object instead of text");
     app->add_option("--html", options->html, "Write a page as well, whole in one file; - is standard output")
-        ->option_text("FILE");
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
     app->add_option("--severity", options->severity,
                     "From which severity on findings count: note (default), warning or error")
         ->option_text("note|warning|error")
@@ -163,6 +192,10 @@ command add_check_command(CLI::App& dabspi) {
     app->add_option("--ensemble", options->ensemble, "Of a folder: the ensemble, e.g. 0xC185")
         ->option_text("EID")
         ->check(CLI::Range(std::uint32_t{0}, std::uint32_t{0xFFFF}));
+    app->add_option("--limit", options->limit,
+                    "How much is read, in MiB (default: 256), and a million calls for each 256")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     json->excludes(all);
     app->footer(
         "Date, service and ensemble of a folder are guessed from its objects when they are not given, and "

@@ -48,7 +48,9 @@ class folder_reader {
     }
 
     checked_input read() {
-        gathered found = gather({in_.calls.name}, {});
+        gather_options how;
+        how.limit = options_.limit;
+        gathered found = gather({in_.calls.name}, how);
         in_.errors = std::move(found.errors);
         for (const inspected_body& each : found.bodies)
             sort_in(each);

@@ -41,7 +41,15 @@ class schedule_writer {
         for (const schedule_boundary& each : boundaries_of(of.past, schedule_)) {
             const long end = of.past.programmes[each.first].end();
             const long start = of.past.programmes[each.second].start;
-            if (end < start) gaps_.emplace(each.first, start - end);
+            if (end >= start) continue;
+            gaps_.emplace(each.first, start - end);
+            gaps_of_day_[end / kDayMinutes].push_back(each.first);
+        }
+        for (std::size_t i = 0; i < schedule_.programmes.size(); ++i) {
+            const long first = at(i).start / kDayMinutes;
+            const long last = std::max(first, (at(i).end() - 1) / kDayMinutes);
+            for (long day = first; day <= last; ++day)
+                programmes_of_day_[day].push_back(i);
         }
         for (const replayed_notification& each : of.replayed.all) {
             const auto* pair = std::get_if<now_next>(&each.what);
@@ -105,7 +113,8 @@ class schedule_writer {
                            "\" data-minutes=\"" + std::to_string(to - from) +
                            "\" style=\"left:" + percent(from) + ";width:" + percent(to - from) +
                            height_of(row) + "\" title=\"" + clock_text(programme.start) + " to " +
-                           end_text(programme.start, programme.end()) + " " + escaped(programme.name) + "\">";
+                           end_text(programme.start, programme.end()) + " " +
+                           escaped(shortened(programme.name)) + "\">";
         const std::string title = programme.name.empty() ? "<i>no title</i>" : from_broadcast(programme.name);
         const std::string links = continued ? "" : first_link(anchor);
         text += "<span class=\"time\">" + clock_text(programme.start) + "<span class=\"unseen\"> to " +
@@ -160,19 +169,11 @@ class schedule_writer {
                clock_text(from) + " to " + end_text(from, to) + "</span></li>\n";
     }
 
-    // Programmes with a part in this day, by their place in the schedule.
-    std::vector<std::size_t> programmes_of(long day) const {
-        const long midnight = day * kDayMinutes;
-        std::vector<std::size_t> all;
-        for (std::size_t i = 0; i < schedule_.programmes.size(); ++i)
-            if (at(i).start < midnight + kDayMinutes && (at(i).start >= midnight || at(i).end() > midnight))
-                all.push_back(i);
-        return all;
-    }
-
     std::string track(long day) const {
         const long midnight = day * kDayMinutes;
-        const std::vector<std::size_t> programmes = programmes_of(day);
+        static const std::vector<std::size_t> none;
+        const auto found = programmes_of_day_.find(day);
+        const std::vector<std::size_t>& programmes = found == programmes_of_day_.end() ? none : found->second;
         std::vector<time_span> spans;
         for (const std::size_t i : programmes)
             spans.push_back({std::max(at(i).start, midnight), at(i).end()});
@@ -187,8 +188,10 @@ class schedule_writer {
             covered_to = std::max(covered_to, spans[n].to);
         }
         parts.emplace(covered_to, free_time(midnight, covered_to, midnight + kDayMinutes));
-        for (const auto& [index, length] : gaps_)
-            parts.emplace(of_.past.programmes[index].end(), gap(index, length, day));
+        const auto gaps = gaps_of_day_.find(day);
+        if (gaps != gaps_of_day_.end())
+            for (const std::size_t index : gaps->second)
+                parts.emplace(of_.past.programmes[index].end(), gap(index, gaps_.at(index), day));
         std::string cells;
         for (const auto& [minute, markup] : parts)
             cells += markup;
@@ -226,7 +229,10 @@ class schedule_writer {
     std::size_t service_;
     std::optional<long> now_;
     std::map<std::size_t, long> gaps_;  // behind programmes of the history: how many minutes
-    std::set<long> reported_;           // starts of programmes that were reported as now
+    std::map<long, std::vector<std::size_t>> gaps_of_day_;  // programmes of the history
+    // With a part in this day, by their place in the schedule.
+    std::map<long, std::vector<std::size_t>> programmes_of_day_;
+    std::set<long> reported_;  // starts of programmes that were reported as now
 };
 
 }  // namespace

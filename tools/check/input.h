@@ -17,6 +17,7 @@ struct folder_options {
     std::optional<spi::MotDateTime> clock = {};
     std::optional<spi::ServElemId> service = {};
     std::optional<std::uint16_t> ensemble = {};
+    std::size_t limit = 256;  // MiB that are read; of a recording, too
 };
 
 struct checked_input {

@@ -26,8 +26,10 @@ struct check_report {
 
 // Plays the input and looks for findings. The input must have no errors; `storage_path` is an existing
 // directory.
+// `played` is called once the library is gone and `storage_path` is of no more use.
 check_report check_input(checked_input input, severity from, const std::string& storage_path,
-                         const std::function<bool(std::size_t)>& go_on = {});
+                         const std::function<bool(std::size_t)>& go_on = {},
+                         const std::function<void()>& played = {});
 
 // What a service has on one day.
 struct day_summary {

@@ -50,13 +50,19 @@ bool is_special(const std::string& path) {
 
 }  // namespace
 
-std::optional<std::string> read_whole_file(const std::string& path, std::string& error) {
+std::optional<std::string> read_whole_file(const std::string& path, std::string& error,
+                                           std::size_t most_bytes) {
     const std::unique_ptr<std::FILE, file_closer> file(path == "-" ? stdin : std::fopen(path.c_str(), "re"));
     std::string content;
     char buffer[65536];
     while (file != nullptr) {
         const std::size_t got = std::fread(buffer, 1, sizeof buffer, file.get());
         content.append(buffer, got);
+        if (content.size() > most_bytes) {
+            error =
+                "is longer than " + std::to_string(most_bytes >> 20) + " MiB; --limit raises what is taken";
+            return std::nullopt;
+        }
         if (got == sizeof buffer) continue;
         if (std::ferror(file.get()) == 0) return content;
         break;

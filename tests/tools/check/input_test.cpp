@@ -27,6 +27,12 @@ TEST(Clock, RefusesWhatIsNoDate) {
         EXPECT_FALSE(parse_clock(text)) << text;
 }
 
+TEST(Clock, KnowsTheCalendar) {
+    EXPECT_FALSE(parse_clock("2026-02-29"));
+    EXPECT_FALSE(parse_clock("2026-04-31T12:00"));
+    EXPECT_TRUE(parse_clock("2028-02-29"));
+}
+
 TEST(Service, IsReadAsItIsPrinted) {
     const auto service = parse_service("E1.C221.2");
     ASSERT_TRUE(service);
