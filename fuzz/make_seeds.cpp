@@ -125,6 +125,7 @@ void write_multiplexes(const std::filesystem::path& out) {
     write(out / "fuzz_edi" / "pcapng", with_prefix(sb::u8(3), mb::pcapng_file(datagrams)));
     write(out / "fuzz_fic" / "data", fic_seed(0xE1C00098));
     write(out / "fuzz_fic" / "audio", fic_seed(0xC221));
+}
 
     // A byte of settings, then frames behind their length in cells: with and without FEC, CRCs right or made
     // right.
