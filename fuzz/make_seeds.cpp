@@ -127,66 +127,65 @@ void write_multiplexes(const std::filesystem::path& out) {
     write(out / "fuzz_fic" / "audio", fic_seed(0xC221));
 }
 
-    // A byte of settings, then frames behind their length in cells: with and without FEC, CRCs right or made
-    // right.
-    void write_packets(const std::filesystem::path& out) {
-        namespace kit = carousel_kit;
-        kit::object object;
-        object.body = kit::text(std::string(600, 'x'));
-        kit::packetizer packets(3);
-        std::vector<kit::bytes> all;
-        for (const kit::bytes& group : kit::directory_round(7, {object}, 300))
-            kit::append(all, packets.packets(1, group));
-        const kit::bytes stream = kit::with_fec(all);
-        for (const unsigned settings : {0U, 1U, 3U, 5U}) {
-            for (const unsigned missing : {0U, 1U}) {
-                kit::bytes seed = sb::u8(settings);
-                for (std::size_t at = 0; at < stream.size(); at += 96) {
-                    const kit::bytes frame(
-                        stream.begin() + static_cast<std::ptrdiff_t>(at),
-                        stream.begin() + static_cast<std::ptrdiff_t>(std::min(at + 96, stream.size())));
-                    if (missing != 0 && at == 288) {
-                        seed.push_back(0xF3);
-                    } else {
-                        seed.push_back(static_cast<std::uint8_t>(frame.size() / 24));
-                        kit::append(seed, frame);
-                    }
+// A byte of settings, then frames behind their length in cells: with and without FEC, CRCs right or made
+// right.
+void write_packets(const std::filesystem::path& out) {
+    namespace kit = carousel_kit;
+    kit::object object;
+    object.body = kit::text(std::string(600, 'x'));
+    kit::packetizer packets(3);
+    std::vector<kit::bytes> all;
+    for (const kit::bytes& group : kit::directory_round(7, {object}, 300))
+        kit::append(all, packets.packets(1, group));
+    const kit::bytes stream = kit::with_fec(all);
+    for (const unsigned settings : {0U, 1U, 3U, 5U}) {
+        for (const unsigned missing : {0U, 1U}) {
+            kit::bytes seed = sb::u8(settings);
+            for (std::size_t at = 0; at < stream.size(); at += 96) {
+                const kit::bytes frame(
+                    stream.begin() + static_cast<std::ptrdiff_t>(at),
+                    stream.begin() + static_cast<std::ptrdiff_t>(std::min(at + 96, stream.size())));
+                if (missing != 0 && at == 288) {
+                    seed.push_back(0xF3);
+                } else {
+                    seed.push_back(static_cast<std::uint8_t>(frame.size() / 24));
+                    kit::append(seed, frame);
                 }
-                write(out / "fuzz_packets" / (std::to_string(settings) + (missing != 0 ? "gap" : "whole")),
-                      seed);
             }
+            write(out / "fuzz_packets" / (std::to_string(settings) + (missing != 0 ? "gap" : "whole")), seed);
         }
     }
+}
 
-    void write_carousels(const std::filesystem::path& out) {
-        namespace kit = carousel_kit;
-        kit::object object;
-        object.body = kit::text("the body of an object");
-        for (const unsigned type :
-             {kit::kHeaderGroup, kit::kBodyGroup, kit::kDirectoryGroup, kit::kCompressedGroup}) {
-            kit::bytes group = kit::segment_group(type, 7, 0, true, kit::directory({object}));
-            write(out / "fuzz_data_groups" / ("crc" + std::to_string(type)), with_prefix(sb::u8(0), group));
-            group.resize(group.size() - 2);
-            write(out / "fuzz_data_groups" / std::to_string(type), with_prefix(sb::u8(1), group));
-        }
-        std::mt19937 random;
-        for (unsigned story = 0; story < 16; ++story) {
-            kit::bytes seed = sb::u8(story);
-            // Directories and headers of objects, entities as they are, then anything.
-            for (const unsigned id : {0U, 1U, 2U, 3U, 4U}) {
-                kit::append(seed, {0x30, static_cast<std::uint8_t>(id), 1, 7, 'a', 20});
-                kit::append(seed, kit::text("twenty bytes of body"));
-                kit::append(seed, {0x27, 2, 7, 'b', 4, 1, 2, 3, 4, 0x67, 1, 8});
-            }
-            kit::bytes entity = kit::directory({object});
-            entity.resize((entity.size() + 3) & ~std::size_t{3});
-            kit::append(seed, {0x0B, 3, static_cast<std::uint8_t>(entity.size() / 4), 9});
-            kit::append(seed, entity);
-            for (unsigned i = 0; i < 40 * (story % 4); ++i)
-                seed.push_back(static_cast<std::uint8_t>(random()));
-            write(out / "fuzz_mot" / ("story" + std::to_string(story)), seed);
-        }
+void write_carousels(const std::filesystem::path& out) {
+    namespace kit = carousel_kit;
+    kit::object object;
+    object.body = kit::text("the body of an object");
+    for (const unsigned type :
+         {kit::kHeaderGroup, kit::kBodyGroup, kit::kDirectoryGroup, kit::kCompressedGroup}) {
+        kit::bytes group = kit::segment_group(type, 7, 0, true, kit::directory({object}));
+        write(out / "fuzz_data_groups" / ("crc" + std::to_string(type)), with_prefix(sb::u8(0), group));
+        group.resize(group.size() - 2);
+        write(out / "fuzz_data_groups" / std::to_string(type), with_prefix(sb::u8(1), group));
     }
+    std::mt19937 random;
+    for (unsigned story = 0; story < 16; ++story) {
+        kit::bytes seed = sb::u8(story);
+        // Directories and headers of objects, entities as they are, then anything.
+        for (const unsigned id : {0U, 1U, 2U, 3U, 4U}) {
+            kit::append(seed, {0x30, static_cast<std::uint8_t>(id), 1, 7, 'a', 20});
+            kit::append(seed, kit::text("twenty bytes of body"));
+            kit::append(seed, {0x27, 2, 7, 'b', 4, 1, 2, 3, 4, 0x67, 1, 8});
+        }
+        kit::bytes entity = kit::directory({object});
+        entity.resize((entity.size() + 3) & ~std::size_t{3});
+        kit::append(seed, {0x0B, 3, static_cast<std::uint8_t>(entity.size() / 4), 9});
+        kit::append(seed, entity);
+        for (unsigned i = 0; i < 40 * (story % 4); ++i)
+            seed.push_back(static_cast<std::uint8_t>(random()));
+        write(out / "fuzz_mot" / ("story" + std::to_string(story)), seed);
+    }
+}
 
 }  // namespace
 
