@@ -1,4 +1,4 @@
-# What `cmake --install` puts where. Three components: runtime (the shared library), development (headers, CMake package,
+# What `cmake --install` puts where. Three components: library (the shared one), development (headers, CMake package,
 # pkg-config files, the library's link name), tools (the command, its manual and its completion).
 #
 # A host writes the same includes against the installed tree as against this one: "spi_wrap/to_spi_server.h",
@@ -10,6 +10,7 @@ include(CMakePackageConfigHelpers)
 # these does. scripts/check-install compiles each alone.
 set(dabspi_wrapper_headers
     platform/dabspi_export.h
+    spi_wrap/spi_recorder.h
     spi_wrap/to_spi_server.h)
 set(dabspi_core_headers
     platform/dabspi_export.h
@@ -42,7 +43,7 @@ endforeach()
 # The CMake package: dabspi::dabspi is the library; dabspi::wrapper and dabspi::core name the interface that a host uses.
 set(dabspi_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/dabspi)
 install(TARGETS dabspi EXPORT dabspi
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
 install(TARGETS dabspi_wrapper dabspi_core EXPORT dabspi)
 install(EXPORT dabspi FILE dabspi-targets.cmake NAMESPACE dabspi:: DESTINATION ${dabspi_cmake_dir} COMPONENT development)
 configure_package_config_file(cmake/dabspi-config.cmake.in ${PROJECT_BINARY_DIR}/package/dabspi-config.cmake
@@ -74,10 +75,12 @@ foreach(name dabspi dabspi-core)
 endforeach()
 
 if(DABSPI_TOOLS)
-    install(TARGETS dabspi_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+    # Optional, as is what is made with it: a build of the target dabspi alone has none of it, and can be installed.
+    install(TARGETS dabspi_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools OPTIONAL)
     if(TARGET dabspi_manual)
-        install(DIRECTORY ${PROJECT_BINARY_DIR}/share/man/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT tools)
+        install(DIRECTORY ${PROJECT_BINARY_DIR}/share/man/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT tools
+            OPTIONAL)
         install(FILES ${PROJECT_BINARY_DIR}/share/bash-completion/completions/dabspi
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools OPTIONAL)
     endif()
 endif()

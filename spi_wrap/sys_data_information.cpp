@@ -10,7 +10,13 @@ SysDataInformation::SysDataInformation() : ZebSharedMemory<SysDataInfoStruct, 1>
 std::string SysDataInformation::storage_path() const {
     const ZebSyncGuard<ZebSharedSyncObject> guard(*this);
     const SysDataInfoStruct* const block = payload();
-    if (block == nullptr) throw std::logic_error("basic_string: construction from null is not valid");
+    if (block == nullptr)
+        throw std::logic_error(
+            "basic_string: construction from null is not valid: the shared data block /SysDataInfo cannot be "
+            "mapped; "
+            "mount a tmpfs on /dev/shm that this program may write to, and remove /dev/shm/SysDataInfo if it "
+            "is "
+            "there and shorter than 5140 bytes");
     return std::string(block->storage_path, strnlen(block->storage_path, sizeof block->storage_path));
 }
 

@@ -1,19 +1,23 @@
-// A complete small host of dabspi's host-facing interface: wrapper_host OBJECTS
+// A complete small host of dabspi's host-facing interface: wrapper_host OBJECTS [TRACE]
 //
 // Plays a receiver on 10 March 2026: feeds the objects of a folder, lets the clock run, changes the service,
 // and prints what the library tells. OBJECTS holds bodies as a data decoder delivers them: si-*, pi-*, *.png.
-// Logos go where the system's shared block says (see with-storage).
+// Logos go where the system's shared block says (see with-storage). With TRACE, every call is written down
+// below that folder, and "dabspi check TRACE/recording.jsonl" explains what the listener is notified of, and
+// why not of more.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "spi_wrap/spi_recorder.h"
 #include "spi_wrap/to_spi_server.h"
 #include "src/event/quiet.h"
 
@@ -75,10 +79,18 @@ void feed(spi_wrap::toSpiServer& server, const std::set<std::filesystem::path>& 
 }
 
 int main(int argc, char** argv) {
-    if (argc != 2) return std::fputs("usage: wrapper_host OBJECTS\n", stderr), 2;
+    if (argc != 2 && argc != 3) return std::fputs("usage: wrapper_host OBJECTS [TRACE]\n", stderr), 2;
     const std::set<std::filesystem::path> files(std::filesystem::directory_iterator(argv[1]), {});
-    mailbox mail;                         // outlives the server
-    spi_wrap::toSpiServer server(&mail);  // all its calls come from this one thread
+    mailbox mail;  // outlives the server
+    // All calls of the server come from this one thread.
+    std::unique_ptr<spi_wrap::toSpiServer> made;
+    if (argc == 3) {
+        made = std::make_unique<spi_wrap::spi_recorder>(&mail,
+                                                        argv[2]);  // is a server, and writes down its calls
+    } else {
+        made = std::make_unique<spi_wrap::toSpiServer>(&mail);
+    }
+    spi_wrap::toSpiServer& server = *made;
     spi_wrap::MotDateTime clock{2026, 3, 10, 8, 0};
     spi_wrap::ServElemId tuned{0x1A01, 0xE0, 0};
     server.SetDateTime(clock);  // first the time and the ensemble: objects that come before them are lost

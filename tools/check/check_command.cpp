@@ -7,12 +7,15 @@
 #include <cerrno>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 #include "tools/check/all_reports.h"
 #include "tools/check/html_report.h"
 #include "tools/check/report.h"
+#include "tools/command_line/needed_name.h"
 #include "tools/files/whole_file.h"
+#include "tools/playing/logo_room.h"
 #include "tools/playing/storage.h"
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/interrupt.h"
@@ -39,6 +42,7 @@ struct check_options {
     std::string service;
     std::string ensemble;
     long ends_within = 24;
+    std::size_t limit = 256;
 };
 
 // Messages of one kind, not without end.
@@ -51,6 +55,7 @@ void print_errors(const std::vector<std::string>& messages) {
 
 folder_options folder_options_of(const check_options& options) {
     folder_options folder;
+    folder.limit = options.limit;
     if (!options.date.empty()) folder.clock = parse_clock(options.date);
     if (!options.service.empty()) folder.service = dab_identifier::of_service(options.service);
     if (!options.ensemble.empty()) folder.ensemble = dab_identifier::of_ensemble(options.ensemble);
@@ -59,9 +64,23 @@ folder_options folder_options_of(const check_options& options) {
     return folder;
 }
 
-// Stops early when it is interrupted, or when one did not end: then the last one tells.
-std::vector<check_report> play_and_look(std::vector<checked_input> inputs, const check_options& options,
-                                        const storage& store) {
+// What there is to tidy up while a recording is played. The examination behind that can take its time, and
+// has nothing to tidy up: Ctrl-C ends it as it ends any program.
+struct playing_things {
+    std::optional<interrupt_watch> watch{std::in_place};
+    std::optional<storage> store{storage::temporary()};
+
+    // Does not return when a signal was noted.
+    void put_away() {
+        store.reset();
+        const int signal = interrupt_watch::noted();
+        watch.reset();
+        if (signal != 0) die_by(signal);
+    }
+};
+
+// Ends early when one did not end: then the last one tells.
+std::vector<check_report> play_and_look(std::vector<checked_input> inputs, const check_options& options) {
     check_settings settings(*severity_named(options.severity));
     settings.ends_within = options.ends_within;
     std::size_t calls = 0;
@@ -72,12 +91,19 @@ std::vector<check_report> play_and_look(std::vector<checked_input> inputs, const
     std::size_t before = 0;
     for (checked_input& each : inputs) {
         const std::size_t of_this = each.calls.calls.size();
-        const std::string folder = store.path() + "/" + std::to_string(reports.size());
-        std::filesystem::create_directory(folder);
-        reports.push_back(check_input(std::move(each), settings, folder, [&](std::size_t fed) {
-            progress.update(before + fed);
-            return interrupt_watch::noted() == 0;
-        }));
+        playing_things things;
+        const std::string path = things.store->path();
+        require_logo_room(path, largest_image(each.calls));
+        reports.push_back(check_input(
+            std::move(each), settings, path,
+            [&](std::size_t fed) {
+                progress.update(before + fed);
+                return interrupt_watch::noted() == 0;
+            },
+            [&] {
+                progress.erase();
+                things.put_away();
+            }));
         before += of_this;
         if (reports.back().replayed.end != play_end::finished) break;
     }
@@ -92,7 +118,14 @@ int print(const std::vector<check_report>& reports, const check_options& options
                         "; this is a fault of dabspi: what is said of this line may be wrong");
     if (!options.html.empty() && options.html != "-") {
         for (const page& each : pages_of(options.input, reports, options.html)) {
-            const std::string error = write_whole_file(each.path, each.content);
+            std::string error;
+            int signal = 0;
+            {
+                const interrupt_watch watch;  // a file that is half written is put away
+                error = write_whole_file(each.path, each.content);
+                signal = interrupt_watch::noted();
+            }
+            if (signal != 0) die_by(signal);
             if (error.empty()) continue;
             print_error("cannot write " + printable(each.path) + ": " + error);
             return kExitFailed;
@@ -123,6 +156,12 @@ int print(const std::vector<check_report>& reports, const check_options& options
 }
 
 int run_check(const check_options& options) {
+    std::error_code unknown;
+    if (!options.html.empty() && std::filesystem::equivalent(options.html, options.input, unknown)) {
+        print_error(printable(options.html) +
+                    " is what is checked, and would be written over; give --html another name");
+        return kExitUnusable;
+    }
     std::vector<checked_input> inputs = read_inputs(options.input, folder_options_of(options));
     if (!inputs.front().errors.empty()) {
         print_errors(inputs.front().errors);
@@ -135,21 +174,10 @@ int run_check(const check_options& options) {
         return kExitUnusable;
     }
     // What replays cannot print is refused there; through the core interface everything can be played.
-    int status = kExitFailed;
-    int signal = 0;
-    {
-        const interrupt_watch watch;  // from here on there is something to tidy up
-        const storage store = storage::temporary();
-        const std::vector<check_report> reports = play_and_look(std::move(inputs), options, store);
-        signal = interrupt_watch::noted();
-        if (reports.back().replayed.end == play_end::not_quiet) {
-            print_error("the library did not come to rest: one of its workers has ended or hangs");
-        } else if (signal == 0) {
-            status = print(reports, options);
-        }
-    }
-    if (signal != 0) die_by(signal);
-    return status;
+    const std::vector<check_report> reports = play_and_look(std::move(inputs), options);
+    if (reports.back().replayed.end != play_end::not_quiet) return print(reports, options);
+    print_error("the library did not come to rest: one of its workers has ended or hangs");
+    return kExitFailed;
 }
 
 std::string date_fault(const std::string& text) {
@@ -180,7 +208,8 @@ command add_check_command(CLI::App& dabspi) {
         ->option_text("or FOLDER");
     CLI::Option* const json = app->add_flag("--json", options->json, "Print one JSON object instead of text");
     app->add_option("--html", options->html, "Write a page as well, whole in one file; - is standard output")
-        ->option_text("FILE");
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
     app->add_option("--severity", options->severity,
                     "From which severity on findings count: note (default), warning or error")
         ->option_text("note|warning|error")
@@ -207,6 +236,10 @@ command add_check_command(CLI::App& dabspi) {
                     "Warn when a schedule ends within so many hours (default 24)")
         ->option_text("HOURS")
         ->check(CLI::Range(0L, 24L * 366));
+    app->add_option("--limit", options->limit,
+                    "How much is read, in MiB (default: 256), and a million calls for each 256")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     json->excludes(all);
     app->footer(
         "Date, service and ensemble of a folder are guessed from its objects when they are not given, and "

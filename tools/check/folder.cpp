@@ -371,7 +371,9 @@ void choose(std::vector<dumped_ensemble>& all, const folder_options& options) {
 }  // namespace
 
 std::vector<checked_input> read_folders(const std::string& path, const folder_options& options) {
-    gathered found = gather({path}, {});
+    gather_options how;
+    how.limit = options.limit;
+    gathered found = gather({path}, how);
     std::vector<checked_input> all;
     if (!found.errors.empty()) return {unusable(path, std::move(found.errors))};
     sorted_files sorted = sort_bodies(path, std::move(found.bodies));

@@ -7,7 +7,8 @@ namespace dabspi::check::html {
 
 namespace {
 
-constexpr std::size_t kMostMarks = 6;  // over one character
+constexpr std::size_t kMostCharacters = 120;  // of a name; receivers show a few dozen
+constexpr std::size_t kMostMarks = 6;         // over one character
 
 // Many marks over one character spread over what stands around: the rest of them is cut.
 std::string with_few_marks(std::string_view text) {
@@ -40,8 +41,17 @@ std::string escaped(std::string_view text) {
     return result;
 }
 
+std::string shortened(std::string_view text) {
+    std::size_t at = 0;
+    for (std::size_t count = 0; at < text.size(); ++count) {
+        if (count == kMostCharacters) return std::string(text.substr(0, at)) + "\xE2\x80\xA6";
+        at += first_utf8_part(text.substr(at)).length;
+    }
+    return std::string(text);
+}
+
 std::string from_broadcast(std::string_view text) {
-    return "<bdi>" + escaped(text) + "</bdi>";
+    return "<bdi>" + escaped(shortened(text)) + "</bdi>";
 }
 
 std::string link_to(const std::string& id, const std::string& markup) {

@@ -12,7 +12,12 @@ namespace dabspi::check::html {
 // as U+FFFD; control characters and those that change the writing direction made visible.
 std::string escaped(std::string_view text);
 
-// The same for a text of the broadcast, kept from mixing its direction with its surroundings.
+// The beginning of a long name, and an ellipsis: tokens can make a name of a few bytes very long, and a page
+// repeats it.
+std::string shortened(std::string_view text);
+
+// The same as `escaped` for a text of the broadcast, shortened, and kept from mixing its direction with its
+// surroundings.
 std::string from_broadcast(std::string_view text);
 
 // <a href="#id">text</a>; the text as it is.

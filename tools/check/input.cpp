@@ -65,7 +65,7 @@ std::vector<checked_input> read_inputs(const std::string& path, const folder_opt
     std::error_code error;
     if (path != "-" && (std::filesystem::is_directory(path, error) || is_body(path)))
         return read_folders(path, options);
-    checked_input in = input_of(read_recording(path));
+    checked_input in = input_of(read_recording(path, recording_limits::of(options.limit)));
     if (in.errors.empty() && (options.clock || options.service || options.ensemble))
         in.errors.push_back(printable(in.calls.name) +
                             ": it is a call recording and says date, service and ensemble itself; "
@@ -95,8 +95,10 @@ std::optional<spi::MotDateTime> parse_clock(const std::string& text) {
     spi::MotDateTime clock;
     clock.put_date(digits.substr(0, 8));
     clock.put_time(date_only ? "1200" : digits.substr(8));
-    const bool in_range = clock.year >= 1900 && clock.year < 2200 && clock.month >= 1 && clock.month <= 12 &&
-                          clock.day >= 1 && clock.day <= 31 && clock.hour <= 23 && clock.minute <= 59;
+    // By the calendar: the receiver would take 29 February 2026 for 1 March.
+    const std::string day = digits.substr(0, 4) + "-" + digits.substr(4, 2) + "-" + digits.substr(6, 2);
+    const bool in_range = clock.year >= 1900 && clock.year < 2200 && clock.hour <= 23 && clock.minute <= 59 &&
+                          spi_object::parse_time(day + "T00:00:00Z").has_value();
     return in_range ? std::optional(clock) : std::nullopt;
 }
 

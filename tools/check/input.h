@@ -19,6 +19,7 @@ struct folder_options {
     std::optional<spi::MotDateTime> clock = {};
     std::optional<dab_identifier> service = {};
     std::optional<dab_identifier> ensemble = {};
+    std::size_t limit = 256;  // MiB that are read; of a recording, too
 };
 
 // Where the clock comes from: only a true one tells whether a schedule is stale.

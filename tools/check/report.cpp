@@ -12,10 +12,11 @@
 namespace dabspi::check {
 
 check_report check_input(checked_input input, const check_settings& settings, const std::string& storage_path,
-                         const std::function<bool(std::size_t)>& go_on) {
+                         const std::function<bool(std::size_t)>& go_on, const std::function<void()>& played) {
     check_report report;
     report.input = std::move(input);
     report.replayed = replay_recording(report.input.calls, storage_path, go_on);
+    if (played) played();
     if (report.replayed.end != play_end::finished) return report;
     report.past = make_history(report.input.calls, report.replayed);
     report.past.cannot_tell = report.input.cannot_tell;

@@ -34,8 +34,10 @@ struct check_settings {
 
 // Plays the input and looks for findings. The input must have no errors; `storage_path` is an existing
 // directory.
+// `played` is called once the library is gone and `storage_path` is of no more use.
 check_report check_input(checked_input input, const check_settings& settings, const std::string& storage_path,
-                         const std::function<bool(std::size_t)>& go_on = {});
+                         const std::function<bool(std::size_t)>& go_on = {},
+                         const std::function<void()>& played = {});
 
 // "E1.C185 Lakeside, 2026-03-10": the ensemble with its label, as far as they are known, and the last date.
 std::string subject_text(const check_report& of);

@@ -12,10 +12,10 @@ namespace {
 void check(const spi_object::object& tree) {
     for (const spi_object::problem_at& each : problems_of(tree)) {
         const spi_object::problem& what = *each.what;
-        if (severity_of(what.code) != spi_object::severity::malformed) continue;
         if (what.code == spi_object::problem_code::too_many_elements ||
             what.code == spi_object::problem_code::text_too_long)
             throw std::length_error("the object is larger than its readers take: " + what.text);
+        if (severity_of(what.code) != spi_object::severity::malformed) continue;
         throw std::logic_error("the encoder made a malformed object, at byte " + std::to_string(what.offset) +
                                ": " + what.text);
     }

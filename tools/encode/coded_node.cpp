@@ -82,6 +82,13 @@ spi_object::bytes write_object(const coded_node& top, const token_texts& tokens)
     return out;
 }
 
+std::size_t size_of(const coded_node& of) {
+    std::size_t size = 2 + of.value.size();
+    for (const coded_node& part : of.parts)
+        size += size_of(part);
+    return size;
+}
+
 std::string with_tokens(std::string_view text, const token_texts& tokens) {
     std::string coded;
     while (!text.empty()) {

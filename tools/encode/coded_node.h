@@ -34,6 +34,9 @@ constexpr std::size_t kMostContent = 0xFFFFFF;
 // beyond kMostContent.
 spi_object::bytes write_object(const coded_node& top, const token_texts& tokens = {});
 
+// What it takes in bytes, without tokens, within a few bytes for each part.
+std::size_t size_of(const coded_node& of);
+
 // A text with tokens put in, from its front, the longest that fits first.
 std::string with_tokens(std::string_view text, const token_texts& tokens);
 

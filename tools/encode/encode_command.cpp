@@ -3,10 +3,14 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
+#include <map>
 #include <memory>
-#include <set>
 #include <utility>
 
+#include "tools/command_line/needed_name.h"
+#include "tools/encode/document_messages.h"
+#include "tools/encode/earlier_ids.h"
 #include "tools/encode/encode_report.h"
 #include "tools/files/input_kind.h"
 #include "tools/files/whole_file.h"
@@ -18,12 +22,21 @@ namespace dabspi {
 
 namespace {
 
+constexpr std::size_t kLongestFileName = 240;  // with room for what a writer puts behind it
+constexpr std::size_t kMostNamesSaid = 10;
+constexpr std::size_t kMebibyte = 1024 * 1024;
+constexpr std::size_t kObjectsOfDocument = 8;  // as large as the objects of one may be, in documents
+
 struct options_of_encode {
     std::vector<std::string> documents;
     std::string output;
     std::string directory = ".";
     std::string name;
     std::vector<std::string> ensembles;
+    std::string service;
+    std::string offset;
+    std::string zone;
+    std::size_t limit = 8;
     bool tokens = false;
     bool lenient = false;
     bool json = false;
@@ -38,9 +51,20 @@ struct made_all {
     std::vector<std::string> messages;
 };
 
+// "e1.c185.c221.0" as well as "dab:ce1.c185.c221.0".
+std::string as_uri(const std::string& id) {
+    const std::optional<std::string> uri = uri_of_earlier_id(id);
+    return uri ? *uri : id;
+}
+
 encode_options how(const options_of_encode& options) {
     encode_options result;
     result.lenient = options.lenient;
+    result.most_bytes = options.limit * kMebibyte * kObjectsOfDocument;
+    if (!options.service.empty()) result.service = spi_object::parse_content_id(as_uri(options.service));
+    std::string error;
+    if (!options.offset.empty()) result.local = local_offset::fixed(options.offset);
+    if (!options.zone.empty()) result.local = local_offset::zone(options.zone, error);
     for (const std::string& each : options.ensembles)
         result.ensembles.push_back(*spi_object::parse_ensemble_id(each));
     return result;
@@ -50,21 +74,19 @@ void say(const encoded_document& of, const std::string& name, const options_of_e
          made_all& all) {
     for (const source_note& each : of.errors)
         all.errors.push_back(note_text(name, each));
-    for (const source_note& each : of.warnings)
-        all.messages.push_back(note_text(name, each));
-    if (options.verbose)
-        for (const left_out& each : of.omitted)
-            all.messages.push_back(note_text(name, each.note) + "; left out");
-    const std::string omitted = omitted_text(of);
-    if (!omitted.empty())
-        all.messages.push_back(printable(name) + ": " + omitted +
-                               (options.verbose ? "" : "; --verbose lists them"));
+    for (std::string& each : messages_of(of, name, options.verbose))
+        all.messages.push_back(std::move(each));
+}
+
+bool lenient_helps(const xml_source& source, encode_options options) {
+    options.lenient = true;
+    return encode_document(source, options).errors.empty();
 }
 
 void make_document(const std::string& path, const options_of_encode& options, made_all& all) {
     const std::string name = path == "-" ? "<stdin>" : path;
     std::string error;
-    std::optional<std::string> text = read_whole_file(path, error);
+    std::optional<std::string> text = read_whole_file(path, error, options.limit * kMebibyte);
     if (!text) {
         all.errors.push_back(printable(name) + ": " + error);
         return;
@@ -76,7 +98,7 @@ void make_document(const std::string& path, const options_of_encode& options, ma
     }
     const xml_source source(std::move(*text));
     const encoded_document made = encode_document(source, how(options));
-    all.lenient_helps = all.lenient_helps || (source.root() && !made.errors.empty());
+    all.lenient_helps = all.lenient_helps || (!made.errors.empty() && lenient_helps(source, how(options)));
     say(made, name, options, all);
     token_choice tokens;
     tokens.build = options.tokens;
@@ -87,6 +109,31 @@ void make_document(const std::string& path, const options_of_encode& options, ma
             all.errors.push_back(printable(name) + ": " + failed.what() + "; split the document");
         }
     }
+}
+
+// "w20260302dC221-2.EHB": receivers take a second object of one name and size for the first one.
+void tell_apart(made_all& all) {
+    std::map<std::string, std::size_t> taken;
+    std::map<std::string, std::string> renamed;
+    for (const made_file& each : all.files)
+        taken.emplace(each.object.header.content_name, 0);
+    for (made_file& each : all.files) {
+        std::string& name = each.object.header.content_name;
+        const std::string usual = name;
+        const std::size_t number = ++taken[usual];
+        if (number == 1) continue;
+        const std::size_t point = std::min(usual.rfind('.'), usual.size());
+        std::size_t suffix = number;
+        do {
+            name = usual.substr(0, point) + "-" + std::to_string(suffix++) + usual.substr(point);
+        } while (!taken.emplace(name, 1).second);
+        std::string& names = renamed[usual];
+        if (number <= kMostNamesSaid) names += (names.empty() ? "" : ", ") + name;
+        if (number == kMostNamesSaid + 1) names += " ...";
+    }
+    for (const auto& [usual, names] : renamed)
+        all.messages.push_back(printable(usual) + " is the usual name of " + std::to_string(taken[usual]) +
+                               " objects; the others are named " + printable(names));
 }
 
 // Where each object goes; the errors say where none can go.
@@ -102,16 +149,24 @@ void name_files(const options_of_encode& options, made_all& all) {
                              "; choose with --ensemble, or use --directory");
         return;
     }
-    std::set<std::string> taken;
+    for (made_file& each : all.files)
+        if (!options.name.empty()) each.object.header.content_name = options.name;
+    tell_apart(all);
     for (made_file& each : all.files) {
-        std::string& content_name = each.object.header.content_name;
-        if (!options.name.empty()) content_name = options.name;
-        if (!taken.insert(content_name).second)
-            all.errors.push_back(printable(each.source) + ": a second object is named " + content_name +
-                                 "; encode it by itself, with --name");
+        const std::string& content_name = each.object.header.content_name;
         each.file = options.output.empty() ? options.directory + "/" + content_name : options.output;
         if (options.output.empty() && options.directory == ".") each.file = content_name;
-        if (options.output.empty() && content_name.find('/') != std::string::npos)
+        const bool odd = content_name.find_first_of(std::string_view("/\0", 2)) != std::string::npos ||
+                         content_name == "." || content_name == ".." ||
+                         content_name.size() > kLongestFileName;
+        for (const std::string& document : options.documents) {
+            std::error_code unknown;
+            if (each.file != "-" && document != "-" &&
+                std::filesystem::equivalent(each.file, document, unknown))
+                all.errors.push_back(printable(each.file) +
+                                     " is one of the documents, and would be written over");
+        }
+        if (options.output.empty() && odd)
             all.errors.push_back("the name " + in_quotes(content_name) +
                                  " is no file name; say with --output where the object goes");
     }
@@ -157,6 +212,23 @@ std::string check_ensemble(const std::string& text) {
                : in_quotes(text) + " is no ensemble such as e1.ce15: ECC and EId";
 }
 
+std::string check_service(const std::string& text) {
+    return spi_object::parse_content_id(as_uri(text))
+               ? std::string()
+               : in_quotes(text) + " is no service such as e1.c185.c221.0: ECC, EId, SId, SCIdS";
+}
+
+std::string check_offset(const std::string& text) {
+    return local_offset::fixed(text)
+               ? std::string()
+               : in_quotes(text) + " is no offset such as +01:00 or -03:30, in half-hours up to 15:30";
+}
+
+std::string check_zone(const std::string& text) {
+    std::string error;
+    return local_offset::zone(text, error) ? std::string() : error;
+}
+
 }  // namespace
 
 command add_encode_command(CLI::App& dabspi) {
@@ -170,31 +242,57 @@ command add_encode_command(CLI::App& dabspi) {
         ->option_text("...");
     CLI::Option* const output_option =
         app->add_option("--output,-o", options->output, "Where the one object goes; - is standard output")
-            ->option_text("FILE");
+            ->option_text("FILE")
+            ->check(a_name_is_needed);
     CLI::Option* const directory =
         app->add_option("--directory,-d", options->directory,
                         "Where objects go, each under its content name (default: the current\ndirectory). "
                         "Made if it is missing")
-            ->check(refuse_empty_folder)
-            ->option_text("DIR");
+            ->option_text("DIR")
+            ->check(a_name_is_needed);
     app->add_option("--name", options->name, "The content name of the one object, instead of the usual one")
-        ->option_text("NAME");
+        ->option_text("NAME")
+        ->check(a_name_is_needed);
     app->add_option("--ensemble", options->ensembles,
                     "Only service information of this ensemble, e.g. e1.ce15; may be repeated\n(default: an "
                     "object for each ensemble)")
         ->option_text("ID")
         ->allow_extra_args(false)
         ->check(check_ensemble);
+    app->add_option(
+           "--service", options->service,
+           "The service of programme information that names none, and of service information\nwhose one "
+           "service has no bearer of the DAB domain, e.g. e1.c185.c221.0")
+        ->option_text("ID")
+        ->check(check_service);
+    CLI::Option* const offset =
+        app->add_option(
+               "--offset", options->offset,
+               "The offset of local time, e.g. +01:00: it is coded with times in UTC, and times\nwithout "
+               "a zone are of it. Receivers show UTC plus the coded offset")
+            ->option_text("OFFSET")
+            ->check(check_offset);
+    app->add_option("--zone", options->zone,
+                    "The same by the system's time zone data, with summer time, e.g. Europe/London")
+        ->option_text("NAME")
+        ->excludes(offset)
+        ->check(check_zone);
     app->add_flag("--tokens", options->tokens,
                   "Build a token table that makes each object smaller, and say by how much");
     app->add_flag("--lenient", options->lenient,
                   "Code what can be coded, and warn of the rest, instead of refusing the\ndocument");
+    app->add_option(
+           "--limit", options->limit,
+           "How large a document may be, in MiB (default: 8); its objects may be eight times\nas large")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{4096}));
     app->add_flag("--json", options->json, "Print one JSON object for each object, with its MOT parameters");
     app->add_flag("--verbose,-v", options->verbose, "List what was left out, and the tokens");
     output_option->excludes(directory);
     app->footer(
         "What has no coding is left out and counted: bearers that are not of the DAB domain, and what only\n"
-        "XML can say. Everything else that cannot be coded is an error, with its line and column.\n"
+        "XML can say. What earlier editions write otherwise is converted and counted. Everything else that "
+        "cannot be coded is an error, with its line and column.\n"
         "Nothing is written before all documents have been found good.\n"
         "Exit status: 0 all objects were written; 2 a document or the command line cannot be used;\n"
         "3 anything else, such as output that cannot be written.\n"

@@ -105,11 +105,4 @@ std::string file_json(const made_file& file) {
     return printable_json(json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
-std::string omitted_text(const encoded_document& of) {
-    std::string text;
-    for (const auto& [what, count] : of.omitted_counts())
-        text += (text.empty() ? "left out: " : ", ") + what + " (" + std::to_string(count) + ")";
-    return text;
-}
-
 }  // namespace dabspi

@@ -24,7 +24,4 @@ std::string file_table(const std::vector<made_file>& files, const table_options&
 // One JSON object, without line end.
 std::string file_json(const made_file& file);
 
-// "left out: bearers of other domains (3), elements that have no coding (1)"; empty when nothing was.
-std::string omitted_text(const encoded_document& of);
-
 }  // namespace dabspi

@@ -1,4 +1,4 @@
-// Names of elements: namespaces, and what a mistaken name may have meant.
+// Names of elements and attributes: what a mistaken name may have meant.
 
 #include <algorithm>
 
@@ -37,11 +37,9 @@ std::string lower(std::string_view text) {
 
 }  // namespace
 
-std::string bound_namespace(pugi::xml_node at, std::string_view prefix) {
-    const std::string key = prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix);
-    for (; at; at = at.parent())
-        if (const pugi::xml_attribute found = at.attribute(key.c_str())) return found.value();
-    return {};
+bool is_named(pugi::xml_node element, std::string_view name) {
+    const std::string_view written = element.name();
+    return written.substr(written.find(':') + 1) == name;
 }
 
 std::string similar_name(std::string_view mistaken, const std::vector<std::string>& known) {

@@ -108,9 +108,11 @@ coded_value code_time(const std::string& text) {
     if (!time) return refused_time(text);
     if (!time->offset && text.back() != 'Z')
         return {{},
-                value_fault{in_quotes(text) + " has no time zone, so it is no certain moment",
-                            "add the offset of local time, such as +01:00, or Z",
-                            spi_object::encode_time(*time), "taken as UTC"}};
+                value_fault{
+                    in_quotes(text) + " has no time zone, so it is no certain moment",
+                    "say what it is: local time with its offset, such as +01:00, is shown as it stands; UTC, "
+                    "with Z, is shown as UTC; --offset or --zone says it of all",
+                    spi_object::encode_time(*time), "taken as UTC"}};
     return {spi_object::encode_time(*time), std::nullopt};
 }
 

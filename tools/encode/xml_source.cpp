@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <optional>
 #include <set>
 #include <utility>
@@ -16,6 +15,8 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::uint32_t kBehindLastCharacter = 0x110000;
+constexpr std::size_t kMostLevels = 12;  // of a path; documents of this standard have eight
+constexpr std::size_t kMostOfName = 60;
 
 bool is_blank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -81,8 +82,12 @@ std::size_t behind_section(std::string_view text, std::size_t at) {
 
 std::string path_of(pugi::xml_node element) {
     std::string path;
-    for (; element && element.type() == pugi::node_element; element = element.parent())
-        path = element.name() + (path.empty() ? "" : "/" + path);
+    for (std::size_t level = 0; element && element.type() == pugi::node_element; element = element.parent()) {
+        if (++level > kMostLevels) return ".../" + path;
+        const std::string_view name = element.name();
+        path = std::string(name.substr(0, kMostOfName)) + (name.size() > kMostOfName ? "..." : "") +
+               (path.empty() ? "" : "/" + path);
+    }
     return path;
 }
 
@@ -94,15 +99,18 @@ xml_source::xml_source(std::string text) : text_(std::move(text)) {
 }
 
 source_note xml_source::at(pugi::xml_node element, std::string text, std::string remedy) const {
-    source_note note = note_at(offset_of(element, {}), std::move(text), std::move(remedy));
+    source_note note = note_at(offset_of(element), std::move(text), std::move(remedy));
     note.where = path_of(element);
     return note;
 }
 
 source_note xml_source::at(pugi::xml_node element, pugi::xml_attribute attribute, std::string text,
                            std::string remedy) const {
-    source_note note = note_at(offset_of(element, attribute.name()), std::move(text), std::move(remedy));
-    note.where = path_of(element) + "/@" + attribute.name();
+    const std::string_view name = attribute.name();
+    source_note note =
+        note_at(static_cast<std::size_t>(name.data() - parsed_.data()), std::move(text), std::move(remedy));
+    note.where = path_of(element) + "/@" + std::string(name.substr(0, kMostOfName)) +
+                 (name.size() > kMostOfName ? "..." : "");
     return note;
 }
 
@@ -132,8 +140,10 @@ bool xml_source::check_characters() {
 }
 
 bool xml_source::parse() {
-    const pugi::xml_parse_result result = document_.load_buffer(
-        text_.data(), text_.size(), pugi::parse_default | pugi::parse_ws_pcdata_single, pugi::encoding_utf8);
+    parsed_ = text_;
+    const pugi::xml_parse_result result = document_.load_buffer_inplace(
+        parsed_.data(), parsed_.size(), pugi::parse_default | pugi::parse_ws_pcdata_single,
+        pugi::encoding_utf8);
     if (!result) {
         std::string what = result.description();
         if (what.rfind("Error ", 0) == 0) what.erase(0, 6);
@@ -209,32 +219,18 @@ source_note xml_source::note_at(std::size_t offset, std::string text, std::strin
     const auto line = std::upper_bound(line_begins_.begin(), line_begins_.end(), offset) - 1;
     source_note note;
     note.line = static_cast<std::size_t>(line - line_begins_.begin()) + 1;
-    note.column = 1;
-    for (std::size_t i = *line; i < offset; ++i)
-        if ((static_cast<unsigned char>(text_[i]) & 0xC0) != 0x80) ++note.column;
+    if (last_place_.line != note.line || last_place_.offset > offset) last_place_ = {note.line, *line, 1};
+    for (; last_place_.offset < offset; ++last_place_.offset)
+        if ((static_cast<unsigned char>(text_[last_place_.offset]) & 0xC0) != 0x80) ++last_place_.column;
+    note.column = last_place_.column;
     note.text = std::move(text);
     note.remedy = std::move(remedy);
     return note;
 }
 
-std::size_t xml_source::offset_of(pugi::xml_node element, std::string_view attribute) const {
+std::size_t xml_source::offset_of(pugi::xml_node element) const {
     const auto begin = static_cast<std::size_t>(std::max<std::ptrdiff_t>(element.offset_debug(), 0));
-    if (attribute.empty()) return begin == 0 ? 0 : begin - 1;  // the "<"
-    std::size_t i = begin + std::strlen(element.name());
-    while (i < text_.size()) {
-        while (i < text_.size() && is_blank(text_[i]))
-            ++i;
-        const std::size_t name_end = text_.find_first_of("= \t\r\n>/", i);
-        if (name_end == std::string::npos || name_end == i) break;
-        const std::string_view name(&text_[i], name_end - i);
-        if (name == attribute) return i;
-        const std::size_t open = text_.find_first_of("\"'", name_end);
-        if (open == std::string::npos) break;
-        const std::size_t close = text_.find(text_[open], open + 1);
-        if (close == std::string::npos) break;
-        i = close + 1;
-    }
-    return begin;
+    return begin == 0 ? 0 : begin - 1;  // the "<"
 }
 
 }  // namespace dabspi

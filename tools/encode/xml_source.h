@@ -18,6 +18,8 @@ namespace dabspi {
 class xml_source {
  public:
     explicit xml_source(std::string text);
+    xml_source(const xml_source&) = delete;
+    xml_source& operator=(const xml_source&) = delete;
 
     pugi::xml_node root() const { return root_; }
     const std::vector<source_note>& errors() const { return errors_; }
@@ -34,16 +36,26 @@ class xml_source {
     bool parse();
     bool refuse(std::size_t offset, std::string text, std::string remedy);
     source_note note_at(std::size_t offset, std::string text, std::string remedy) const;
-    std::size_t offset_of(pugi::xml_node element, std::string_view attribute) const;
+    std::size_t offset_of(pugi::xml_node element) const;
+
+    struct line_position {
+        std::size_t line = 0;
+        std::size_t offset = 0;
+        std::size_t column = 1;
+    };
 
     std::string text_;
+    std::string parsed_;  // the same, taken apart in place: names stand where they stood
     std::vector<std::size_t> line_begins_ = {0};
+    mutable line_position
+        last_place_;  // notes come in the order of the document: columns are counted on from here
     pugi::xml_document document_;
     pugi::xml_node root_;
     std::vector<source_note> errors_;
 };
 
-// "epg/schedule/programme", names as they are written.
+// "epg/schedule/programme", names as they are written; of long names and many levels only the beginning and
+// the end.
 std::string path_of(pugi::xml_node element);
 
 }  // namespace dabspi

@@ -18,13 +18,17 @@ class body_files {
         std::string error;
     };
 
-    // Relative names start from `directory`; an empty one is the current directory.
-    explicit body_files(std::string directory) : directory_(std::move(directory)) {}
+    // Relative names start from `directory`; an empty one is the current directory. All files together may
+    // hold `most_bytes`; one that does not fit is an error.
+    explicit body_files(std::string directory, std::size_t most_bytes = std::size_t{256} << 20)
+        : directory_(std::move(directory)), most_bytes_(most_bytes) {}
 
     const result& read(const std::string& file);
 
  private:
     std::string directory_;
+    std::size_t most_bytes_;
+    std::size_t held_ = 0;                // bytes
     std::map<std::string, result> read_;  // by the name in the recording; failures are remembered too
 };
 

@@ -55,13 +55,19 @@ struct temporary_file {
 
 }  // namespace
 
-std::optional<std::string> read_whole_file(const std::string& path, std::string& error) {
+std::optional<std::string> read_whole_file(const std::string& path, std::string& error,
+                                           std::size_t most_bytes) {
     const std::unique_ptr<std::FILE, file_closer> file(path == "-" ? stdin : std::fopen(path.c_str(), "re"));
     std::string content;
     char buffer[65536];
     while (file != nullptr) {
         const std::size_t got = std::fread(buffer, 1, sizeof buffer, file.get());
         content.append(buffer, got);
+        if (content.size() > most_bytes) {
+            error =
+                "is longer than " + std::to_string(most_bytes >> 20) + " MiB; --limit raises what is taken";
+            return std::nullopt;
+        }
         if (got == sizeof buffer) continue;
         if (std::ferror(file.get()) == 0) return content;
         break;
@@ -95,10 +101,6 @@ void write_whole_file_and_folders(const std::string& path, std::string_view cont
     if (!folder.empty()) std::filesystem::create_directories(folder, failed);
     const std::string error = failed ? failed.message() : write_whole_file(path, content);
     if (!error.empty()) throw std::runtime_error(printable(path) + " cannot be written: " + error);
-}
-
-std::string refuse_empty_folder(const std::string& folder) {
-    return folder.empty() ? "the name of the folder is empty" : "";
 }
 
 }  // namespace dabspi

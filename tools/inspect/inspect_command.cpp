@@ -28,6 +28,7 @@ struct inspect_options {
     bool xml = false;
     bool hex = false;
     std::string colour = "auto";
+    std::size_t limit = 256;
 };
 
 std::optional<std::uint16_t> ensemble_of(const inspect_options& options) {
@@ -58,14 +59,25 @@ int print_xml(const gathered& found, output& out) {
     out.write(document.text);
     // What the document cannot show is said beside it.
     std::vector<std::string> messages;
-    for (const spi_object::problem_at& each : spi_object::problems_of(report.tree))
-        if (severity_of(each.what->code) == spi_object::severity::malformed)
+    bool complete = true;
+    for (const spi_object::problem_at& each : spi_object::problems_of(report.tree)) {
+        const bool left_out = each.what->code == spi_object::problem_code::too_many_elements ||
+                              each.what->code == spi_object::problem_code::text_too_long;
+        complete = complete && !left_out;
+        if (left_out || severity_of(each.what->code) == spi_object::severity::malformed)
             messages.push_back(location + ": byte " + std::to_string(each.what->offset) + ": " +
-                               printable(each.what->text));
+                               printable(each.what->text) +
+                               (left_out ? "; what follows it is not in the document" : ""));
+    }
     for (const spi_object::xml_note& each : document.notes)
         messages.push_back(location + ": byte " + std::to_string(each.offset) + ": " + printable(each.text));
+    if (report.tree.omitted != 0) {
+        complete = false;
+        messages.push_back(location + ": " + std::to_string(report.tree.omitted) +
+                           " more malformed places and remarks; something may be missing from the document");
+    }
     print_errors(messages, "messages");
-    return report.tree.well_formed() ? kExitDone : kExitMalformed;
+    return complete && report.tree.well_formed() ? kExitDone : kExitMalformed;
 }
 
 int print_all(const gathered& found, const inspect_options& options, output& out, progress_line& progress) {
@@ -101,6 +113,7 @@ int inspect(const inspect_options& options) {
         progress_line progress(STDERR_FILENO, terminal, 0, "files read");
         gather_options how;
         how.lines = options.lines;
+        how.limit = options.limit;
         found = gather(options.objects, how, [&progress](std::size_t read) { progress.update(read); });
     }
     print_errors(found.errors, "errors");
@@ -152,6 +165,9 @@ command add_inspect_command(CLI::App& dabspi) {
                     "Colours: auto (default) only on a terminal and without NO_COLOR in the environment")
         ->option_text("auto|always|never")
         ->check(CLI::IsMember({"auto", "always", "never"}));
+    app->add_option("--limit", options->limit, "How much is read, in MiB (default: 256)")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     json->excludes(xml);
     xml->excludes(hex);
     app->footer(

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <system_error>
 #include <tuple>
+#include <unordered_map>
 
 #include "src/parse/mot_content.h"
 #include "tools/files/input_kind.h"
@@ -20,6 +21,8 @@ namespace dabspi {
 namespace {
 
 constexpr std::size_t kLongestBody = 0x0FFFFFFF;  // a MOT body's size has 28 bits
+constexpr std::size_t kMostOfOther = 1024 * 1024;
+constexpr std::size_t kBeginning = 4096;
 
 std::string_view text_of(const bytes& content) {
     return {reinterpret_cast<const char*>(content.data()), content.size()};
@@ -38,8 +41,17 @@ struct file_closer {
     }
 };
 
-// Null, and `error` filled, when it cannot be read.
-std::shared_ptr<const bytes> read_all(const std::string& path, std::string& error) {
+bool is_other(const bytes& content) {
+    inspected_body body;
+    body.body = std::make_shared<const bytes>(content.begin(), content.begin() + kBeginning);
+    classify(body);
+    return body.kind == body_kind::other && !looks_like_recording(*body.body);
+}
+
+// Of what is no SPI object, no image and no recording only the beginning is read.
+//
+// Null, and `error` filled, when it cannot be read, or is longer than `most`.
+std::shared_ptr<const bytes> read_all(const std::string& path, std::size_t most, std::string& error) {
     const std::unique_ptr<std::FILE, file_closer> file(path == "-" ? stdin : std::fopen(path.c_str(), "re"));
     if (file == nullptr) {
         error = "cannot open it: " + std::generic_category().message(errno);
@@ -48,10 +60,10 @@ std::shared_ptr<const bytes> read_all(const std::string& path, std::string& erro
     bytes content;
     std::uint8_t buffer[65536];
     errno = 0;
-    while (content.size() <= kLongestBody || looks_like_recording(content)) {
+    while (content.size() <= most) {
         const std::size_t got = std::fread(buffer, 1, sizeof buffer, file.get());
         content.insert(content.end(), buffer, buffer + got);
-        if (got < sizeof buffer) break;
+        if (got < sizeof buffer || (content.size() > kMostOfOther && is_other(content))) break;
     }
     if (std::ferror(file.get()) != 0) {
         error = "cannot read it: " + std::generic_category().message(errno);
@@ -61,12 +73,17 @@ std::shared_ptr<const bytes> read_all(const std::string& path, std::string& erro
         error = "it is longer than the longest body of 268435455 bytes";
         return nullptr;
     }
+    if (content.size() > most) {
+        error = "with it more would be read than is taken; --limit raises that";
+        return nullptr;
+    }
     return std::make_shared<const bytes>(std::move(content));
 }
 
 class gatherer {
  public:
-    gatherer(const gather_options& options, gathered& into) : options_(options), into_(into) {}
+    gatherer(const gather_options& options, gathered& into)
+        : options_(options), into_(into), left_(options.limit << 20) {}
 
     void argument(const std::string& path) {
         std::error_code error;
@@ -89,11 +106,17 @@ class gatherer {
         if (progress) progress(read_);
     }
 
+    std::shared_ptr<const bytes> read(const std::string& path, std::string& error) {
+        const std::shared_ptr<const bytes> content = read_all(path, left_, error);
+        if (content != nullptr) left_ -= content->size();
+        read_one();
+        return content;
+    }
+
     void file(const std::string& path) {
         const std::string name = path == "-" ? "<stdin>" : path;
         std::string error;
-        const auto content = read_all(path, error);
-        read_one();
+        const auto content = read(path, error);
         if (content == nullptr) return fail(name, error);
         const sniffed_input kind = sniff(text_of(*content).substr(0, kSniffedBytes));
         const bool is_object = kind.kind == input_kind::spi_object || kind.kind == input_kind::image ||
@@ -104,13 +127,18 @@ class gatherer {
         if (looks_like_recording(*content)) {
             const std::string directory =
                 path == "-" ? "" : std::filesystem::path(path).parent_path().string();
-            return gather_recording(parse_recording(text_of(*content), name, directory), options_, into_);
+            return gather_recording(
+                parse_recording(text_of(*content), name, directory, recording_limits::of(options_.limit)),
+                options_, into_);
         }
         if (!options_.lines.empty()) return fail(name, "it is no recording, and has no lines to choose from");
         inspected_body body;
         body.source = name;
         body.body = content;
         classify(body);
+        if (body.kind == body_kind::other && content->size() > kMostOfOther)
+            return fail(name,
+                        "it is long, and does not begin as an SPI object, an image or a recording does");
         if (body.kind == body_kind::other) body.kind = body_kind::spi_object;
         into_.bodies.push_back(std::move(body));
     }
@@ -131,8 +159,7 @@ class gatherer {
             std::string why;
             inspected_body body;
             body.source = name;
-            body.body = read_all(name, why);
-            read_one();
+            body.body = read(name, why);
             if (body.body == nullptr) {
                 fail(name, why);
                 continue;
@@ -145,6 +172,7 @@ class gatherer {
 
     const gather_options& options_;
     gathered& into_;
+    std::size_t left_;  // bytes that may still be read
     std::size_t read_ = 0;
 };
 
@@ -182,8 +210,9 @@ void classify(inspected_body& body) {
 void gather_recording(const recording& from, const gather_options& options, gathered& into) {
     for (const recording_error& error : from.errors)
         into.errors.push_back(error_text(from, error));
-    // Bodies that were seen, by all that makes them what they are but their bytes.
-    std::multimap<std::tuple<unsigned, unsigned, std::string, unsigned>, std::size_t> seen;
+    // Bodies that were seen, by all that makes them what they are, a hash of their bytes included.
+    std::multimap<std::tuple<unsigned, unsigned, std::string, unsigned, std::size_t>, std::size_t> seen;
+    std::unordered_map<const bytes*, std::size_t> hashes;  // calls that name one file share its body
     std::vector<std::size_t> missing = options.lines;
     std::optional<std::uint16_t> ensemble;
     for (const call& each : from.calls) {
@@ -195,8 +224,10 @@ void gather_recording(const recording& from, const gather_options& options, gath
                 continue;
             missing.erase(std::remove(missing.begin(), missing.end(), each.line), missing.end());
         }
+        const auto [hash, fresh] = hashes.try_emplace(feed->body.get());
+        if (fresh) hash->second = std::hash<std::string_view>()(text_of(*feed->body));
         const auto key = std::make_tuple(unsigned{feed->content_type}, unsigned{feed->content_subtype},
-                                         feed->content_name, ensemble ? *ensemble + 1U : 0U);
+                                         feed->content_name, ensemble ? *ensemble + 1U : 0U, hash->second);
         const auto [first, last] = seen.equal_range(key);
         const auto same = std::find_if(first, last, [&](const auto& entry) {
             const std::shared_ptr<const bytes>& known = into.bodies[entry.second].body;

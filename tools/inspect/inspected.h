@@ -39,6 +39,8 @@ struct gathered {
 
 struct gather_options {
     std::vector<std::size_t> lines;  // of recordings: only these calls; empty: all
+    // Of all files together, in MiB, and of the bodies of a recording.
+    std::size_t limit = 256;
 };
 
 // Reads files; standard input is "-". `progress` is called after each file.

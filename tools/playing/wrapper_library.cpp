@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <chrono>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -10,11 +12,15 @@
 #include "tools/files/created_directories.h"
 #include "tools/playing/library_interface.h"
 #include "tools/playing/shared_block.h"
+#include "tools/terminal/error_messages.h"
+#include "tools/terminal/said_wait.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi {
 
 namespace {
+
+constexpr std::chrono::seconds kSilentWait{2};
 
 programme from(const spi_wrap::SpiProgramInfo& info) {
     programme result;
@@ -60,7 +66,15 @@ class wrapper_library final : public library_interface {
     wrapper_library(const std::string& storage_path, std::shared_ptr<notification_queue> queue)
         : live_(std::make_unique<live>(std::move(queue))), lock_(kSystemBlock) {
         // The block's lock also keeps two replays apart that make and remove the library's directory.
+        // Programs hold it for a moment; one that hangs holds it for ever.
+        std::optional<said_wait> waiting;
+        waiting.emplace(kSilentWait, [] {
+            print_error(
+                "waiting for the lock of the shared data block, /dev/shm/dabspi-SysDataInfo.lock: another "
+                "program holds it (fuser names it); --api core does without");
+        });
         const temporary_storage_path temporary(storage_path);
+        waiting.reset();
         directories_ = std::make_unique<created_directories>(std::vector<std::string>{"/temp", "/temp/dab"});
         try {
             live_->server = std::make_unique<spi_wrap::toSpiServer>(&live_->listener);

@@ -1,6 +1,7 @@
 #include "tools/record/made_recording.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <utility>
 
@@ -14,10 +15,12 @@ namespace {
 
 constexpr std::string_view kDate = "{date}";
 
-std::string with_date(std::string text, const std::string& date) {
-    for (std::size_t at = 0; (at = text.find(kDate, at)) != std::string::npos; at += date.size())
-        text.replace(at, kDate.size(), date);
-    return text;
+std::string with_date(const std::string& text, const std::string& date) {
+    std::string made;
+    std::size_t from = 0;
+    for (std::size_t at = 0; (at = text.find(kDate, from)) != std::string::npos; from = at + kDate.size())
+        (made.append(text, from, at - from)) += date;
+    return made.append(text, from, std::string::npos);
 }
 
 bool names_a_date(const planned_object& object) {
@@ -27,18 +30,22 @@ bool names_a_date(const planned_object& object) {
 
 class maker {
  public:
-    maker(const plan& from, const std::string& directory, made_recording& result)
-        : plan_(from), bodies_(directory), result_(result) {}
+    maker(const plan& from, const std::string& directory, std::size_t most_bytes, made_recording& result)
+        : plan_(from), bodies_(directory, most_bytes), most_bytes_(most_bytes), result_(result) {}
 
     void make() {
         if (!plan_.about.empty()) out_.comment(plan_.about);
         if (plan_.clock) {
             now_ = plan_.clock->from;
+            const std::int64_t ticks =
+                (plan_.clock->to.number - plan_.clock->from.number) / plan_.clock->every;
+            charge("/clock", static_cast<std::size_t>(ticks) * kTick);
             for (const planned_step& each : plan_.steps)
-                take(each);
-            play();
+                if (!is_too_large()) take(each);
+            if (!is_too_large()) play();
         } else {
             for (const planned_step& each : plan_.steps) {
+                if (is_too_large()) break;
                 take(each);
                 for (const auto& step : timed_)
                     step.second();
@@ -48,12 +55,26 @@ class maker {
         result_.text = out_.text();
         result_.calls = out_.calls();
         result_.messages = bodies_.messages();
+        result_.sources = bodies_.sources();
     }
 
  private:
     void at(std::int64_t minute, std::function<void()> what) { timed_.emplace_back(minute, std::move(what)); }
 
+    bool is_too_large() const { return made_ > most_bytes_; }
+
+    // Of the recording, before they are made: a plan of a few lines can unfold into gigabytes.
+    bool charge(const std::string& where, std::size_t bytes) {
+        if (is_too_large()) return false;
+        made_ += bytes;
+        if (!is_too_large()) return true;
+        result_.errors.push_back({where, "the plan becomes more than " + std::to_string(most_bytes_ >> 20) +
+                                             " MiB; send less or for fewer days, or raise --limit"});
+        return false;
+    }
+
     void take(const planned_step& step) {
+        if (!charge(step.where, kCall + step.note.size())) return;
         if (step.at) now_ = *step.at;
         if (step.clock) now_ = *step.clock;
         const std::int64_t minute = now_ ? now_->number : 0;
@@ -76,8 +97,8 @@ class maker {
             return minute + static_cast<std::int64_t>(minutes);
         };
         for (const planned_object& each : what.objects)
-            send(each, what.data_service, next);
-        if (plan_.clock && !timed_.empty() && timed_.back().first > plan_.clock->to.number)
+            if (!is_too_large()) send(each, what.data_service, next);
+        if (!is_too_large() && plan_.clock && !timed_.empty() && timed_.back().first > plan_.clock->to.number)
             result_.errors.push_back({step.where, "the carousel goes on after the clock's end, until " +
                                                       plan_minute{timed_.back().first}.text() +
                                                       "; let the clock tick longer"});
@@ -91,11 +112,16 @@ class maker {
             return;
         }
         for (const int days : object.days) {
+            // A date takes two characters more than {date}.
+            const std::size_t names =
+                object.source.size() + object.name.value_or("").size() + object.file.value_or("").size();
+            if (!charge(object.where, kCall + 2 * names)) return;
             const std::string date = now_ ? now_->days_later(days).date() : std::string();
             std::optional<planned_body> body = bodies_.make(object, with_date(object.source, date));
             for (const std::string& each : bodies_.take_errors())
                 result_.errors.push_back({object.where, each});
             if (!body) continue;
+            if (object.in_line && !charge(object.where, body->body->size() * 4 / 3)) return;
             fed_object fed;
             fed.content_type = object.content_type.value_or(body->content_type);
             fed.content_subtype = object.content_subtype.value_or(body->content_subtype);
@@ -109,6 +135,11 @@ class maker {
                 continue;
             }
             const std::string file = file_of(object, *body, fed.content_name, date);
+            if (std::filesystem::path(file).filename().string().size() > kLongestFileName) {
+                result_.errors.push_back(
+                    {object.where, in_quotes(file, 80) + " is too long for a file's name"});
+                return;
+            }
             keep(object, file, body->body);
             at(minute, [this, fed, file] { out_.feed_file(fed, file); });
         }
@@ -119,13 +150,20 @@ class maker {
         if (object.file) return with_date(*object.file, date);
         // Images keep the name of their file, several stations may announce one under different names.
         std::string name = object.what == planned_object::kind::xml ? content_name : body.content_name;
-        std::replace(name.begin(), name.end(), '/', '_');
+        for (char& each : name)
+            if (each == '/' || each == '\0') each = '_';
+        // A content name may be longer than a file's.
+        std::size_t end = std::min(name.size(), kLongestName);
+        while (end < name.size() && end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80)
+            --end;
+        name.resize(end);
         return "objects/" + (name == "." || name == ".." || name.empty() ? "object" : name);
     }
 
     void keep(const planned_object& object, const std::string& file,
               const std::shared_ptr<const bytes>& body) {
         const auto [entry, fresh] = result_.files.emplace(file, body);
+        if (fresh) charge(object.where, body->size());
         if (fresh || *entry->second == *body) return;
         result_.errors.push_back({object.where, "another object is already kept in " + in_quotes(file, 200) +
                                                     "; give one of them another \"file\""});
@@ -143,8 +181,15 @@ class maker {
         }
     }
 
+    static constexpr std::size_t kLongestFileName = 240;
+    static constexpr std::size_t kLongestName = 200;  // of a file, with room for what a writer puts behind it
+    static constexpr std::size_t kTick = 64;
+    static constexpr std::size_t kCall = 256;  // what one takes while it is made, without its names
+
     const plan& plan_;
     plan_bodies bodies_;
+    std::size_t most_bytes_;
+    std::size_t made_ = 0;  // bytes, about
     made_recording& result_;
     recording_writer out_;
     std::optional<plan_minute> now_;  // unknown before the first clock
@@ -153,9 +198,10 @@ class maker {
 
 }  // namespace
 
-made_recording make_recording(const plan& from, const std::string& directory) {
+made_recording make_recording(const plan& from, const std::string& directory, std::size_t most_bytes) {
     made_recording result;
-    maker(from, directory, result).make();
+    maker(from, directory, most_bytes, result).make();
+    if (!result.errors.empty()) result.text.clear();
     return result;
 }
 

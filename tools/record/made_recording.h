@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,11 +16,15 @@ struct made_recording {
     std::string text;
     std::size_t calls = 0;
     std::map<std::string, std::shared_ptr<const bytes>> files;  // relative to the recording
+    std::set<std::string> sources;                              // paths of the files that it is made of
     std::vector<plan_error> errors;     // where in the plan, and what is wrong; then nothing is to be written
     std::vector<std::string> messages;  // of the documents
 };
 
-// `directory`: the plan's own, from which its files start.
-made_recording make_recording(const plan& from, const std::string& directory);
+// `directory`: the plan's own, from which its files start. A plan that becomes more than `most_bytes`, text
+// and bodies, is an error, and is not made.
+constexpr std::size_t kMostOfRecording = std::size_t{64} << 20;
+made_recording make_recording(const plan& from, const std::string& directory,
+                              std::size_t most_bytes = kMostOfRecording);
 
 }  // namespace dabspi

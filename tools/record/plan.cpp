@@ -1,13 +1,11 @@
 #include "tools/record/plan.h"
 
 #include <algorithm>
-#include <functional>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <utility>
 
 #include "tools/record/plan_object.h"
-#include "tools/recording/json_values.h"
+#include "tools/recording/json_reader.h"
 #include "tools/spi/values.h"
 #include "tools/text/dab_identifier.h"
 #include "tools/text/utf8.h"
@@ -20,6 +18,7 @@ using nlohmann::json;
 using spi_object::kMinutesOfDay;
 
 constexpr unsigned kLongestTick = kMinutesOfDay;
+constexpr std::size_t kMostValues = 200000;
 constexpr std::int64_t kMostTicks = 1000000;  // nearly two years of minutes; more is a mistaken year
 
 spi_object::time_value time_of(const plan_minute& minute) {
@@ -30,19 +29,17 @@ spi_object::time_value time_of(const plan_minute& minute) {
     return value;
 }
 
-std::string known_names(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& each : names)
-        text += (text.empty() ? "" : ", ") + each;
-    return text.empty() ? "there are none" : "there are: " + text;
-}
-
 template <class Value>
-std::vector<std::string> keys_of(const std::map<std::string, Value>& of) {
-    std::vector<std::string> names;
-    for (const auto& each : of)
-        names.push_back(each.first);
-    return names;
+std::string known_names(const std::map<std::string, Value>& of) {
+    constexpr std::size_t kMost = 20;
+    std::string text;
+    std::size_t count = 0;
+    for (const auto& each : of) {
+        if (++count > kMost) break;
+        text += (text.empty() ? "" : ", ") + printable(each.first);
+    }
+    if (of.size() > kMost) text += " and " + std::to_string(of.size() - kMost) + " more";
+    return text.empty() ? "there are none" : "there are: " + text;
 }
 
 std::optional<plan_minute> take_minute(plan_keys& keys, const char* key, bool needed = false) {
@@ -170,14 +167,14 @@ class plan_reader {
         if (const std::string* const name = keys.text("service")) {
             made.service = *name;
             if (plan_.services.count(*name) == 0)
-                keys.error_at("service", "there is no service " + in_quotes(*name) + "; " +
-                                             known_names(keys_of(plan_.services)));
+                keys.error_at("service",
+                              "there is no service " + in_quotes(*name) + "; " + known_names(plan_.services));
         }
         if (const std::string* const name = keys.text("carousel")) {
             made.carousel = *name;
             if (plan_.carousels.count(*name) == 0)
                 keys.error_at("carousel", "there is no carousel " + in_quotes(*name) + "; " +
-                                              known_names(keys_of(plan_.carousels)));
+                                              known_names(plan_.carousels));
         }
         if (const json* const object = keys.find("feed")) {
             made.feed = take_object(*object, keys.at("feed"), plan_.errors);
@@ -210,46 +207,6 @@ class plan_reader {
     plan& plan_;
 };
 
-// The JSON library takes the last of several equal keys; a person meant both.
-class duplicate_keys {
- public:
-    explicit duplicate_keys(std::vector<plan_error>& errors) : errors_(errors) {}
-
-    bool operator()(int, json::parse_event_t event, json& parsed) {
-        using parts = json::parse_event_t;
-        if (event == parts::object_end || event == parts::array_end) {
-            open_.pop_back();
-        } else if (event == parts::key) {
-            open_.back().part = parsed.get<std::string>();
-            if (!open_.back().keys.insert(open_.back().part).second)
-                errors_.push_back({location(), "the key stands twice in one object"});
-        } else {
-            if (!open_.empty() && open_.back().is_array)
-                open_.back().part = std::to_string(open_.back().elements++);
-            if (event != parts::value) open_.push_back({event == parts::array_start, 0, {}, {}});
-        }
-        return true;
-    }
-
- private:
-    struct container {
-        bool is_array;
-        std::size_t elements;
-        std::string part;  // the key or index that is being read
-        std::set<std::string> keys;
-    };
-
-    std::string location() const {
-        std::string pointer;
-        for (const container& each : open_)
-            pointer += "/" + pointer_part(each.part);
-        return pointer;
-    }
-
-    std::vector<plan_error>& errors_;
-    std::vector<container> open_;
-};
-
 }  // namespace
 
 std::string plan_minute::text() const {
@@ -274,15 +231,16 @@ plan_minute plan_minute::days_later(int days) const {
 
 plan read_plan(std::string_view text) {
     plan result;
-    json parsed;
-    duplicate_keys duplicates(result.errors);
-    try {
-        parsed = json::parse(text.begin(), text.end(), std::ref(duplicates));
-    } catch (const json::exception& error) {
-        result.errors.assign(1, {"", json_error_text(error, true)});
+    json_limits limits;
+    limits.most_values = kMostValues;
+    const read_json_text read = read_json(text, limits, true);
+    for (const std::string& each : read.twice)
+        result.errors.push_back({each, "the key stands twice in one object"});
+    if (!read.error.empty()) {
+        result.errors.assign(1, {"", read.error});
         return result;
     }
-    plan_reader(parsed, result).read();
+    plan_reader(read.value, result).read();
     return result;
 }
 

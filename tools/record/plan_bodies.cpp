@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "src/parse/mot_content.h"
-#include "tools/encode/encode_report.h"
+#include "tools/encode/document_messages.h"
 #include "tools/files/whole_file.h"
 #include "tools/inspect/image_header.h"
 #include "tools/text/utf8.h"
@@ -11,6 +11,8 @@
 namespace dabspi {
 
 namespace {
+
+constexpr std::size_t kMostOfDocument = std::size_t{8} << 20;  // as dabspi encode takes it
 
 std::string how_it_is_encoded(const planned_object& object) {
     std::string key = object.ensemble ? ensemble_id_text(*object.ensemble) : "";
@@ -24,6 +26,7 @@ std::string how_it_is_encoded(const planned_object& object) {
 }  // namespace
 
 std::optional<planned_body> plan_bodies::make(const planned_object& object, const std::string& source) {
+    sources_.insert(path_of(source));
     if (object.what != planned_object::kind::xml) return read(object, source);
     const std::string key = source + "\n" + how_it_is_encoded(object);
     const auto known = encoded_.find(key);
@@ -41,7 +44,7 @@ std::string plan_bodies::path_of(const std::string& source) const {
 std::optional<planned_body> plan_bodies::encode(const planned_object& object, const std::string& source) {
     const std::string path = path_of(source);
     std::string error;
-    std::optional<std::string> text = read_whole_file(path, error);
+    std::optional<std::string> text = read_whole_file(path, error, kMostOfDocument);
     if (!text) {
         errors_.push_back(printable(path) + ": " + error);
         return std::nullopt;
@@ -49,13 +52,13 @@ std::optional<planned_body> plan_bodies::encode(const planned_object& object, co
     encode_options how;
     how.lenient = object.lenient;
     if (object.ensemble) how.ensembles = {*object.ensemble};
-    const encoded_document document = encode_document(xml_source(std::move(*text)), how);
+    encoded_document document = encode_document(xml_source(std::move(*text)), how);
     for (const source_note& each : document.errors)
         errors_.push_back(note_text(path, each));
-    for (const source_note& each : document.warnings)
-        messages_.push_back(note_text(path, each));
-    const std::string omitted = omitted_text(document);
-    if (!omitted.empty()) messages_.push_back(printable(path) + ": " + omitted);
+    document.remarks.clear();  // their remedies are options of encode; and a plan may mean it so
+    for (std::string& each : messages_of(document, path, false, {}))
+        if (said_.insert(each).second)
+            messages_.push_back(std::move(each));  // a document may give several objects
     if (document.objects.empty()) return std::nullopt;
     if (document.objects.size() > 1) {
         std::string ensembles;

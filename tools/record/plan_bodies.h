@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,14 +24,16 @@ struct planned_body {
 
 class plan_bodies {
  public:
-    // Sources start from `directory`, the plan's own.
-    explicit plan_bodies(std::string directory) : directory_(directory), files_(std::move(directory)) {}
+    // Sources start from `directory`, the plan's own. Files that are sent as they are may hold `most_bytes`.
+    plan_bodies(std::string directory, std::size_t most_bytes)
+        : directory_(directory), files_(std::move(directory), most_bytes) {}
 
     // `source`: the object's source for the day in question. Nothing when it cannot be used; then there are
     // errors.
     std::optional<planned_body> make(const planned_object& object, const std::string& source);
 
     std::vector<std::string> take_errors() { return std::exchange(errors_, {}); }
+    const std::set<std::string>& sources() const { return sources_; }
     // What was left out of documents, and what was taken leniently.
     const std::vector<std::string>& messages() const { return messages_; }
 
@@ -42,8 +45,10 @@ class plan_bodies {
     std::string directory_;
     body_files files_;
     std::map<std::string, std::optional<planned_body>> encoded_;  // by source and how it is encoded
+    std::set<std::string> sources_;                               // paths
     std::vector<std::string> errors_;
     std::vector<std::string> messages_;
+    std::set<std::string> said_;  // the same
 };
 
 }  // namespace dabspi

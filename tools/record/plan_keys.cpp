@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "tools/recording/json_reader.h"
 #include "tools/recording/json_values.h"
 #include "tools/text/utf8.h"
 
@@ -18,20 +19,6 @@ plan_keys::plan_keys(const json& object, std::string where, std::string what, st
       errors_(errors) {
     if (object_ == nullptr)
         errors_.push_back({where_, "is " + json_text(object) + "; " + what_ + " is an object: {...}"});
-}
-
-std::string pointer_part(const std::string& key) {
-    std::string escaped;
-    for (const char c : key) {
-        if (c == '~') {
-            escaped += "~0";
-        } else if (c == '/') {
-            escaped += "~1";
-        } else {
-            escaped += c;
-        }
-    }
-    return escaped;
 }
 
 std::string plan_keys::at(const std::string& key) const {

@@ -15,9 +15,6 @@ struct plan_error {
     std::string text;
 };
 
-// A key as a part of a JSON pointer: "a/b" is "a~1b".
-std::string pointer_part(const std::string& key);
-
 class plan_keys {
  public:
     // `what` names the object in messages: "a step". Anything but an object is an error, and has no keys.

@@ -67,6 +67,7 @@ std::vector<int> take_days(plan_keys& keys) {
 // A path inside the recording's folder.
 bool stays_inside(const std::string& path) {
     if (path.empty() || path.front() == '/' || path.back() == '/') return false;
+    if (path.find('\0') != std::string::npos) return false;
     for (std::size_t at = 0; at <= path.size();) {
         const std::size_t end = std::min(path.find('/', at), path.size());
         const std::string part = path.substr(at, end - at);
@@ -109,6 +110,8 @@ planned_object take_object(const json& from, const std::string& where, std::vect
         ++given;
         made.what = what;
         made.source = *source;
+        if (source->find('\0') != std::string::npos)
+            keys.error_at(key, in_quotes(*source) + " is no file's name");
     }
     if (given != 1 && from.is_object() && errors.size() == errors_before)
         keys.error(given == 0 ? "say what is sent: \"xml\", \"image\" or \"object\", with the name of a file"

@@ -3,13 +3,17 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <ctime>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <system_error>
 
+#include "tools/command_line/needed_name.h"
 #include "tools/files/input_kind.h"
 #include "tools/files/whole_file.h"
 #include "tools/record/made_recording.h"
+#include "tools/record/skeleton.h"
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
 #include "tools/text/utf8.h"
@@ -24,6 +28,8 @@ struct record_options {
     std::vector<std::string> plans;
     std::string directory = ".";
     bool check = false;
+    bool skeleton = false;
+    std::size_t limit = kMostOfRecording >> 20;
 };
 
 struct made_from {
@@ -36,14 +42,14 @@ std::string error_line(const std::string& plan, const plan_error& error) {
     return printable(plan + (error.where.empty() ? "" : ": " + error.where)) + ": " + printable(error.text);
 }
 
-made_from make(const std::string& path, std::vector<std::string>& errors,
+made_from make(const std::string& path, std::size_t limit, std::vector<std::string>& errors,
                std::vector<std::string>& messages) {
     made_from result;
     const bool piped = path == "-";
     result.plan = piped ? "<stdin>" : path;
     result.recording = (piped ? "recording" : fs::path(path).stem().string()) + ".jsonl";
     std::string error;
-    const std::optional<std::string> text = read_whole_file(path, error);
+    const std::optional<std::string> text = read_whole_file(path, error, limit << 20);
     if (!text) {
         errors.push_back(printable(result.plan) + ": " + error);
         return result;
@@ -57,7 +63,7 @@ made_from make(const std::string& path, std::vector<std::string>& errors,
     const plan read = read_plan(*text);
     std::vector<plan_error> wrong = read.errors;
     if (wrong.empty()) {
-        result.made = make_recording(read, piped ? "" : fs::path(path).parent_path().string());
+        result.made = make_recording(read, piped ? "" : fs::path(path).parent_path().string(), limit << 20);
         wrong = result.made.errors;
     }
     for (const plan_error& each : wrong)
@@ -134,13 +140,52 @@ void refuse_conflicts(const std::vector<made_from>& all, std::vector<std::string
         });
 }
 
+// A recording must not be written over what it is made of.
+void refuse_inputs(const std::vector<made_from>& all, const std::string& directory,
+                   std::vector<std::string>& errors) {
+    std::set<std::string> inputs;
+    for (const made_from& each : all) {
+        inputs.insert(each.plan);
+        inputs.insert(each.made.sources.begin(), each.made.sources.end());
+    }
+    for (const made_from& each : all)
+        for_each_file(each, directory, [&](const std::string& file, std::string_view content) {
+            std::error_code failed;
+            if (!fs::exists(file, failed) || stands_there(file, content)) return;
+            for (const std::string& input : inputs)
+                if (fs::equivalent(file, input, failed))
+                    errors.push_back(
+                        printable(each.plan) + ": " + in_quotes(file, 200) +
+                        " would be written over, and it is an input; record into another folder");
+        });
+}
+
+std::string today() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char text[16];
+    std::strftime(text, sizeof text, "%Y-%m-%d", &local);
+    return text;
+}
+
+int write_skeleton(const record_options& options) {
+    const plan_skeleton made = make_skeleton(options.plans, today());
+    print_errors(made.messages, "messages");
+    print_errors(made.errors, "errors");
+    if (made.text.empty()) return kExitUnusable;
+    return print(made.text, STDOUT_FILENO) ? kExitDone : kExitFailed;
+}
+
 int record(const record_options& options) {
+    if (options.skeleton) return write_skeleton(options);
     std::vector<made_from> all;
     std::vector<std::string> errors;
     std::vector<std::string> messages;
     for (const std::string& each : options.plans)
-        all.push_back(make(each, errors, messages));
+        all.push_back(make(each, options.limit, errors, messages));
     if (errors.empty()) refuse_conflicts(all, errors);
+    if (errors.empty() && !options.check) refuse_inputs(all, options.directory, errors);
     print_errors(messages, "messages");
     if (!errors.empty()) {
         print_errors(errors, "errors");
@@ -163,10 +208,19 @@ command add_record_command(CLI::App& dabspi) {
     app->add_option(
            "--directory,-d", options->directory,
            "Where PLAN.jsonl and its objects go (default: the current directory).\nMade if it is missing")
-        ->check(refuse_empty_folder)
-        ->option_text("DIR");
-    app->add_flag("--check", options->check,
-                  "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");
+        ->option_text("DIR")
+        ->check(a_name_is_needed);
+    app->add_option("--limit", options->limit,
+                    "How much a plan may become, calls and bodies, in MiB (default: 64)")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
+    CLI::Option* const skeleton = app->add_flag(
+        "--skeleton", options->skeleton,
+        "Print a plan to start from: PLAN are then documents, objects, images and folders\nof these");
+    CLI::Option* const check_option =
+        app->add_flag("--check", options->check,
+                      "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");
+    skeleton->excludes(check_option);
     app->footer(
         "A plan says which objects go round in which carousel, when the listener changes the service, and "
         "how\n"
@@ -178,6 +232,7 @@ command add_record_command(CLI::App& dabspi) {
         "be written.\n"
         "\n"
         "Examples:\n"
+        "  dabspi record --skeleton *.xml logos >day.json   a plan to start from\n"
         "  dabspi record day.json                     makes day.jsonl and objects/\n"
         "  dabspi record --directory out *.json       several, into one folder\n"
         "  dabspi record --check -d out day.json      is out/day.jsonl what the plan gives?");

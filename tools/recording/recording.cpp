@@ -1,8 +1,8 @@
 #include "tools/recording/recording.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -18,16 +18,82 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// Takes the lines of one recording, in order.
+constexpr std::size_t kMostErrors = 1000;
+constexpr std::size_t kMostOfOddLine = 4096;  // kept of a line that holds no call
+constexpr const char* kRaise = "; --limit raises what is taken";
+
+std::string mebibytes(std::size_t bytes) {
+    return std::to_string(bytes / recording_limits::kMebibyte) + " MiB";
+}
+
+// Takes the text of one recording, from its front.
 class recording_reader {
  public:
-    recording_reader(std::string name, std::string directory) : files_(std::move(directory)) {
+    recording_reader(std::string name, std::string directory, const recording_limits& limits)
+        : limits_(limits), files_(std::move(directory), limits.most_bodies) {
         result_.name = std::move(name);
     }
 
-    void take(std::string_view line) {
+    // Any part of the text. False: no more is wanted.
+    bool take(std::string_view text) {
+        taken_ += text.size();
+        if (taken_ > limits_.most_bytes)
+            return stop("the recording is longer than " + mebibytes(limits_.most_bytes) + kRaise);
+        while (!text.empty()) {
+            const std::size_t end = text.find('\n');
+            const std::string_view part = text.substr(0, end);
+            if (!keep(part)) return false;
+            if (end == std::string_view::npos) return true;
+            text.remove_prefix(end + 1);
+            if (!end_line()) return false;
+        }
+        return true;
+    }
+
+    void fail(const std::string& why) { result_.errors.push_back({0, why}); }
+
+    recording finish() {
+        if (!stopped_ && begun_) end_line();
+        return std::move(result_);
+    }
+
+ private:
+    bool stop(const std::string& why, std::size_t line = 0) {
+        stopped_ = true;
+        result_.errors.push_back({line, why});
+        return false;
+    }
+
+    // Of a line that cannot hold a call only the beginning is kept.
+    bool keep(std::string_view part) {
+        begun_ = true;
+        if (first_ == '\0') {
+            const std::size_t first = std::min(part.find_first_not_of(" \t\r\xEF\xBB\xBF"), part.size());
+            kept_ += part.substr(0, kMostOfOddLine - std::min(kMostOfOddLine, kept_.size())).substr(0, first);
+            part.remove_prefix(first);
+            if (!part.empty()) first_ = part.front() == '\0' ? '?' : part.front();
+        }
+        const std::size_t room =
+            first_ == '{' ? part.size() : kMostOfOddLine - std::min(kMostOfOddLine, kept_.size());
+        kept_ += part.substr(0, room);
+        cut_ = cut_ || (first_ != '{' && part.size() > room);
+        return kept_.size() <= limits_.most_line ||
+               stop("the line is longer than " + mebibytes(limits_.most_line) + kRaise, line_ + 1);
+    }
+
+    bool end_line() {
         ++line_;
-        if (!line.empty() && line.back() == '\n') line.remove_suffix(1);
+        take_line(kept_);
+        kept_.clear();
+        begun_ = false;
+        cut_ = false;
+        first_ = '\0';
+        if (result_.errors.size() >= kMostErrors) return stop("there are many errors; the rest is not read");
+        return result_.calls.size() <= limits_.most_calls ||
+               stop("the recording has more than " + std::to_string(limits_.most_calls) + " calls" + kRaise);
+    }
+
+    void take_line(std::string_view line) {
         if (line.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
             // Some editors put one at the beginning of a file; further down it means that files were joined.
             if (line_ != 1) {
@@ -40,20 +106,26 @@ class recording_reader {
         // The carriage return of a CR LF line end is a blank like any other.
         const auto first = line.find_first_not_of(" \t\r");
         if (first == std::string_view::npos || line[first] == '#') return;
+        if (cut_) {
+            result_.errors.push_back({line_, "a long line that holds no JSON object; is this a recording?"});
+            return;
+        }
         recording_line read = read_recording_line(line, files_);
         for (std::string& error : read.errors)
             result_.errors.push_back({line_, std::move(error)});
         if (read.what) result_.calls.push_back({line_, std::move(*read.what)});
     }
 
-    void fail(const std::string& why) { result_.errors.push_back({0, why}); }
-
-    recording finish() { return std::move(result_); }
-
- private:
+    recording_limits limits_;
     body_files files_;
     recording result_;
-    std::size_t line_ = 0;
+    std::size_t line_ = 0;   // that were taken
+    std::size_t taken_ = 0;  // bytes
+    std::string kept_;       // of the line that is being read
+    char first_ = '\0';      // its first byte that is no blank; no byte yet
+    bool begun_ = false;
+    bool cut_ = false;  // only its beginning was kept
+    bool stopped_ = false;
 };
 
 struct file_closer {
@@ -68,67 +140,56 @@ std::string other_kind(std::string_view beginning) {
     return may_be ? std::string() : "this is no call recording: " + what_it_is(input);
 }
 
-// Of a file that can be read twice.
-std::string other_kind(std::FILE* file) {
-    const long start = std::ftell(file);
-    std::string beginning(kSniffedBytes, '\0');
-    beginning.resize(std::fread(beginning.data(), 1, beginning.size(), file));
-    return std::fseek(file, start, SEEK_SET) == 0 ? other_kind(beginning) : std::string();
-}
-
-void read_lines(std::FILE* file, recording_reader& reader) {
-    // A pipe is told by its first line.
-    bool first = std::fseek(file, 0, SEEK_CUR) != 0;
-    const std::string other = first ? std::string() : other_kind(file);
-    if (!other.empty()) return reader.fail(other);
-    struct freer {
-        char* line = nullptr;
-        ~freer() { std::free(line); }
-    } buffer;
-    std::size_t capacity = 0;
+void read_all(std::FILE* file, recording_reader& reader) {
+    std::string buffer(65536, '\0');
     errno = 0;
-    for (ssize_t length; (length = ::getline(&buffer.line, &capacity, file)) >= 0; errno = 0) {
-        const std::string kind =
-            first ? other_kind({buffer.line, static_cast<std::size_t>(length)}) : std::string();
-        if (!kind.empty()) return reader.fail(kind);
-        first = false;
-        reader.take({buffer.line, static_cast<std::size_t>(length)});
+    for (bool first = true;; first = false) {
+        const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), file);
+        const std::string_view text = std::string_view(buffer).substr(0, got);
+        const std::string other = first ? other_kind(text.substr(0, kSniffedBytes)) : std::string();
+        if (!other.empty()) return reader.fail(other);
+        if (!reader.take(text)) return;
+        if (got == buffer.size()) continue;
+        if (std::ferror(file) != 0)
+            reader.fail("cannot read the recording: " + std::generic_category().message(errno));
+        return;
     }
-    const int error = errno;
-    // getline also fails, without marking the stream, when a line does not fit into memory.
-    if (std::ferror(file) != 0 || std::feof(file) == 0)
-        reader.fail("cannot read the recording: " + std::generic_category().message(error));
 }
 
 }  // namespace
 
-recording read_recording(const std::string& path) {
+recording_limits recording_limits::of(std::size_t mebibytes) {
+    recording_limits limits;
+    limits.most_line = limits.most_line * mebibytes / (limits.most_bytes / kMebibyte) + kMebibyte;
+    limits.most_calls = limits.most_calls * mebibytes / (limits.most_bytes / kMebibyte) + 1;
+    limits.most_bodies = mebibytes * kMebibyte;
+    limits.most_bytes = mebibytes * kMebibyte;
+    return limits;
+}
+
+recording read_recording(const std::string& path, const recording_limits& limits) {
     if (path == "-") {
-        recording_reader reader("<stdin>", "");
-        read_lines(stdin, reader);
+        recording_reader reader("<stdin>", "", limits);
+        read_all(stdin, reader);
         return reader.finish();
     }
-    recording_reader reader(path, std::filesystem::path(path).parent_path().string());
+    recording_reader reader(path, std::filesystem::path(path).parent_path().string(), limits);
     const std::unique_ptr<std::FILE, file_closer> file(std::fopen(path.c_str(), "re"));
     std::error_code unknown;
     if (std::filesystem::is_directory(path, unknown)) {
         reader.fail("this is no call recording: " + what_a_folder_is());
     } else if (file != nullptr) {
-        read_lines(file.get(), reader);
+        read_all(file.get(), reader);
     } else {
         reader.fail("cannot open the recording: " + std::generic_category().message(errno));
     }
     return reader.finish();
 }
 
-recording parse_recording(std::string_view text, const std::string& name, const std::string& directory) {
-    recording_reader reader(name, directory);
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        const std::size_t length = end == std::string_view::npos ? text.size() : end + 1;
-        reader.take(text.substr(0, length));
-        text.remove_prefix(length);
-    }
+recording parse_recording(std::string_view text, const std::string& name, const std::string& directory,
+                          const recording_limits& limits) {
+    recording_reader reader(name, directory, limits);
+    reader.take(text);
     return reader.finish();
 }
 

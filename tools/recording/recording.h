@@ -3,7 +3,7 @@
 //
 // The whole recording is checked while it is read: every line, every number's range, every body file. Nothing
 // is thrown for a bad recording: what is wrong stands in `errors`, and a recording with errors must not be
-// fed. Memory: all bodies are held; a file that is named many times is read and held once.
+// fed. Memory: all bodies are held, up to a limit; a file that is named many times is read and held once.
 #pragma once
 
 #include <cstddef>
@@ -72,12 +72,28 @@ struct recording {
     std::vector<recording_error> errors;  // in the order of the lines
 };
 
+// What a recording may hold; more is an error that names the option --limit, by which a caller raises all.
+struct recording_limits {
+    std::size_t most_bytes = 256 * kMebibyte;  // of its text
+    std::size_t most_line = 64 * kMebibyte;
+    std::size_t most_bodies = 256 * kMebibyte;  // of all bodies, each file once
+    std::size_t most_calls = 1000000;           // nearly two years of minutes
+
+    static constexpr std::size_t kMebibyte = 1024 * 1024;
+    // Of so many MiB of text, and everything else in proportion.
+    static recording_limits of(std::size_t mebibytes);
+};
+
+// Endless input is read to its limit; one that is no recording, to its first line. After a thousand errors
+// the rest is not read.
+//
 // `path` "-" is standard input; body files are then relative to the current directory, else to the
 // recording's own.
-recording read_recording(const std::string& path);
+recording read_recording(const std::string& path, const recording_limits& limits = {});
 
 // The same for a text in memory.
-recording parse_recording(std::string_view text, const std::string& name, const std::string& directory);
+recording parse_recording(std::string_view text, const std::string& name, const std::string& directory,
+                          const recording_limits& limits = {});
 
 // "FILE:LINE: what is wrong", or "FILE: what is wrong" for an error without a line.
 std::string error_text(const recording& of, const recording_error& error);

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <set>
 
+#include "tools/recording/json_reader.h"
 #include "tools/recording/json_values.h"
 #include "tools/text/base64.h"
 #include "tools/text/utf8.h"
@@ -15,6 +15,8 @@ namespace dabspi {
 namespace {
 
 using nlohmann::json;
+
+constexpr std::size_t kMostKeys = 100;  // of a line; calls have up to eight
 
 // Takes the keys of one call. Every key that nobody asked for is unknown in that call.
 class call_keys {
@@ -144,21 +146,17 @@ feed_mot_body take_feed_mot_body(call_keys& keys, body_files& files) {
 
 recording_line read_recording_line(std::string_view line, body_files& files) {
     recording_line result;
-    std::set<std::string> seen;
-    const auto note_duplicates = [&](int depth, json::parse_event_t event, json& parsed) {
-        if (event != json::parse_event_t::key || depth != 1) return true;
-        const auto& key = parsed.get_ref<const std::string&>();
-        if (!seen.insert(key).second) result.errors.push_back("the key " + in_quotes(key) + " stands twice");
-        return true;
-    };
-
-    json object;
-    try {
-        object = json::parse(line.begin(), line.end(), note_duplicates);
-    } catch (const json::exception& error) {  // also a number beyond all bounds
-        result.errors.assign(1, json_error_text(error, false));
+    json_limits limits;
+    limits.kept_depth = 1;  // no call has values with parts
+    limits.most_values = kMostKeys;
+    read_json_text read = read_json(line, limits, false);
+    if (!read.error.empty()) {
+        result.errors.push_back(std::move(read.error));
         return result;
     }
+    for (const std::string& each : read.twice)
+        result.errors.push_back("the key " + in_quotes(each.substr(1)) + " stands twice");
+    const json& object = read.value;
     if (!object.is_object()) {
         result.errors.push_back("a line must hold one JSON object, such as {\"call\":\"SetDateTime\",...}");
         return result;

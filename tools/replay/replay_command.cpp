@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "tools/command_line/needed_name.h"
+#include "tools/playing/logo_room.h"
 #include "tools/playing/player.h"
 #include "tools/playing/storage.h"
 #include "tools/recording/notification_json.h"
@@ -29,6 +31,7 @@ struct replay_options {
     std::optional<std::string> storage;
     bool no_wait = false;
     bool keep = false;
+    std::size_t limit = 256;
 };
 
 constexpr std::size_t kMostErrors = 100;
@@ -88,7 +91,7 @@ int play_and_print(const recording& from, const replay_options& options, const s
 }
 
 int replay(const replay_options& options) {
-    recording from = read_recording(options.recording);
+    recording from = read_recording(options.recording, recording_limits::of(options.limit));
     refuse_missing_calls(from, options.api == "core" ? library_api::core : library_api::wrapper);
     if (!from.errors.empty()) {
         report_errors(from);
@@ -104,7 +107,10 @@ int replay(const replay_options& options) {
             store.keep();
             print_error("the storage directory is kept: " + printable(store.path()));
         }
+        const std::size_t room = largest_image(from);
+        require_logo_room(store.path(), room);
         status = play_and_print(from, options, store.path(), store.logo_root());
+        require_logo_room(store.path(), room);
         signal = interrupt_watch::noted();
     }
     if (signal != 0) die_by(signal);
@@ -129,11 +135,16 @@ command add_replay_command(CLI::App& dabspi) {
                     "The system's storage path: logos go to DIR/HdStationLogo. Made if it is\n"
                     "missing, never removed (default: a temporary directory)")
         ->option_text("DIR")
-        ->check(
-            [](const std::string& text) { return std::string(text.empty() ? "a directory is needed" : ""); });
+        ->check(a_name_is_needed);
     app->add_flag("--no-wait", options->no_wait,
                   "Feed as fast as the calls return, and wait once, at the end; what the\n"
                   "output holds is then partly left to chance");
+    app->add_option(
+           "--limit", options->limit,
+           "How long the recording may be, in MiB (default: 256); its bodies may hold as\nmuch, and a "
+           "million calls are taken for each 256")
+        ->option_text("MIB")
+        ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     app->add_flag("--keep", options->keep, "Keep the temporary storage directory and say where it is");
     app->footer(
         "A recording is checked as a whole before anything is fed.\n"

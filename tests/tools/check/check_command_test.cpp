@@ -291,4 +291,18 @@ TEST(ExplainCommand, SaysThatOutputCannotBeWritten) {
     EXPECT_EQ(done.err, "dabspi: cannot write to standard output: No space left on device\n");
 }
 
+TEST(CheckCommand, ThePageIsNotWrittenOverWhatIsChecked) {
+    const temporary_directory files;
+    const std::string text = "{\"call\":\"SetDateTime\",\"date\":\"20260310\",\"time\":\"1000\"}\n";
+    write_file(files, "day.jsonl", text);
+    command_input input{{"check", "--html", "./day.jsonl", "day.jsonl"}};
+    input.directory = files.path().string();
+    const finished_command end = run_dabspi(input);
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, testing::HasSubstr("is what is checked, and would be written over"));
+    EXPECT_EQ(read_file((files.path() / "day.jsonl").string()), text);
+    input.arguments = {"check", "--html", "", "day.jsonl"};
+    EXPECT_EQ(run_dabspi(input).status, 2);
+}
+
 }  // namespace

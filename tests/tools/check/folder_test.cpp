@@ -256,4 +256,26 @@ TEST(Tree, OfOneEnsembleWithoutItsNameIsOne) {
     EXPECT_EQ(look_at(in).past.images.at(0).uses.size(), 1U) << "an image in another folder is announced";
 }
 
+// The command stops noting Ctrl-C then: the examination has nothing to tidy up.
+TEST(CheckInput, SaysWhenItHasPlayed) {
+    const dabspi::storage location = dabspi::storage::temporary();
+    std::size_t fed = 0;
+    std::size_t fed_when_played = 0;
+    int played = 0;
+    dabspi::recording calls = dabspi::parse_recording(
+        "{\"call\":\"SetDateTime\",\"date\":\"20260310\",\"time\":\"1000\"}\n", "a.jsonl", "");
+    dabspi::check::check_input(
+        dabspi::check::input_of(std::move(calls)), dabspi::check::severity::note, location.path(),
+        [&](std::size_t count) {
+            fed = count;
+            return true;
+        },
+        [&] {
+            ++played;
+            fed_when_played = fed;
+        });
+    EXPECT_EQ(played, 1);
+    EXPECT_EQ(fed_when_played, 1u);
+}
+
 }  // namespace

@@ -36,6 +36,12 @@ TEST(Clock, OfThisComputerIsTaken) {
     EXPECT_GE(now->date(), today->date()) << "read a moment later";
 }
 
+TEST(Clock, KnowsTheCalendar) {
+    EXPECT_FALSE(parse_clock("2026-02-29"));
+    EXPECT_FALSE(parse_clock("2026-04-31T12:00"));
+    EXPECT_TRUE(parse_clock("2028-02-29"));
+}
+
 // Of a recording.
 checked_input read_input(const std::string& path, const folder_options& options) {
     return read_inputs(path, options).front();

@@ -108,15 +108,69 @@ TEST_F(EncodeCommand, OneNameForSeveralObjectsIsRefused) {
     EXPECT_THAT(files_made(), IsEmpty());
 }
 
-TEST_F(EncodeCommand, TwoObjectsOfOneNameAreRefused) {
+TEST_F(EncodeCommand, ObjectsOfOneNameAreNumbered) {
     write_file(files_, "a.xml", day(""));
     write_file(files_, "b.xml", day(titled("x")));
-    const finished_command end = encode({"a.xml", "b.xml"});
+    write_file(files_, "c.xml", day(titled("y")));
+    const finished_command end = encode({"a.xml", "b.xml", "c.xml"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_EQ(end.err,
+              "dabspi: w20260302dC221.EHB is the usual name of 3 objects; the others are named "
+              "w20260302dC221-2.EHB, w20260302dC221-3.EHB\n");
+    EXPECT_THAT(files_made(),
+                ElementsAre("w20260302dC221-2.EHB", "w20260302dC221-3.EHB", "w20260302dC221.EHB"));
+}
+
+TEST_F(EncodeCommand, ConversionsAreCountedAndListedOnDemand) {
+    write_file(files_, "pi.xml", day("<programme><link url='a'/><link url='b'/></programme>"));
+    EXPECT_EQ(encode({"pi.xml"}).err,
+              "dabspi: pi.xml: converted: <link url> as uri (2); --verbose lists them\n");
+    EXPECT_THAT(encode({"--verbose", "pi.xml"}).err,
+                HasSubstr("epg/schedule/programme/link/@url: is taken as uri\n"));
+}
+
+TEST_F(EncodeCommand, AnEmptyShellIsNoSuccess) {
+    write_file(files_, "pi.xml", day("<programme><location><time time='tomorrow'/></location></programme>"));
+    const finished_command end = encode({"--lenient", "pi.xml"});
     EXPECT_EQ(end.status, 2);
-    EXPECT_THAT(end.err,
-                HasSubstr("dabspi: b.xml: a second object is named w20260302dC221.EHB; encode it by itself, "
-                          "with --name\n"));
+    EXPECT_THAT(end.err, HasSubstr("no <programme> of 1 kept its <time>"));
     EXPECT_THAT(files_made(), IsEmpty());
+    EXPECT_THAT(encode({"pi.xml"}).err, HasSubstr("dabspi: nothing was written\n"))
+        << "lenient does not help";
+}
+
+TEST_F(EncodeCommand, LocalTimeIsGivenByOffsetOrZone) {
+    write_file(files_, "pi.xml",
+               day("<programme><location><time time='2026-07-10T06:00:00Z'/></location></programme>"));
+    EXPECT_THAT(encode({"pi.xml"}).err,
+                HasSubstr("1 time in UTC, without an offset: receivers show UTC plus"));
+    EXPECT_THAT(encode({"--offset", "+01:00", "pi.xml"}).err,
+                HasSubstr("converted: times in UTC with the offset of local time (1)"));
+    EXPECT_EQ(encode({"--offset", "1", "pi.xml"}).status, 2);
+    EXPECT_EQ(encode({"--offset", "+01:00", "--zone", "UTC", "pi.xml"}).status, 2);
+    EXPECT_THAT(encode({"--zone", "Nowhere/Land", "pi.xml"}).err,
+                HasSubstr("\"Nowhere/Land\" is no time zone"));
+}
+
+TEST_F(EncodeCommand, WithoutZoneDataTheRemedyIsSaid) {
+    write_file(files_, "pi.xml", day(""));
+    const finished_command end = run_dabspi({{"encode", "--zone", "Europe/London", "pi.xml"},
+                                             "",
+                                             files_.path().string(),
+                                             {{"TZDIR", files_.path().string()}}});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("there is no time zone data in "));
+    EXPECT_THAT(end.err, HasSubstr("install the package tzdata, or give --offset +01:00 instead"));
+}
+
+TEST_F(EncodeCommand, TheServiceOfProgrammesThatNameNoneIsGiven) {
+    write_file(files_, "pi.xml",
+               "<epg xmlns='" + kNamespace + "'><schedule>" + titled("x") + "</schedule></epg>");
+    EXPECT_THAT(encode({"pi.xml"}).err,
+                HasSubstr("no service is named: receivers keep none of the programmes"));
+    EXPECT_EQ(encode({"--service", "e1.ce15.c221.0", "pi.xml"}).status, 0);
+    EXPECT_THAT(files_made(), testing::Contains("dC221.EHB"));
+    EXPECT_EQ(encode({"--service", "x", "pi.xml"}).status, 2);
 }
 
 TEST_F(EncodeCommand, ANameThatIsNoFileNameNeedsAnOutput) {
@@ -243,6 +297,27 @@ TEST_F(EncodeCommand, UsageErrorsEndWithTwo) {
     const finished_command end = encode({"--ensemble", "c185", "pi.xml"});
     EXPECT_EQ(end.status, 2);
     EXPECT_THAT(end.err, HasSubstr("\"c185\" is no ensemble such as e1.ce15: ECC and EId"));
+}
+
+TEST_F(EncodeCommand, EmptyNamesAndImpossibleOnesAreRefused) {
+    write_file(files_, "pi.xml", day(""));
+    for (const char* const option : {"-d", "-o", "--name"}) {
+        const finished_command end = encode({option, "", "pi.xml"});
+        EXPECT_EQ(end.status, 2) << option;
+        EXPECT_THAT(end.err, HasSubstr("a name is needed, and it is empty")) << option;
+    }
+    for (const std::string& name : {std::string("."), std::string(".."), std::string(250, 'n')})
+        EXPECT_THAT(encode({"--name", name, "pi.xml"}).err, HasSubstr("is no file name")) << name;
+}
+
+TEST_F(EncodeCommand, ADocumentIsNotWrittenOver) {
+    write_file(files_, "pi.xml", day(""));
+    const finished_command end = encode({"-o", "./pi.xml", "pi.xml"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("./pi.xml is one of the documents, and would be written over"));
+    EXPECT_EQ(read_file((files_.path() / "pi.xml").string()), day(""));
+    fs::create_symlink("pi.xml", files_.path() / "w20260302dC221.EHB");
+    EXPECT_EQ(encode({"pi.xml"}).status, 2) << "nor through a link";
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ std::string notes(const dabspi::encoded_document& of) {
     std::string text;
     for (const auto& each : of.errors)
         text += note_text("document", each) + "\n";
-    for (const auto& each : of.omitted)
+    for (const auto& each : of.omitted.notes())
         text += note_text("document", each.note) + "\n";
     return text;
 }

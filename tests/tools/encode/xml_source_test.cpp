@@ -79,7 +79,7 @@ TEST(XmlSource, KnowsTheReferencesOfXml) {
 
 TEST(XmlSource, RefusesAnAttributeGivenTwice) {
     EXPECT_THAT(refusal("<a>\n <b c='1' c='2'/></a>"),
-                ElementsAre("a.xml:2:5: a/b/@c: the attribute is given twice; remove one"));
+                ElementsAre("a.xml:2:11: a/b/@c: the attribute is given twice; remove one"));
 }
 
 TEST(XmlSource, TellsTheColumnInCharactersBehindOthersThanAscii) {

@@ -192,4 +192,19 @@ TEST_F(InspectCommand, TakesTheExampleRecordings) {
     }
 }
 
+TEST_F(InspectCommand, ADocumentThatLeavesSomethingOutSaysSoAndFails) {
+    std::string content;
+    for (int i = 0; i < 250001; ++i)
+        content += std::string("\x7F\0", 2);
+    std::string object = "\x02\xFF";
+    for (const int shift : {16, 8, 0})
+        object += static_cast<char>(content.size() >> shift & 0xFF);
+    write_file(files_, "many.bin", object + content);
+    const finished_command end = inspect({"--xml", (files_.path() / "many.bin").string()});
+    EXPECT_EQ(end.status, 1);
+    EXPECT_THAT(end.err,
+                HasSubstr("more than 250,000 elements and attributes; the rest is left out; what follows "
+                          "it is not in the document"));
+}
+
 }  // namespace

@@ -183,4 +183,38 @@ TEST_F(MadeRecording, AFaultyDocumentIsReportedOnceInFull) {
                     "/steps/1/feed: \"bad.xml\" cannot be used, see above"));
 }
 
+// A few lines that unfold into gigabytes.
+TEST_F(MadeRecording, APlanThatBecomesTooMuchIsRefused) {
+    write_file(files_, "a.bin", std::string(1000, 'a'));
+    std::string days;
+    for (int i = -366; i <= 366; ++i)
+        days += (days.empty() ? "" : ",") + std::to_string(i);
+    std::string objects;
+    for (int i = 0; i < 100; ++i)
+        objects +=
+            std::string(i == 0 ? "" : ",") +
+            R"({"object": "a.bin", "name": "n", "content_type": 7, "content_subtype": 1, "inline": true, "days": [)" +
+            days + "]}";
+    std::string steps;
+    for (int i = 0; i < 1000; ++i)
+        steps += std::string(i == 0 ? "" : ",") + R"({"carousel": "c"})";
+    EXPECT_THAT(
+        errors_of(R"({"data_service": 1, "clock": {"from": "2026-03-10T05:00", "to": "2026-03-10T05:00"},
+        "carousels": {"c": {"objects": [)" +
+                  objects + R"(]}}, "steps": [)" + steps + "]}"),
+        ElementsAre(HasSubstr("the plan becomes more than 64 MiB; send less or for fewer days, or raise "
+                              "--limit")));
+}
+
+TEST_F(MadeRecording, ManyDatesInOneNameAreReplacedInOneGo) {
+    std::string name;
+    for (int i = 0; i < 100000; ++i)
+        name += "{date}";
+    EXPECT_THAT(
+        errors_of(R"({"data_service": 1, "clock": {"from": "2026-03-10T05:00", "to": "2026-03-10T05:00"},
+        "steps": [{"feed": {"object": ")" +
+                  name + R"(", "name": "n", "content_type": 7, "content_subtype": 1}}]})"),
+        ElementsAre(HasSubstr("cannot read the body file")));
+}
+
 }  // namespace

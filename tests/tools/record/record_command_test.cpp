@@ -196,4 +196,84 @@ TEST(ExampleRecordings, HavePlansThatNameEveryDocument) {
         EXPECT_TRUE(!each.is_directory() || fs::exists(each.path().string() + ".json")) << each;
 }
 
+TEST_F(RecordCommand, WhatItIsMadeOfIsNotWrittenOver) {
+    write_file(files_, "pi.xml", document("News"));
+    write_file(files_, "day.json", R"({"data_service": 1, "steps": [
+        {"clock": "2026-03-02T10:30"}, {"feed": {"xml": "pi.xml", "file": "pi.xml"}}]})");
+    const finished_command end = record({"day.json"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("\"pi.xml\" would be written over, and it is an input"));
+    EXPECT_EQ(read("pi.xml"), document("News"));
+    EXPECT_EQ(record({"-d", "out", "day.json"}).status, 0);
+}
+
+TEST_F(RecordCommand, NamesOfFilesHoldNoNulAndAreNotTooLong) {
+    write_file(files_, "a.png", "x");
+    const auto plan = [](const std::string& keys) {
+        return R"({"data_service": 1, "steps": [{"clock": "2026-03-02T10:30"}, {"feed": {)" + keys +
+               R"(, "content_type": 2, "content_subtype": 3}}]})";
+    };
+    write_file(files_, "file.json", plan(R"("object": "a.png", "name": "n", "file": "p.jsonl\u0000x")"));
+    EXPECT_THAT(record({"file.json"}).err, HasSubstr("is no name inside the recording's folder"));
+    write_file(files_, "source.json", plan(R"("object": "a.png\u0000x", "name": "n")"));
+    EXPECT_THAT(record({"source.json"}).err, HasSubstr("is no file's name"));
+    write_file(files_, "long.json",
+               plan(R"("object": "a.png", "name": "n", "file": ")" + std::string(300, 'n') + "\""));
+    EXPECT_THAT(record({"long.json"}).err, HasSubstr("is too long for a file's name"));
+    write_file(files_, "pi.xml", document("News"));
+    write_file(files_, "content.json",
+               R"({"data_service": 1, "steps": [{"clock": "2026-03-02T10:30"},
+        {"feed": {"xml": "pi.xml", "name": "a\u0000b)" +
+                   std::string(3000, 'n') + R"("}}]})");
+    const finished_command end = record({"content.json"});
+    EXPECT_EQ(end.status, 0) << end.err << "a content name may be anything";
+    EXPECT_THAT(read("content.jsonl"), HasSubstr("a\\u0000bn"));
+}
+
+TEST_F(RecordCommand, AnEmptyDirectoryIsRefused) {
+    write_file(files_, "day.json", kPlan);
+    const finished_command end = record({"-d", "", "day.json"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("a name is needed, and it is empty"));
+}
+
+TEST_F(RecordCommand, ASkeletonIsAPlanThatCanBeRecordedAndPlayed) {
+    write_file(
+        files_, "in/si.xml",
+        "<serviceInformation xmlns='http://www.worlddab.org/schemas/spi/31'><services><service>"
+        "<shortName>One</shortName><bearer id='dab:ce1.c185.c221.0'/><bearer id='dab:ce1.c186.c221.0'/>"
+        "</service></services></serviceInformation>");
+    write_file(files_, "in/pi.xml",
+               "<epg xmlns='http://www.worlddab.org/schemas/spi/31'><schedule><scope><serviceScope "
+               "id='dab:ce1.c185.c221.0'/></scope><programme><longName>Breakfast</longName><location><time "
+               "time='2026-03-10T07:00:00+01:00' duration='PT3H'/></location></programme></schedule></epg>");
+    write_file(files_, "in/again.xml", read("in/pi.xml"));
+    write_file(files_, "in/readme.txt", "no object");
+    const finished_command made = record({"--skeleton", "in"});
+    EXPECT_EQ(made.status, 0) << made.err;
+    EXPECT_THAT(made.err, HasSubstr("in/readme.txt: is no document, no SPI object and no image; left out"));
+    EXPECT_THAT(made.err, HasSubstr("the data service is guessed: 0xE1000001"));
+    EXPECT_THAT(made.err, HasSubstr("is the name of several objects"));
+    write_file(files_, "day.json", made.out);
+    const finished_command end = record({"day.json"});
+    EXPECT_EQ(end.status, 0) << end.err << made.out;
+    command_input replay{{"replay", "--json", "day.jsonl"}};
+    replay.directory = files_.path().string();
+    const finished_command played = run_dabspi(replay);
+    EXPECT_EQ(played.status, 0) << played.err;
+    EXPECT_THAT(
+        played.out,
+        HasSubstr("\"date\":\"2026-03-10\",\"time\":\"07:00\",\"duration\":180,\"name\":\"Breakfast\""));
+}
+
+TEST_F(RecordCommand, ASkeletonOfNothingIsUnusable) {
+    write_file(files_, "a.txt", "x");
+    EXPECT_EQ(record({"--skeleton", "a.txt"}).status, 2);
+    EXPECT_THAT(record({"--skeleton", "none"}).err, HasSubstr("none: cannot be read: No such file"));
+    std::filesystem::create_directory(files_.path() / "empty");
+    EXPECT_THAT(record({"--skeleton", "empty"}).err,
+                HasSubstr("there is no document, object or image to send"));
+    EXPECT_EQ(record({"--skeleton", "--check", "a.txt"}).status, 2);
+}
+
 }  // namespace
