@@ -10,6 +10,7 @@
 #include "tools/check/folder.h"
 #include "tools/files/input_kind.h"
 #include "tools/spi/receiver_values.h"
+#include "tools/spi/values.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::check {

@@ -97,7 +97,8 @@ class SpiRecorder : public testing::Test {
 };
 
 TEST_F(SpiRecorder, WhatItWroteTellsTheSameOnceMore) {
-    const recording host = dabspi::read_recording(write_recording(files_, sample_broadcast::whole()));
+    const recording host =
+        dabspi::read_recording(sample_broadcast::write_recording(files_, sample_broadcast::whole()));
     const auto recorder = server(trace_);
     feeding feed(*recorder);
     for (const dabspi::call& each : host.calls)
