@@ -29,7 +29,7 @@ need_packages() {
 
 build_packages="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpugixml-dev libpng-dev libpcap-dev libfec-dev zlib1g-dev"
 # Tests run the completion and format the manual; without bash and man they would be skipped.
-test_packages="libgtest-dev libgmock-dev bash man-db"
+test_packages="libgtest-dev libgmock-dev bash man-db tzdata"
 bench_packages="libbenchmark-dev"
 count_packages="valgrind"
 install_packages="make pkg-config binutils"

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tools/encode/broadcast_object.h"
+#include "tools/encode/local_offset.h"
 #include "tools/record/plan_keys.h"
 #include "tools/recording/recording.h"
 
@@ -42,6 +43,8 @@ struct planned_object {
     std::optional<spi_object::ensemble_id> ensemble;
     token_choice tokens;
     bool lenient = false;
+    std::string offset;                 // or zone, as it was given
+    std::optional<local_offset> local;  // what it says
     std::optional<service_id> data_service;
 };
 

@@ -17,6 +17,7 @@ constexpr std::size_t kMostOfDocument = std::size_t{8} << 20;  // as dabspi enco
 std::string how_it_is_encoded(const planned_object& object) {
     std::string key = object.ensemble ? ensemble_id_text(*object.ensemble) : "";
     key += object.lenient ? "/lenient" : "/";
+    key += "/" + object.offset;
     key += object.tokens.build ? "/tokens" : "/";
     for (const auto& [code, text] : object.tokens.given)
         key += "/" + std::to_string(code) + "=" + std::to_string(text.size()) + ":" + text;
@@ -51,6 +52,7 @@ std::optional<planned_body> plan_bodies::encode(const planned_object& object, co
     }
     encode_options how;
     how.lenient = object.lenient;
+    how.local = object.local;
     if (object.ensemble) how.ensembles = {*object.ensemble};
     encoded_document document = encode_document(xml_source(std::move(*text)), how);
     for (const source_note& each : document.errors)

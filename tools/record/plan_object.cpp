@@ -77,6 +77,24 @@ bool stays_inside(const std::string& path) {
     return true;
 }
 
+// "offset" or "zone" of a document.
+void take_local_time(plan_keys& keys, planned_object& made) {
+    const std::string* const offset = keys.text("offset");
+    const std::string* const zone = keys.text("zone");
+    if (offset != nullptr && zone != nullptr) keys.error("\"offset\" and \"zone\" exclude one another");
+    if (offset != nullptr) {
+        made.offset = *offset;
+        made.local = local_offset::fixed(*offset);
+        if (!made.local)
+            keys.error_at("offset", in_quotes(*offset) + " is no offset such as \"+01:00\", in half-hours");
+    } else if (zone != nullptr) {
+        made.offset = *zone;
+        std::string error;
+        made.local = local_offset::zone(*zone, error);
+        if (!made.local) keys.error_at("zone", error);
+    }
+}
+
 }  // namespace
 
 std::optional<service_id> take_data_service(plan_keys& keys, const char* key) {
@@ -135,6 +153,7 @@ planned_object take_object(const json& from, const std::string& where, std::vect
     if (made.what == planned_object::kind::xml) {
         made.tokens = take_tokens(keys);
         made.lenient = keys.flag("lenient");
+        take_local_time(keys, made);
         if (const std::string* const id = keys.text("ensemble")) {
             made.ensemble = spi_object::parse_ensemble_id(*id);
             if (!made.ensemble)

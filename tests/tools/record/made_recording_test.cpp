@@ -116,6 +116,22 @@ TEST_F(MadeRecording, BodiesAreKeptInFilesOrInLine) {
     EXPECT_EQ(*made.files.at("objects/logo.png"), dabspi::bytes(kPng.begin(), kPng.end()));
 }
 
+TEST_F(MadeRecording, TimesAreCodedWithTheOffsetThatIsSaid) {
+    const auto body = [&](const std::string& time, const std::string& offset) {
+        write_file(files_, "p.xml",
+                   "<epg xmlns='http://www.worlddab.org/schemas/spi'><schedule><programme id='x' shortId='1'>"
+                   "<location><time time='" +
+                       time + "' duration='PT1H'/></location></programme></schedule></epg>");
+        return *make(R"({"data_service": 1, "steps": [{"feed": {"xml": "p.xml", "file": "p")" + offset +
+                     "}}]}")
+                    .files.at("p");
+    };
+    const auto local = body("2026-07-02T06:00:00+01:00", "");
+    EXPECT_EQ(body("2026-07-02T05:00:00Z", R"(, "offset": "+01:00")"), local);
+    EXPECT_EQ(body("2026-07-02T05:00:00Z", R"(, "zone": "Europe/London")"), local);
+    EXPECT_NE(body("2026-07-02T05:00:00Z", ""), local);
+}
+
 TEST_F(MadeRecording, TokensCanBeBuiltOrGiven) {
     const std::string same(40, 'x');
     write_file(files_, "t.xml", kTop + same + " " + same + kEnd);

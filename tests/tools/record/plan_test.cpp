@@ -68,6 +68,19 @@ TEST(Plan, ReadsWhatItSays) {
     EXPECT_TRUE(plan.steps[2].resend);
 }
 
+TEST(Plan, SaysTheLocalTimeOfADocument) {
+    const auto plan = dabspi::read_plan(
+        R"({"data_service": 1, "steps": [{"feed": {"xml": "a.xml", "offset": "+01:00"}}]})");
+    ASSERT_THAT(plan.errors, IsEmpty());
+    EXPECT_EQ(plan.steps.at(0).feed.value().local->at(0), 3600);
+    EXPECT_EQ(step_error(R"({"feed": {"xml": "a.xml", "offset": "01:10"}})"),
+              "/steps/0/feed/offset: \"01:10\" is no offset such as \"+01:00\", in half-hours");
+    EXPECT_THAT(step_error(R"({"feed": {"xml": "a.xml", "zone": "Nowhere/City"}})"),
+                HasSubstr("/steps/0/feed/zone: "));
+    EXPECT_EQ(step_error(R"({"feed": {"xml": "a.xml", "zone": "UTC", "offset": "Z"}})"),
+              "/steps/0/feed: \"offset\" and \"zone\" exclude one another");
+}
+
 TEST(Plan, MustBeAnObjectWithSteps) {
     EXPECT_EQ(error_of("[]"), ": is an array; a plan is an object: {...}");
     EXPECT_EQ(error_of("{}"), ": a plan needs the key \"steps\"");
