@@ -75,9 +75,10 @@ class hand_offs {
         sending_worker() : event_proc(spi::QID_EVTDB, spi::worker_duties{}) { begin(*this); }
         ~sending_worker() override { destroy_proc(); }
         void process_event(spi::event& e) override {
-            const spi::outbox::turn turn(results_, follows(e.code()));
+            spi::outbox::turn turn(results_);
             if (e.code() == spi::EC_RESEND) return all_sent.open();
             results_.send(e.payload, spi::QID_CBHDL);
+            if (follows(e.code())) turn.go_on();
         }
         void pre() override { may_begin_.wait(); }
         void open() { may_begin_.open(); }

@@ -5,7 +5,6 @@
 // thread only, or on that of whoever calls its operations directly meanwhile.
 #pragma once
 
-#include <exception>
 #include <list>
 #include <memory>
 #include <utility>
@@ -30,24 +29,24 @@ class outbox {
         return 0;
     }
 
-    // One handler's run. What it sends leaves when it ends, in whatever way; with `goes_on`, and unless it
-    // throws, not before the next turn ends.
+    // One handler's run. What it sends leaves when it ends, in whatever way.
     class turn {
      public:
-        turn(outbox& results, bool goes_on) : results_(results), goes_on_(goes_on) {
-            results_.in_turn_ = true;
-        }
+        explicit turn(outbox& results) : results_(results) { results_.in_turn_ = true; }
         ~turn() {
             results_.in_turn_ = false;
-            if (!goes_on_ || std::uncaught_exceptions() > exceptions_before_) results_.flush();
+            if (!goes_on_) results_.flush();
         }
         turn(const turn&) = delete;
         turn& operator=(const turn&) = delete;
 
+        // The handler is done: what it sent leaves when the next turn ends. A handler that throws does not
+        // come here.
+        void go_on() { goes_on_ = true; }
+
      private:
         outbox& results_;
-        const bool goes_on_;
-        const int exceptions_before_ = std::uncaught_exceptions();
+        bool goes_on_ = false;
     };
 
     // Sends what is held back. No memory is needed.

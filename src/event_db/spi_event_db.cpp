@@ -22,13 +22,14 @@ void SpiEventDb::post() {
 
 // Programmes come many at a time: what is said of them waits while more follow.
 void SpiEventDb::process_event(event& e) {
-    const outbox::turn turn(results_, e.code() == EC_EVTINFO && follows(EC_EVTINFO));
+    outbox::turn turn(results_);
     switch (e.code()) {
         case EC_DATETIME: cfu_date_time(static_cast<const date_time_event&>(*e.payload).now); break;
         case EC_SERV: cfu_service(static_cast<const set_service_event&>(*e.payload).service); break;
         case EC_EVTINFO: {
             const auto& received = static_cast<const pi_programme_event&>(*e.payload);
             handle_programme(received.service, received.programme, e.payload);
+            if (follows(EC_EVTINFO)) turn.go_on();
             break;
         }
         case EC_RESEND: send_nownext(); break;  // as they stand, set or not

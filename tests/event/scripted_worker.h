@@ -53,8 +53,9 @@ class scripted_worker final : public spi::event_proc {
     }
     void process_event(spi::event& e) override {
         if (how_ == kAtOnce) return handle(e);
-        const spi::outbox::turn turn(results_, how_ == kWithTheLastOfTheCode && follows(e.code()));
+        spi::outbox::turn turn(results_);
         handle(e);
+        if (how_ == kWithTheLastOfTheCode && follows(e.code())) turn.go_on();
     }
 
     // In a handler: as `sending` says.

@@ -15,7 +15,7 @@ SpiParser::~SpiParser() {
 }
 
 void SpiParser::process_event(event& e) {
-    const outbox::turn turn(results_, false);
+    const outbox::turn turn(results_);
     switch (e.code()) {
         case EC_DATETIME: handle_date_time(static_cast<const date_time_event&>(*e.payload).now); break;
         case EC_ENS: eid_ = static_cast<const set_ensemble_event&>(*e.payload).ensemble; break;
