@@ -6,11 +6,6 @@
 #include "src/event/teardown.h"
 
 namespace spi {
-namespace {
-
-constexpr std::size_t kBucketHint = 10;
-
-}  // namespace
 
 event_backend::event_backend() : event_backend(nullptr) {
     begin(*this);
@@ -19,8 +14,7 @@ event_backend::event_backend() : event_backend(nullptr) {
 event_backend::event_backend(std::function<bool(std::list<event>&)> pass_on)
     : event_proc(QID_SYS, {std::move(pass_on),
                            [this](event& request, bool in_hand) { pass_on_when_ended(request, in_hand); },
-                           {}}),
-      table_(kBucketHint) {}
+                           {}}) {}
 
 event_backend::~event_backend() {
     destroy_proc();
@@ -30,13 +24,17 @@ event_backend::~event_backend() {
 
 void event_backend::process_event(event& e) {
     if (e.destination == QID_NONE) return;
+    std::unique_lock<std::recursive_mutex> lock(table_mutex_);
     if (e.destination == QID_ALL) {
-        const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
         for (const auto& [id, worker] : table_)
             worker->post_event(e);
         return;
     }
-    if (with_worker(e.destination, [&](event_proc& worker) { worker.post_event(e); })) return;
+    if (event_proc* const worker = find(e.destination)) {
+        worker->post_event(e);
+        return;
+    }
+    lock.unlock();
     serr() << ' ' << "Event backend - no queue " << ' ' << queue_name(e.destination) << ' ' << '/' << ' '
            << event_name(e.code());
 }
@@ -59,7 +57,7 @@ void event_backend::note_lost_answer() noexcept {
 
 int event_backend::register_queue(event_proc* proc) {
     const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
-    if (table_.count(proc->queue_id()) != 0) return kAlreadyRegistered;
+    if (find(proc->queue_id()) != nullptr) return kAlreadyRegistered;
     if (!table_.emplace(proc->queue_id(), proc).second) return kInsertionFailed;
     proc->set_backend(this);
     return kRegistered;
@@ -69,11 +67,8 @@ int event_backend::unregister_queue(_qid id, bool destroy) {
     event_proc* worker = nullptr;
     {
         const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
-        const auto found = table_.find(id);
-        if (found != table_.end()) {
-            worker = found->second;
-            table_.erase(found);
-        }
+        worker = find(id);
+        table_.erase(id);
     }
     if (worker == nullptr) {
         serr() << ' ' << "event queue unregistered - no queue " << ' ' << queue_name(id);
@@ -86,7 +81,12 @@ int event_backend::unregister_queue(_qid id, bool destroy) {
 
 bool event_backend::is_registered(_qid id) {
     const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
-    return table_.count(id) != 0;
+    return find(id) != nullptr;
+}
+
+event_proc* event_backend::find(_qid id) const {
+    const auto found = table_.find(id);
+    return found == table_.end() ? nullptr : found->second;
 }
 
 }  // namespace spi

@@ -2,9 +2,8 @@
 // names.
 //
 // Itself a worker (QID_SYS) with a thread of its own. Owned by the server. Registration and removal may be
-// called on any thread; delivery runs on the router's. The table is guarded by a mutex, in delivery too:
-// while the server is being destroyed, workers leave the table as others still send. Delivery only appends to
-// the target's queue, so a slow handler never holds the router up.
+// called on any thread; delivery runs on the router's, and takes the table's mutex too: while the server is
+// being destroyed, workers leave the table as others still send. A slow handler never holds the router up.
 #pragma once
 
 #include <atomic>
@@ -42,8 +41,8 @@ class event_backend : public event_proc {
     // Whether a worker is registered under `id`.
     bool is_registered(_qid id);
 
-    // An EC_TERM, or an answer to one, got lost for want of memory: somebody may be waiting for an answer
-    // that never comes. Any thread.
+    // An EC_TERM, or an answer to one, got lost for want of memory: somebody may be waiting for it. Any
+    // thread.
     void note_lost_answer() noexcept;
     // Whether that has happened. Any thread.
     bool lost_an_answer() const { return lost_answer_; }
@@ -53,24 +52,18 @@ class event_backend : public event_proc {
     // worker_duties::handle_together; it may be empty.
     explicit event_backend(std::function<bool(std::list<event>& batch)> pass_on);
 
-    // Calls `deliver` with the worker registered under `id`, and while nobody can take it out of the table.
-    // False: there is none.
-    template <class Deliver>
-    bool with_worker(_qid id, Deliver deliver) {
-        const std::lock_guard<std::recursive_mutex> lock(table_mutex_);
-        const auto found = table_.find(id);
-        if (found == table_.end()) return false;
-        deliver(*found->second);
-        return true;
-    }
-
- private:
-    void pass_on_when_ended(event& request, bool in_hand) noexcept;
+    // The worker registered under `id`, or null. With table_mutex_, as long as the worker is used.
+    event_proc* find(_qid id) const;
 
     // Recursive: an ended worker's answer to EC_TERM passes an ended router within the delivery that it
     // answers.
     std::recursive_mutex table_mutex_;
-    std::unordered_map<_qid, event_proc*> table_;  // guarded by table_mutex_; the workers are not owned
+
+ private:
+    void pass_on_when_ended(event& request, bool in_hand) noexcept;
+
+    // Guarded by table_mutex_; the workers are not owned. More buckets than there are workers.
+    std::unordered_map<_qid, event_proc*> table_{10};
     std::atomic<bool> lost_answer_{false};
 };
 

@@ -11,18 +11,17 @@ namespace spi {
 namespace {
 
 constexpr const char* kThreadName = "dabspi";
-constexpr int kThreadRegistryValue =
-    4000;                            // handed to the framework's thread registry, which knows its meaning
-constexpr int kExitTimeout = 10000;  // milliseconds
+constexpr int kThreadRegistryValue = 4000;  // the framework's thread registry knows its meaning
+constexpr int kExitTimeout = 10000;         // milliseconds
 
 }  // namespace
 
 event_proc::event_proc(_qid id) : event_proc(id, worker_duties{}) {
-    more_.open_gate(false);
+    open_gate(false);
 }
 
 event_proc::event_proc(_qid id, worker_duties what_differs)
-    : queue_(id), binding_{this, &event_proc::run}, more_(id, std::move(what_differs)) {
+    : queue_(id), binding_{this, &event_proc::run}, more_(std::move(what_differs)) {
     thread_ =
         std::make_unique<ZebThread<my_thread<event_proc>>>(&binding_, kThreadName, kThreadRegistryValue);
     started_ = thread_->Start();
@@ -81,12 +80,16 @@ int event_proc::send(std::shared_ptr<i_evt_base> payload, _qid destination) {
 
 void event_proc::destroy_proc() {
     if (!queue_.stop(running_)) return;
-    more_.tell_gate();
+    more_.gate.announce();
     wake_.notify_all();
-    if (started_ && thread_) {
-        thread_->WaitExit(kExitTimeout);
-        started_ = false;
-    }
+    if (started_) thread_->WaitExit(kExitTimeout);
+    started_ = false;
+}
+
+void event_proc::open_gate(bool takes_batches) {
+    more_.takes_batches = takes_batches;
+    more_.complete = true;
+    more_.gate.announce();
 }
 
 // The thread's body. However it is left, by its end, an exception or the thread's cancellation, `leaving`
@@ -96,6 +99,7 @@ void event_proc::run() {
         event_proc& worker;
         bool regular = false;
         ~leaving() {
+            worker.queue_.put_back(worker.more_.taken);
             if (!regular) {
                 worker.more_.ended = true;
                 worker.answer_requests();
@@ -105,8 +109,8 @@ void event_proc::run() {
         }
     } leave{*this};
 
-    // Stopped before it was complete: neither pre() nor post() may be called.
-    if (more_.wait_at_gate(running_)) serve();
+    more_.gate.wait([this] { return more_.complete || !running_; });
+    if (more_.complete) serve();  // else stopped before: neither pre() nor post() may be called
     leave.regular = true;
 }
 
@@ -118,36 +122,32 @@ void event_proc::serve() {
         more_.asleep = false;
         return running_.load();
     };
-    std::list<event> taken;
-    try {
-        while (running_ && queue_.take_all(taken, wait))
-            handle(taken);
-    } catch (...) {
-        queue_.put_back(taken);
-        throw;
-    }
-    queue_.put_back(taken);
+    while (running_ && queue_.take_all(more_.taken, wait))
+        handle_taken();
     post();
 }
 
-void event_proc::handle(std::list<event>& batch) {
-    while (running_.load(std::memory_order_relaxed) && !batch.empty()) {
-        if (more_.duties.handle_together && more_.duties.handle_together(batch)) continue;
-        event e = std::move(batch.front());
+void event_proc::handle_taken() {
+    std::list<event>& taken = more_.taken;
+    while (running_.load(std::memory_order_relaxed) && !taken.empty()) {
+        if (more_.duties.handle_together && more_.duties.handle_together(taken)) continue;
+        event e = std::move(taken.front());
         if (more_.spare_node.empty()) {
-            more_.spare_node.splice(more_.spare_node.begin(), batch, batch.begin());
+            more_.spare_node.splice(more_.spare_node.begin(), taken, taken.begin());
         } else {
-            batch.pop_front();
+            taken.pop_front();
         }
-        more_.next_code.store(batch.empty() ? EC_NONE : batch.front().code(), std::memory_order_relaxed);
-        handle(e);
+        if (e.code() == EC_TERM) {
+            handle_request(e);
+        } else if (e.code() != EC_NONE) {  // without a payload, or one that says nothing: dropped
+            process_event(e);
+        }
         // The payload is released here, at the end of its turn, before the next one.
     }
 }
 
-void event_proc::handle(event& e) {
-    if (e.code() == EC_NONE) return;  // no payload, or one that says nothing
-    if (e.code() != EC_TERM) return process_event(e);
+// A handler that throws may have answered before.
+void event_proc::handle_request(event& e) {
     more_.owes_answer = true;
     try {
         process_event(e);

@@ -2,25 +2,21 @@
 // Everything active in the library is one. Workers never call each other; they send events through the
 // router.
 //
-// Taking. The thread takes all that its queue holds under one lock, and handles it without any. Between two
-// events it looks whether it has been stopped; what it has then taken and not handled goes back to the
-// queue's head, as it does when a handler throws. So nobody can tell from outside that it had left the queue.
+// Taking. The thread takes all that its queue holds under one lock, and handles it without any. What it has
+// not handled when it leaves, stopped or by an exception, goes back to the queue's head.
 //
-// Deriving. The thread is created by the base constructor, when the derived object does not exist yet. If it
-// went on at once it would call pre() and process_event() of the base, or of whatever class is under
-// construction: a data race, and in the server's case a termination lock that nobody took. So the thread
-// first waits at a gate:
-//   - the public constructor opens the gate at once; it is for a bare worker (and for classes whose author
-//     accepts that pre() may run before their constructor has finished);
+// Deriving. The thread is created by the base constructor, and would call pre() and process_event() of
+// whatever class is under construction: a data race. So it first waits at a gate:
+//   - the public constructor opens it at once; for a bare worker (and for classes whose author accepts that
+//     pre() may run before their constructor has finished);
 //   - the protected constructor leaves it closed, and the class that is complete calls begin(*this) as the
 //     last statement of its constructor. "The constructor returned" then means "the thread serves".
-// In the same way a derived destructor runs while the thread still lives: it begins with destroy_proc(), or
-// handlers run on members that are gone.
+// A derived destructor runs while the thread still lives: it begins with destroy_proc(), or handlers run on
+// members that are gone.
 //
 // Dying. An exception that leaves a handler is reported on the debug channel and ends the worker's thread; it
 // is not restarted, and what is posted to it is kept. Only EC_TERM is still answered, on its behalf, once for
-// each: the server's destructor waits for these answers. The same holds for a worker whose thread could not
-// be created.
+// each: the server's destructor waits for that. The same holds where the thread could not be created.
 #pragma once
 
 #include <atomic>
@@ -63,22 +59,21 @@ class event_proc {
     // Queues an event and wakes the worker. Any thread may call it. Always 0.
     virtual int post_event(event e);
 
-    // Puts an event into this worker's own queue, whatever destination it names: on the router, that routes
-    // it.
+    // Into this worker's own queue, whatever the destination: on the router, that routes it.
     int post(std::shared_ptr<i_evt_base> payload, _qid destination);
 
-    // Sends an event through the router; never waits for its receiver. 1, and the payload is dropped, before
-    // this worker is registered with a router; otherwise 0.
+    // Through the router; never waits for the receiver. 1, and the payload is dropped, before this worker is
+    // registered with a router; otherwise 0.
     int send(std::shared_ptr<i_evt_base> payload, _qid destination);
 
-    // Queues all of `batch`, in its order, and leaves it empty. Where the class overrides post_event, each
-    // goes through that; otherwise no memory is needed, and the worker is woken once.
+    // Queues all of `batch`, in its order, and leaves it empty: at once and without memory, or each by
+    // post_event.
     void post_batch(std::list<event>& batch);
-    // Whether batches are queued at once.
+    // Whether batches are queued at once: the class is known not to override post_event.
     bool takes_batches() const { return more_.takes_batches; }
 
-    // Stops the thread and waits until it has ended (a wait of more than 10 s is reported, and goes on).
-    // Events still queued stay there. A second call does nothing.
+    // Stops the thread and waits until it has ended (beyond 10 s that is reported). Events still queued stay
+    // there. A second call does nothing.
     void destroy_proc();
 
     // The queue that this worker serves.
@@ -93,36 +88,35 @@ class event_proc {
     // For derived classes: the gate stays closed until begin().
     event_proc(_qid id, worker_duties what_differs);
 
-    // Opens the gate: the object is complete. Called with *this by the class of which the object is. The
-    // compiler sees whether several events may be queued at once: in a class that is final and leaves
-    // post_event as it is.
+    // Opens the gate. Called with *this by the class of which the object is. The compiler sees whether it
+    // takes batches: a final class that leaves post_event as it is.
     template <class Complete>
     void begin(Complete&) {
-        more_.open_gate(std::is_final_v<Complete> && leaves_post_event<Complete>(nullptr));
+        using own = decltype(post_event_of<Complete>(0));
+        open_gate(std::is_final_v<Complete> && std::is_same_v<own, int (event_proc::*)(event)>);
     }
 
     // Whether the thread could be created.
     bool started() const { return started_; }
 
     // On the worker's thread, in a handler: whether the next event has been taken already, and has this code.
-    bool follows(event_code code) const { return more_.next_code == code; }
+    bool follows(event_code code) const { return !more_.taken.empty() && more_.taken.front().code() == code; }
     // See outbox.
     std::list<event>& spare_node() { return more_.spare_node; }
 
  private:
+    // Only the type of its result is used: of the class's post_event, or void where that is private or more
+    // than one.
     template <class Complete>
-    static constexpr bool leaves_post_event(decltype(&Complete::post_event)) {
-        return std::is_same_v<decltype(&Complete::post_event), int (event_proc::*)(event)>;
-    }
-    template <class Complete>  // it cannot be named from here: private, or more than one
-    static constexpr bool leaves_post_event(...) {
-        return false;
-    }
+    static decltype(&Complete::post_event) post_event_of(int);
+    template <class Complete>
+    static void post_event_of(...);
 
+    void open_gate(bool takes_batches);
     void run();
     void serve();
-    void handle(std::list<event>& batch);
-    void handle(event& e);
+    void handle_taken();
+    void handle_request(event& e);
     void wake_up();
     void answer(event& request, bool in_hand);
     void answer_requests();

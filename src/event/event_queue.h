@@ -44,8 +44,7 @@ class event_queue {
     }
 
     // Moves all that there is to `taken`, which is empty. While there is nothing, `wait` is called with the
-    // locked mutex: it waits for a change, or says with false that this is of no use. Then the result is
-    // false.
+    // locked mutex, to wait for a change. Where it says false, that is the result.
     template <class Wait>
     bool take_all(std::list<event>& taken, Wait wait) {
         std::unique_lock<std::mutex> lock(mutex_);

@@ -1,8 +1,6 @@
-// What a worker's handlers send, held back until a turn ends: one lock and one wake-up of the router for all
-// of it, instead of the router being woken for each and asleep again before the next.
-//
-// For classes whose handlers wait for nothing, and do nothing that others see but send. On the worker's
-// thread only, or on that of whoever calls its operations directly meanwhile.
+// What a worker's handlers send, held back until a turn ends: one lock and one wake-up of the router for all.
+// For handlers that wait for nothing, and do nothing that others see but send. On the worker's thread only,
+// or on that of whoever calls the handlers directly meanwhile.
 #pragma once
 
 #include <list>
@@ -16,16 +14,18 @@ namespace spi {
 
 class outbox {
  public:
-    // `spare_node`: the worker's, of the event in hand. Its place serves for what is held back.
+    // `spare_node`: the worker's. Its place serves for what is held back.
     outbox(event_proc& worker, std::list<event>& spare_node) : worker_(worker), spare_node_(spare_node) {}
 
-    // As event_proc::send. Within a turn, it waits with the others; but not where the router's class
-    // wants to see each event by itself.
+    // As event_proc::send. Within a turn it waits with the others, where the router takes batches.
     int send(std::shared_ptr<i_evt_base> payload, _qid destination) {
         const event_backend* const router = worker_.backend();
         if (!in_turn_ || router == nullptr || !router->takes_batches())
             return worker_.send(std::move(payload), destination);
-        hold_back(event(destination, std::move(payload)));
+        if (spare_node_.empty()) spare_node_.emplace_back();
+        spare_node_.front() = event(destination, std::move(payload));
+        held_.splice(held_.end(), spare_node_);
+        if (held_.size() >= kLargestBatch) flush();
         return 0;
     }
 
@@ -38,10 +38,8 @@ class outbox {
             if (!goes_on_) results_.flush();
         }
         turn(const turn&) = delete;
-        turn& operator=(const turn&) = delete;
 
-        // The handler is done: what it sent leaves when the next turn ends. A handler that throws does not
-        // come here.
+        // At a handler's regular end: what it sent leaves when the next turn ends.
         void go_on() { goes_on_ = true; }
 
      private:
@@ -55,19 +53,8 @@ class outbox {
     }
 
  private:
-    // Enough that the lock and the wake-up do not count, few enough that the others have something to do
-    // meanwhile.
+    // The lock and the wake-up do not count any more, and the others have something to do meanwhile.
     static constexpr std::size_t kLargestBatch = 64;
-
-    void hold_back(event&& result) {
-        if (spare_node_.empty()) {
-            held_.push_back(std::move(result));
-        } else {
-            spare_node_.front() = std::move(result);
-            held_.splice(held_.end(), spare_node_);
-        }
-        if (held_.size() >= kLargestBatch) flush();
-    }
 
     event_proc& worker_;
     std::list<event>& spare_node_;

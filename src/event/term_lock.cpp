@@ -25,18 +25,17 @@ void term_lock::unlock(std::string&& who) noexcept {
     }
 }
 
-term_event_proc::term_event_proc(_qid id) : event_proc(id, {{}, {}, [this] { thread_ended(); }}) {
+term_event_proc::term_event_proc(_qid id)
+    : event_proc(id, {{}, {}, [this] {
+                          if (owns_lock()) unlock("thread end");
+                          disarm();
+                      }}) {
     if (!started()) disarm();  // nobody will take the lock
 }
 
 void term_event_proc::disarm() noexcept {
     disarmed_ = true;
     teardown_monitor().announce();
-}
-
-void term_event_proc::thread_ended() noexcept {
-    if (owns_lock()) unlock("thread end");
-    disarmed_ = true;
 }
 
 }  // namespace spi

@@ -62,8 +62,6 @@ class term_event_proc : public term_lock, public event_proc {
     }
 
  private:
-    void thread_ended() noexcept;
-
     std::atomic<bool> disarmed_{false};  // released for good, or never to be taken: nobody needs to wait
 };
 
