@@ -52,7 +52,7 @@ class event_backend : public event_proc {
     // worker_duties::handle_together; it may be empty.
     explicit event_backend(std::function<bool(std::list<event>& batch)> pass_on);
 
-    // The worker registered under `id`, or null. With table_mutex_, as long as the worker is used.
+    // The worker registered under `id`, or null. table_mutex_ is held as long as the worker is used.
     event_proc* find(_qid id) const;
 
     // Recursive: an ended worker's answer to EC_TERM passes an ended router within the delivery that it

@@ -32,6 +32,7 @@ class outbox {
     // One handler's run. What it sends leaves when it ends, in whatever way.
     class turn {
      public:
+        // From here on, what is sent waits.
         explicit turn(outbox& results) : results_(results) { results_.in_turn_ = true; }
         ~turn() {
             results_.in_turn_ = false;
@@ -53,7 +54,7 @@ class outbox {
     }
 
  private:
-    // The lock and the wake-up do not count any more, and the others have something to do meanwhile.
+    // So many that the lock and the wake-up do not count, so few that the others have work meanwhile.
     static constexpr std::size_t kLargestBatch = 64;
 
     event_proc& worker_;

@@ -25,15 +25,17 @@ struct worker_duties {
     std::function<void()> thread_ended;
 };
 
+// The one member of event_proc behind its queue and its thread.
 struct worker_lifecycle {
+    // With the gate closed.
     explicit worker_lifecycle(worker_duties what_differs) : duties(std::move(what_differs)) {}
 
-    const worker_duties duties;
+    const worker_duties duties;  // empty: as event_proc does
 
-    // ---- set by begin() ----
-    std::atomic<bool> complete{false};
-    std::atomic<bool> takes_batches{false};
-    monitor gate;  // announced when it is complete, or stopped
+    // ---- set when the gate opens ----
+    std::atomic<bool> complete{false};       // the object is: the thread may go on
+    std::atomic<bool> takes_batches{false};  // see event_proc
+    monitor gate;                            // announced when it opens, and when the worker is stopped
 
     // ---- the thread only ----
     std::list<event> taken;       // from the queue, and not handled yet
