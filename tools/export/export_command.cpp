@@ -111,8 +111,8 @@ int run_export(const export_options& options) {
 }  // namespace
 
 command add_export_command(CLI::App& dabspi) {
-    CLI::App* const app =
-        dabspi.add_subcommand("export", "Write services, schedules and logos in the formats of other programs");
+    CLI::App* const app = dabspi.add_subcommand(
+        "export", "Write services, schedules and logos in the formats of other programs");
     const auto options = std::make_shared<export_options>();
     app->add_option("INPUT", options->inputs, guide::kGuideInputs)->required()->option_text("...");
     app->add_option("--xmltv", options->xmltv,

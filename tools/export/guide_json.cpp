@@ -1,7 +1,7 @@
 #include "tools/export/guide_json.h"
 
-#include <ctime>
 #include <cstdio>
+#include <ctime>
 #include <nlohmann/json.hpp>
 
 #include "tools/export/genre_names.h"
@@ -31,7 +31,8 @@ std::string iso_time(std::int64_t instant, std::optional<int> offset) {
 json json_of(const std::vector<guide::text>& texts) {
     json all = json::array();
     for (const guide::text& each : texts) {
-        json one = {{"text", each.value}};
+        json one = json::object();
+        one["text"] = each.value;
         if (!each.language.empty()) one["language"] = each.language;
         all.push_back(std::move(one));
     }
@@ -60,7 +61,8 @@ json json_of(const guide::picture& of) {
 void describe(json& to, const guide::described& what, const char* pictures) {
     add_names(to, what.names);
     json descriptions = json::object();
-    if (!what.descriptions.short_texts.empty()) descriptions["short"] = json_of(what.descriptions.short_texts);
+    if (!what.descriptions.short_texts.empty())
+        descriptions["short"] = json_of(what.descriptions.short_texts);
     if (!what.descriptions.long_texts.empty()) descriptions["long"] = json_of(what.descriptions.long_texts);
     to["descriptions"] = std::move(descriptions);
     to["genres"] = json::array();
@@ -80,9 +82,10 @@ void describe(json& to, const guide::described& what, const char* pictures) {
 }
 
 json json_of(const guide::programme& of) {
-    json made = {{"start", iso_time(of.start, of.offset)},
-                 {"stop", iso_time(of.stop(), of.offset)},
-                 {"duration", of.duration}};
+    json made = json::object();
+    made["start"] = iso_time(of.start, of.offset);
+    made["stop"] = iso_time(of.stop(), of.offset);
+    made["duration"] = of.duration;
     if (!of.id.empty()) made["id"] = of.id;
     if (of.short_id) made["short_id"] = *of.short_id;
     if (!of.language.empty()) made["language"] = of.language;
@@ -109,28 +112,28 @@ json json_of(const guide::service& of) {
 
 }  // namespace
 
+// A service a line: the whole is never held as a tree.
 std::string guide_json(const guide::programme_guide& of) {
-    json made = json::object();
-    made["ensembles"] = json::array();
+    json ensembles = json::array();
     for (const auto& [id, names] : of.ensembles) {
         json one = {{"id", id.text()}};
         add_names(one, names);
-        made["ensembles"].push_back(std::move(one));
+        ensembles.push_back(std::move(one));
     }
-    made["services"] = json::array();
+    std::string text = "{\"ensembles\": " + ensembles.dump() + ",\n\"services\": [";
     for (const guide::service& each : of.services)
-        made["services"].push_back(json_of(each));
+        text += (&each == &of.services.front() ? "\n" : ",\n") + json_of(each).dump();
     const guide::guide_counts& counts = of.counts;
-    made["counts"] = {{"objects", counts.objects},
-                      {"replaced_objects", counts.replaced_objects},
-                      {"malformed_objects", counts.malformed_objects},
-                      {"repaired_characters", counts.repaired_characters},
-                      {"programmes_without_service", counts.without_service},
-                      {"programmes_without_time", counts.without_time},
-                      {"programmes_with_the_same_start", counts.same_start},
-                      {"images", counts.images},
-                      {"images_that_nothing_announces", counts.unused_images}};
-    return printable_json(made.dump(1)) + "\n";
+    const json counted = {{"objects", counts.objects},
+                          {"replaced_objects", counts.replaced_objects},
+                          {"malformed_objects", counts.malformed_objects},
+                          {"repaired_characters", counts.repaired_characters},
+                          {"programmes_without_service", counts.without_service},
+                          {"programmes_without_time", counts.without_time},
+                          {"programmes_with_the_same_start", counts.same_start},
+                          {"images", counts.images},
+                          {"images_that_nothing_announces", counts.unused_images}};
+    return printable_json(text + "\n],\n\"counts\": " + counted.dump() + "}\n");
 }
 
 }  // namespace dabspi

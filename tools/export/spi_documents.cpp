@@ -80,8 +80,8 @@ std::string path_of(const guide::service_id& id, const guide::ensemble_id& on) {
 
 // Of a picture's name, what can be the name of a file below a folder.
 std::string file_name_of(const std::string& url) {
-    std::string name = url.substr(std::min(url.find("://") == std::string::npos ? 0 : url.find("://") + 3,
-                                           url.size()));
+    std::string name =
+        url.substr(std::min(url.find("://") == std::string::npos ? 0 : url.find("://") + 3, url.size()));
     for (char& c : name)
         if (static_cast<unsigned char>(c) < 0x20 || std::strchr("/\\:*?\"<>|\x7F", c) != nullptr) c = '_';
     while (!name.empty() && name.front() == '.')

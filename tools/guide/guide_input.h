@@ -13,8 +13,8 @@
 namespace dabspi::guide {
 
 struct guide_settings {
-    std::size_t limit = 256;                    // MiB that are read of one input
-    std::optional<local_offset> local = {};     // of documents, see encode_options
+    std::size_t limit = 256;                 // MiB that are read of one input
+    std::optional<local_offset> local = {};  // of documents, see encode_options
 };
 
 struct guide_input {

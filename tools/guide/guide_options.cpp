@@ -23,7 +23,8 @@ void say_counts(const guide_counts& counts) {
     const auto say = [](std::size_t count, const char* text) {
         if (count != 0) print_error(std::to_string(count) + " " + text);
     };
-    say(counts.malformed_objects, "objects are malformed; what could be read is there: dabspi inspect shows it");
+    say(counts.malformed_objects,
+        "objects are malformed; what could be read is there: dabspi inspect shows it");
     say(counts.repaired_characters, "characters are not UTF-8, or not for XML, and were replaced by U+FFFD");
     say(counts.without_service, "programmes name no service, and are left out");
     say(counts.without_time, "programmes have no time, and are left out");
@@ -39,8 +40,9 @@ const char* const kGuideInputs =
 
 void add_guide_options(CLI::App& app, guide_options& to) {
     CLI::Option* const offset =
-        app.add_option("--offset", to.offset,
-                       "Of documents: the offset of local time, e.g. +01:00, for times in UTC and without a zone")
+        app.add_option(
+               "--offset", to.offset,
+               "Of documents: the offset of local time, e.g. +01:00, for times in UTC and without a zone")
             ->option_text("OFFSET")
             ->check(offset_fault);
     app.add_option("--zone", to.zone,

@@ -47,7 +47,8 @@ void guide_reader::add_object(std::shared_ptr<const bytes> body, const std::stri
                               std::optional<std::uint16_t> ensemble_received_on) {
     const std::size_t number = objects_.size();
     if (!name.empty()) {
-        const std::string key = (ensemble_received_on ? std::to_string(*ensemble_received_on) : "") + "/" + name;
+        const std::string key =
+            (ensemble_received_on ? std::to_string(*ensemble_received_on) : "") + "/" + name;
         const auto [known, is_new] = by_name_.emplace(key, number);
         if (!is_new) {
             read_object none;
@@ -69,10 +70,10 @@ void guide_reader::add_object(std::shared_ptr<const bytes> body, const std::stri
         default_id_.reset();
         if (const node* const id = top.child(tag::default_content_id))
             if (const auto* const value = std::get_if<spi_object::content_id>(&id->decoded))
-                default_id_ = bearer_id{service_of_id(*value),
-                                        value->ensemble_coded
-                                            ? std::optional(ensemble_id{value->ecc, value->eid})
-                                            : std::nullopt};
+                default_id_ =
+                    bearer_id{service_of_id(*value), value->ensemble_coded
+                                                         ? std::optional(ensemble_id{value->ecc, value->eid})
+                                                         : std::nullopt};
         for (const node& each : top.children) {
             if (each.kind != spi_object::node_kind::element || each.element == nullptr) continue;
             if (top.tag == tag::epg && each.tag == tag::schedule) schedule(each, objects_.back());
@@ -151,7 +152,8 @@ void guide_reader::ensemble(const node& from, read_object& into) {
             into.ensembles[*on] = description(from).names;
         }
     for (const node& each : from.children)
-        if (each.kind == spi_object::node_kind::element && each.tag == tag::service) service_of(each, on, into);
+        if (each.kind == spi_object::node_kind::element && each.tag == tag::service)
+            service_of(each, on, into);
 }
 
 void guide_reader::service_of(const node& from, std::optional<ensemble_id> on, read_object& into) {
@@ -234,14 +236,14 @@ text guide_reader::text_in(const node& from) {
     return made;
 }
 
-std::optional<guide_reader::bearer_id> guide_reader::id_of(const node& from, std::uint8_t attribute_tag) const {
+std::optional<guide_reader::bearer_id> guide_reader::id_of(const node& from,
+                                                           std::uint8_t attribute_tag) const {
     const node* const found = from.attribute_at(attribute_tag);
     if (found == nullptr) return default_id_;
     const auto* const id = std::get_if<spi_object::content_id>(&found->decoded);
     if (id == nullptr) return std::nullopt;
-    return bearer_id{service_of_id(*id), id->ensemble_coded
-                                             ? std::optional(ensemble_id{id->ecc, id->eid})
-                                             : std::nullopt};
+    return bearer_id{service_of_id(*id),
+                     id->ensemble_coded ? std::optional(ensemble_id{id->ecc, id->eid}) : std::nullopt};
 }
 
 service_id guide_reader::known(service_id id, std::optional<std::uint16_t> eid) const {
@@ -264,8 +266,7 @@ void guide_reader::gather_services(std::map<service_id, service>& all) {
         }
         for (read_service& each : object.services)
             for (const auto& [bearer, ensemble] : each.bearers) {
-                const service_id id =
-                    known(bearer, ensemble ? std::optional(ensemble->eid) : std::nullopt);
+                const service_id id = known(bearer, ensemble ? std::optional(ensemble->eid) : std::nullopt);
                 service& made = all[id];
                 made.id = id;
                 // Another ensemble's service information usually says the same of it; the latest counts.

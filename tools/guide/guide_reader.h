@@ -75,8 +75,8 @@ class guide_reader {
     std::vector<read_object> objects_;
     std::map<std::string, std::size_t> by_name_;
     std::map<std::string, std::shared_ptr<const bytes>> images_;
-    std::string language_;                       // the object's default
-    std::optional<bearer_id> default_id_;        // the object's
+    std::string language_;                 // the object's default
+    std::optional<bearer_id> default_id_;  // the object's
     std::optional<std::uint16_t> received_on_;
     // For identifiers that were coded without their ECC.
     std::map<std::uint16_t, std::uint8_t> ecc_of_ensembles_;

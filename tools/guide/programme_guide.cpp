@@ -22,7 +22,8 @@ const text* texts::first() const {
 
 long programme::local_day() const {
     const std::int64_t local = local_start();
-    return static_cast<long>((local - (local % kSecondsOfDay + kSecondsOfDay) % kSecondsOfDay) / kSecondsOfDay);
+    return static_cast<long>((local - (local % kSecondsOfDay + kSecondsOfDay) % kSecondsOfDay) /
+                             kSecondsOfDay);
 }
 
 std::string service_id::text() const {

@@ -62,8 +62,8 @@ struct described {
 };
 
 struct programme : described {
-    std::int64_t start = 0;     // seconds since 1970-01-01T00:00Z
-    std::optional<int> offset;  // half-hours that local time is ahead of UTC, as coded
+    std::int64_t start = 0;      // seconds since 1970-01-01T00:00Z
+    std::optional<int> offset;   // half-hours that local time is ahead of UTC, as coded
     std::uint32_t duration = 0;  // seconds
     std::string id;              // a CRID, as coded
     std::optional<std::uint32_t> short_id;
@@ -126,8 +126,8 @@ struct guide_counts {
 
 struct programme_guide {
     std::map<ensemble_id, texts> ensembles;
-    std::vector<service> services;                        // by their identifiers
-    std::vector<std::shared_ptr<const bytes>> sources;    // the objects
+    std::vector<service> services;                      // by their identifiers
+    std::vector<std::shared_ptr<const bytes>> sources;  // the objects
     guide_counts counts;
 
     const service* find(const service_id& id) const;
