@@ -5,6 +5,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "tools/recording/json_keys.h"
 #include "tools/recording/json_reader.h"
 #include "tools/recording/json_values.h"
 #include "tools/text/base64.h"
@@ -18,83 +19,26 @@ using nlohmann::json;
 
 constexpr std::size_t kMostKeys = 100;  // of a line; calls have up to eight
 
-// Takes the keys of one call. Every key that nobody asked for is unknown in that call.
-class call_keys {
- public:
-    call_keys(const json& object, std::string name, std::vector<std::string>& errors)
-        : object_(object), name_(std::move(name)), errors_(errors) {}
-
-    bool has(const char* key) const { return object_.contains(key); }
-
-    template <typename Unsigned>
-    void take_number(const char* key, Unsigned& to, bool required) {
-        const json* value = find(key, required);
-        if (value == nullptr) return;
-        const whole_number read = read_whole_number(*value, std::numeric_limits<Unsigned>::max());
-        if (!read.error.empty()) {
-            error(std::string(key) + " " + read.error);
-        } else {
-            to = static_cast<Unsigned>(read.value);
-        }
-    }
-
-    // Null if the key is missing or its value is not a text; the error is noted.
-    const std::string* take_text(const char* key, bool required) {
-        const json* value = find(key, required);
-        if (value == nullptr) return nullptr;
-        if (value->is_string()) return value->get_ptr<const std::string*>();
-        error(std::string(key) + " is " + json_text(*value) + "; a text is needed");
-        return nullptr;
-    }
-
-    void error(const std::string& text) { errors_.push_back(text); }
-
-    void refuse_others() {
-        for (const auto& [key, value] : object_.items()) {
-            if (key == "call" || std::find(asked_.begin(), asked_.end(), key) != asked_.end()) continue;
-            std::string text = "unknown key " + in_quotes(key) + "; " + name_ + " takes ";
-            if (asked_.empty()) text += "none";
-            for (const std::string& known : asked_)
-                text += (&known == &asked_.front() ? "" : ", ") + known;
-            error(text);
-        }
-    }
-
- private:
-    const json* find(const char* key, bool required) {
-        asked_.emplace_back(key);
-        const auto found = object_.find(key);
-        if (found != object_.end()) return &*found;
-        if (required) error(name_ + " needs the key \"" + key + "\"");
-        return nullptr;
-    }
-
-    const json& object_;
-    std::string name_;
-    std::vector<std::string>& errors_;
-    std::vector<std::string> asked_;
-};
-
-void take_service(call_keys& keys, service_id& service) {
-    keys.take_number("sid", service.sid, true);
-    keys.take_number("ecc", service.ecc, false);
-    keys.take_number("scids", service.scids, false);
+void take_service(json_keys& keys, service_id& service) {
+    keys.number("sid", service.sid, true);
+    keys.number("ecc", service.ecc);
+    keys.number("scids", service.scids);
 }
 
-void take_clock_text(call_keys& keys, const char* key, std::size_t digits, std::string& to) {
-    const std::string* text = keys.take_text(key, true);
+void take_clock_text(json_keys& keys, const char* key, std::size_t digits, std::string& to) {
+    const std::string* text = keys.text(key, true);
     if (text == nullptr) return;
     to = *text;
     // Only a text of the right length is ever converted.
     if (text->size() != digits) return;
     if (std::all_of(text->begin(), text->end(), [](char c) { return c >= '0' && c <= '9'; })) return;
-    keys.error(std::string(key) + " " + in_quotes(*text) + " cannot be converted: it must be " +
-               std::to_string(digits) + " digits, " + (digits == 8 ? "YYYYMMDD" : "HHMM"));
+    keys.error_at(key, in_quotes(*text) + " cannot be converted: it must be " + std::to_string(digits) +
+                           " digits, " + (digits == 8 ? "YYYYMMDD" : "HHMM"));
 }
 
-std::shared_ptr<const bytes> take_body(call_keys& keys, body_files& files) {
-    const std::string* file = keys.take_text("file", false);
-    const std::string* body = keys.take_text("body", false);
+std::shared_ptr<const bytes> take_body(json_keys& keys, body_files& files) {
+    const std::string* file = keys.text("file");
+    const std::string* body = keys.text("body");
     if (keys.has("file") && keys.has("body")) {
         keys.error("both \"file\" and \"body\" are given; give exactly one");
         return nullptr;
@@ -111,32 +55,32 @@ std::shared_ptr<const bytes> take_body(call_keys& keys, body_files& files) {
     if (body == nullptr) return nullptr;
     base64_result decoded = decode_base64(*body);
     if (!decoded.error.empty()) {
-        keys.error("body is not base64: " + decoded.error);
+        keys.error_at("body", "is not base64: " + decoded.error);
     } else if (decoded.data.size() > std::numeric_limits<std::uint32_t>::max()) {
-        keys.error("body is longer than the longest body of 4294967295 bytes");
+        keys.error_at("body", "is longer than the longest body of 4294967295 bytes");
     }
     return std::make_shared<const bytes>(std::move(decoded.data));
 }
 
-set_date_time take_set_date_time(call_keys& keys) {
+set_date_time take_set_date_time(json_keys& keys) {
     set_date_time call;
     take_clock_text(keys, "date", 8, call.date);
     take_clock_text(keys, "time", 4, call.time);
     return call;
 }
 
-set_current_service take_set_current_service(call_keys& keys) {
+set_current_service take_set_current_service(json_keys& keys) {
     set_current_service call;
     take_service(keys, call.service);
-    keys.take_number("ensemble", call.ensemble, true);
+    keys.number("ensemble", call.ensemble, true);
     return call;
 }
 
-feed_mot_body take_feed_mot_body(call_keys& keys, body_files& files) {
+feed_mot_body take_feed_mot_body(json_keys& keys, body_files& files) {
     feed_mot_body call;
-    keys.take_number("content_type", call.content_type, true);
-    keys.take_number("content_subtype", call.content_subtype, true);
-    if (const std::string* name = keys.take_text("content_name", true)) call.content_name = *name;
+    keys.number("content_type", call.content_type, true);
+    keys.number("content_subtype", call.content_subtype, true);
+    if (const std::string* name = keys.text("content_name", true)) call.content_name = *name;
     take_service(keys, call.service);
     call.body = take_body(keys, files);
     return call;
@@ -169,7 +113,9 @@ recording_line read_recording_line(std::string_view line, body_files& files) {
     }
 
     const auto& what = name->get_ref<const std::string&>();
-    call_keys keys(object, what, result.errors);
+    json_keys keys(object, what, [&result](const std::string& key, const std::string& text) {
+        result.errors.push_back(key.empty() ? text : key + " " + text);
+    });
     if (what == "SetDateTime") {
         result.what = take_set_date_time(keys);
     } else if (what == "SetCurrentService") {
@@ -184,7 +130,7 @@ recording_line read_recording_line(std::string_view line, body_files& files) {
             "; the calls are SetDateTime, SetCurrentService, FeedMotBody and ResendNowNext");
         return result;
     }
-    keys.refuse_others();
+    keys.refuse_others("call");
     if (!result.errors.empty()) result.what.reset();
     return result;
 }
