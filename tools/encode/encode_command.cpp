@@ -12,6 +12,7 @@
 #include "tools/encode/document_messages.h"
 #include "tools/encode/earlier_ids.h"
 #include "tools/encode/encode_report.h"
+#include "tools/encode/local_time_options.h"
 #include "tools/files/input_kind.h"
 #include "tools/files/whole_file.h"
 #include "tools/terminal/error_messages.h"
@@ -34,8 +35,7 @@ struct options_of_encode {
     std::string name;
     std::vector<std::string> ensembles;
     std::string service;
-    std::string offset;
-    std::string zone;
+    local_time_options local_time;
     std::size_t limit = 8;
     bool tokens = false;
     bool lenient = false;
@@ -62,9 +62,7 @@ encode_options how(const options_of_encode& options) {
     result.lenient = options.lenient;
     result.most_bytes = options.limit * kMebibyte * kObjectsOfDocument;
     if (!options.service.empty()) result.service = spi_object::parse_content_id(as_uri(options.service));
-    std::string error;
-    if (!options.offset.empty()) result.local = local_offset::fixed(options.offset);
-    if (!options.zone.empty()) result.local = local_offset::zone(options.zone, error);
+    result.local = options.local_time.value();
     for (const std::string& each : options.ensembles)
         result.ensembles.push_back(*spi_object::parse_ensemble_id(each));
     return result;
@@ -218,17 +216,6 @@ std::string check_service(const std::string& text) {
                : in_quotes(text) + " is no service such as e1.c185.c221.0: ECC, EId, SId, SCIdS";
 }
 
-std::string check_offset(const std::string& text) {
-    return local_offset::fixed(text)
-               ? std::string()
-               : in_quotes(text) + " is no offset such as +01:00 or -03:30, in half-hours up to 15:30";
-}
-
-std::string check_zone(const std::string& text) {
-    std::string error;
-    return local_offset::zone(text, error) ? std::string() : error;
-}
-
 }  // namespace
 
 command add_encode_command(CLI::App& dabspi) {
@@ -265,18 +252,7 @@ command add_encode_command(CLI::App& dabspi) {
            "service has no bearer of the DAB domain, e.g. e1.c185.c221.0")
         ->option_text("ID")
         ->check(check_service);
-    CLI::Option* const offset =
-        app->add_option(
-               "--offset", options->offset,
-               "The offset of local time, e.g. +01:00: it is coded with times in UTC, and times\nwithout "
-               "a zone are of it. Receivers show UTC plus the coded offset")
-            ->option_text("OFFSET")
-            ->check(check_offset);
-    app->add_option("--zone", options->zone,
-                    "The same by the system's time zone data, with summer time, e.g. Europe/London")
-        ->option_text("NAME")
-        ->excludes(offset)
-        ->check(check_zone);
+    add_local_time_options(*app, options->local_time);
     app->add_flag("--tokens", options->tokens,
                   "Build a token table that makes each object smaller, and say by how much");
     app->add_flag("--lenient", options->lenient,

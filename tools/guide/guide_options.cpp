@@ -1,22 +1,10 @@
 #include "tools/guide/guide_options.h"
 
 #include "tools/terminal/error_messages.h"
-#include "tools/text/utf8.h"
 
 namespace dabspi::guide {
 
 namespace {
-
-std::string offset_fault(const std::string& text) {
-    return local_offset::fixed(text)
-               ? std::string()
-               : in_quotes(text) + " is no offset such as +01:00 or -03:30, in half-hours up to 15:30";
-}
-
-std::string zone_fault(const std::string& text) {
-    std::string error;
-    return local_offset::zone(text, error) ? std::string() : error;
-}
 
 // What the guide does not have although the input held it.
 void say_counts(const guide_counts& counts) {
@@ -39,17 +27,7 @@ const char* const kGuideInputs =
     "(ETSI TS 102 818); - is a recording on standard input";
 
 void add_guide_options(CLI::App& app, guide_options& to) {
-    CLI::Option* const offset =
-        app.add_option(
-               "--offset", to.offset,
-               "Of documents: the offset of local time, e.g. +01:00, for times in UTC and without a zone")
-            ->option_text("OFFSET")
-            ->check(offset_fault);
-    app.add_option("--zone", to.zone,
-                   "The same by the system's time zone data, with summer time, e.g. Europe/London")
-        ->option_text("NAME")
-        ->excludes(offset)
-        ->check(zone_fault);
+    add_local_time_options(app, to.local_time);
     app.add_option("--limit", to.limit, "How much is read of one input, in MiB (default: 256)")
         ->option_text("MIB")
         ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
@@ -59,9 +37,7 @@ std::optional<programme_guide> read_guide_of(const std::vector<std::string>& pat
                                              const guide_options& options) {
     guide_settings settings;
     settings.limit = options.limit;
-    std::string error;
-    if (!options.offset.empty()) settings.local = local_offset::fixed(options.offset);
-    if (!options.zone.empty()) settings.local = local_offset::zone(options.zone, error);
+    settings.local = options.local_time.value();
     guide_input read = read_guide(paths, settings);
     print_errors(read.said, "messages");
     if (!read.errors.empty()) {

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "tools/encode/local_time_options.h"
 #include "tools/guide/guide_input.h"
 
 namespace dabspi::guide {
 
 struct guide_options {
-    std::string offset;
-    std::string zone;
+    local_time_options local_time;
     std::size_t limit = 256;
 };
 
