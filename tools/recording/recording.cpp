@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <system_error>
 
@@ -159,11 +160,18 @@ void read_all(std::FILE* file, recording_reader& reader) {
 }  // namespace
 
 recording_limits recording_limits::of(std::size_t mebibytes) {
+    const recording_limits usual;
+    // On 32 bits a limit may be beyond what can be counted; then it is the most that can be.
+    const auto in_proportion = [&](std::uint64_t of) {
+        const std::uint64_t wanted = of * mebibytes / (usual.most_bytes / kMebibyte);
+        return static_cast<std::size_t>(
+            std::min<std::uint64_t>(wanted, std::numeric_limits<std::size_t>::max()));
+    };
     recording_limits limits;
-    limits.most_line = limits.most_line * mebibytes / (limits.most_bytes / kMebibyte) + kMebibyte;
-    limits.most_calls = limits.most_calls * mebibytes / (limits.most_bytes / kMebibyte) + 1;
-    limits.most_bodies = mebibytes * kMebibyte;
-    limits.most_bytes = mebibytes * kMebibyte;
+    limits.most_line = std::max(in_proportion(usual.most_line), kMebibyte);
+    limits.most_calls = std::max<std::size_t>(in_proportion(usual.most_calls), 1);
+    limits.most_bodies = in_proportion(usual.most_bodies);
+    limits.most_bytes = in_proportion(usual.most_bytes);
     return limits;
 }
 
