@@ -80,8 +80,8 @@ std::string page_around(const std::string& title, const char* style, const std::
            policy(script) +
            "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
            "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
-           escaped(title) + "</title>\n<style>\n" + kBaseStyle + style + "</style>\n</head>\n<body>\n" + body +
-           (script.empty() ? "" : "<script>" + script + "</script>\n") + "</body>\n</html>\n";
+           escaped(title) + "</title>\n<style>\n" + kBaseStyle + style + "</style>\n</head>\n<body>\n" +
+           body + (script.empty() ? "" : "<script>" + script + "</script>\n") + "</body>\n</html>\n";
 }
 
 std::string image_uri(const bytes& body) {

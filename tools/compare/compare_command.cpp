@@ -53,7 +53,8 @@ std::string ignored_fault(const std::string& name) {
         known.emplace_back(each.name);
     }
     return in_quotes(name) + " is no kind of difference" + did_you_mean(name, known) +
-           "; there are services, days, programmes, descriptions, genres and logos, and the kinds that --json "
+           "; there are services, days, programmes, descriptions, genres and logos, and the kinds that "
+           "--json "
            "names";
 }
 
@@ -92,9 +93,9 @@ int run_compare(const compare_options& options) {
     const compare::comparison made = compare::compare_guides(*guide_a, *guide_b, settings);
     const compare::compared_side side_a{a, &*guide_a};
     const compare::compared_side side_b{b, &*guide_b};
-    const std::string report =
-        options.json ? json_report(made, side_a, side_b, settings.tolerance)
-                     : text_report(made, side_a, side_b, options.all ? 0 : kMostListed);
+    const std::string report = options.json
+                                   ? json_report(made, side_a, side_b, settings.tolerance)
+                                   : text_report(made, side_a, side_b, options.all ? 0 : kMostListed);
     if (!print(report, STDOUT_FILENO)) return kExitFailed;
     return made.differences.empty() ? kExitDone : kExitMalformed;
 }
@@ -104,8 +105,9 @@ int run_compare(const compare_options& options) {
 command add_compare_command(CLI::App& dabspi) {
     CLI::App* const app = dabspi.add_subcommand("compare", "Say what differs between two broadcasts");
     const auto options = std::make_shared<compare_options>();
-    app->add_option("A", options->a, "What it should be: a call recording, a folder of objects, a single object, or an\n"
-                                     "XML document (ETSI TS 102 818); - is a recording on standard input")
+    app->add_option("A", options->a,
+                    "What it should be: a call recording, a folder of objects, a single object, or an\n"
+                    "XML document (ETSI TS 102 818); - is a recording on standard input")
         ->required();
     app->add_option("B", options->b, "What it is, of the same kinds")->required();
     app->add_option("--with-a", options->with_a, "Another input of A, such as its schedules; may be repeated")
@@ -120,9 +122,10 @@ command add_compare_command(CLI::App& dabspi) {
                     "How far starts and durations may differ, e.g. 30s, 1min or 1h (default: 0s)")
         ->option_text("SPAN")
         ->check(tolerance_fault);
-    app->add_option("--ignore", options->ignored,
-                    "Leave out services, days, programmes, descriptions, genres or logos, or a single kind of\n"
-                    "difference, such as programme-duration; several with commas")
+    app->add_option(
+           "--ignore", options->ignored,
+           "Leave out services, days, programmes, descriptions, genres or logos, or a single kind of\n"
+           "difference, such as programme-duration; several with commas")
         ->option_text("WHAT")
         ->delimiter(',')
         ->allow_extra_args(false)
@@ -131,13 +134,16 @@ command add_compare_command(CLI::App& dabspi) {
     app->add_flag("--json", options->json, "Print one JSON object with all differences");
     guide::add_guide_options(*app, options->guide);
     app->footer(
-        "Compared are services, days, programmes, descriptions, genres and logos. Times are compared in UTC,\n"
+        "Compared are services, days, programmes, descriptions, genres and logos. Times are compared in "
+        "UTC,\n"
         "texts after what is not UTF-8 was replaced.\n"
-        "Exit status: 0 nothing differs; 1 something differs; 2 an input or the command line cannot be used,\n"
+        "Exit status: 0 nothing differs; 1 something differs; 2 an input or the command line cannot be "
+        "used,\n"
         "or there is nothing to compare; 3 output that cannot be written.\n"
         "\n"
         "Examples:\n"
-        "  dabspi compare --with-a PI.xml SI.xml dump/                what was published, and what is on air\n"
+        "  dabspi compare --with-a PI.xml SI.xml dump/                what was published, and what is on "
+        "air\n"
         "  dabspi compare --tolerance 1min yesterday.jsonl today.jsonl\n"
         "  dabspi compare --ignore days,logos --json A B | jq .counts");
     return {app, [options] { return run_compare(*options); }};

@@ -14,7 +14,8 @@ struct compared_side {
 };
 
 // `most` differences of a kind are listed; 0: all.
-std::string text_report(const comparison& of, const compared_side& a, const compared_side& b, std::size_t most);
+std::string text_report(const comparison& of, const compared_side& a, const compared_side& b,
+                        std::size_t most);
 
 // `tolerance` in seconds.
 std::string json_report(const comparison& of, const compared_side& a, const compared_side& b,

@@ -87,7 +87,8 @@ std::string text_of(const size& of) {
 }
 
 std::string words_for(const picture& of) {
-    return "logo " + in_quotes(of.url) + (is_known(size_of(of)) ? ", " + text_of(size_of(of)) : std::string());
+    return "logo " + in_quotes(of.url) +
+           (is_known(size_of(of)) ? ", " + text_of(size_of(of)) : std::string());
 }
 
 class picture_comparison {
@@ -98,8 +99,7 @@ class picture_comparison {
     std::vector<said_difference> differences() {
         std::vector<const picture*> left;
         for (const picture& each : a_)
-            if (const picture* const other =
-                    taken([&](const picture& of_b) { return of_b.url == each.url; }))
+            if (const picture* const other = taken([&](const picture& of_b) { return of_b.url == each.url; }))
                 compare(each, *other);
             else
                 left.push_back(&each);

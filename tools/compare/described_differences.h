@@ -21,8 +21,8 @@ std::string description_difference(const guide::texts& a, const guide::texts& b)
 
 std::string genre_difference(const guide::described& a, const guide::described& b);
 
-// Images are compared where both sides have any; `uncompared` counts the logos of which only one side's image is
-// known.
+// Images are compared where both sides have any; `uncompared` counts the logos of which only one side's image
+// is known.
 struct picture_rules {
     bool both_have_images = false;
     std::size_t uncompared = 0;

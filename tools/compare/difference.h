@@ -35,8 +35,8 @@ enum class difference_kind {
 
 struct kind_words {
     difference_kind kind;
-    const char* name;     // on the command line and in JSON
-    const char* topic;    // several kinds share one
+    const char* name;   // on the command line and in JSON
+    const char* topic;  // several kinds share one
     const char* heading;
 };
 

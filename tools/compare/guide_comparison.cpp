@@ -35,7 +35,7 @@ std::string duration_words(std::uint32_t seconds) {
 
 // Gives each of A's services B's, or null.
 std::vector<std::pair<const service*, const service*>> paired_services(const programme_guide& a,
-                                                                      const programme_guide& b) {
+                                                                       const programme_guide& b) {
     std::set<const service*> taken;
     std::vector<std::pair<const service*, const service*>> made;
     for (const service& each : a.services) {
@@ -59,8 +59,7 @@ std::vector<std::pair<const service*, const service*>> paired_services(const pro
     for (const auto& [id, each] : free)
         made.emplace_back(nullptr, each);
     const auto id = [](const auto& pair) { return (pair.first != nullptr ? pair.first : pair.second)->id; };
-    std::stable_sort(made.begin(), made.end(),
-                     [&](const auto& x, const auto& y) { return id(x) < id(y); });
+    std::stable_sort(made.begin(), made.end(), [&](const auto& x, const auto& y) { return id(x) < id(y); });
     return made;
 }
 

@@ -14,6 +14,7 @@ namespace {
 using guide::programme;
 
 constexpr std::int64_t kAnyDistance = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kSecondsOfDay = 86400;
 constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
 std::string_view name_in(const programme& of) {
@@ -43,7 +44,11 @@ struct waiting {
 class pairing {
  public:
     pairing(const guide::service& a, const guide::service& b)
-        : a_(a.programmes), b_(b.programmes), of_a_(a_.size(), kNone), of_b_(b_.size(), kNone), out_a_(a_.size()),
+        : a_(a.programmes),
+          b_(b.programmes),
+          of_a_(a_.size(), kNone),
+          of_b_(b_.size(), kNone),
+          out_a_(a_.size()),
           out_b_(b_.size()) {}
 
     // Nearly all of them, and fast.
@@ -95,7 +100,8 @@ class pairing {
         }
         const auto is_out = [](const counted& day) { return !day.paired && (day.a == 0 || day.b == 0); };
         for (const auto& [day, count] : all)
-            if (is_out(count)) (count.b == 0 ? into.days_a : into.days_b).emplace_back(day, count.a + count.b);
+            if (is_out(count))
+                (count.b == 0 ? into.days_a : into.days_b).emplace_back(day, count.a + count.b);
         for (std::size_t i = 0; i < a_.size(); ++i)
             out_a_[i] = is_out(all[days.of(a_[i].start)]);
         for (std::size_t i = 0; i < b_.size(); ++i)
@@ -171,15 +177,16 @@ local_days::local_days(const guide::service& a, const guide::service& b) {
 }
 
 long local_days::of(std::int64_t instant) const {
-    programme at;
-    at.start = instant;
+    std::int64_t local = instant;
     if (!offsets_.empty()) {
-        auto after = std::upper_bound(offsets_.begin(), offsets_.end(), instant,
-                                      [](std::int64_t value, const auto& each) { return value < each.first; });
+        auto after =
+            std::upper_bound(offsets_.begin(), offsets_.end(), instant,
+                             [](std::int64_t value, const auto& each) { return value < each.first; });
         if (after != offsets_.begin()) --after;
-        at.offset = after->second;
+        local += after->second * 1800;
     }
-    return at.local_day();
+    return static_cast<long>((local - (local % kSecondsOfDay + kSecondsOfDay) % kSecondsOfDay) /
+                             kSecondsOfDay);
 }
 
 paired_programmes pair_programmes(const guide::service& a, const guide::service& b, const local_days& days,

@@ -1,9 +1,9 @@
 // Which programme of one schedule is which of another.
 //
-// One to one. First those that begin at the same time, give or take the tolerance, with the same identifier or
-// name; then, of the same identifier and then of the same name, those that are nearest to each other in time:
-// they were moved; then those that begin at the same time: they were renamed. Days that only one side has are
-// told as a whole, and their programmes are not looked for on other days.
+// One to one. First those that begin at the same time, give or take the tolerance, with the same identifier
+// or name; then, of the same identifier and then of the same name, those that are nearest to each other in
+// time: they were moved; then those that begin at the same time: they were renamed. Days that only one side
+// has are told as a whole, and their programmes are not looked for on other days.
 //
 // Work is n log n in the number of programmes.
 #pragma once

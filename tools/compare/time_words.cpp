@@ -22,8 +22,8 @@ std::string date_in_utc(std::int64_t instant) {
 std::string clock_in_utc(std::int64_t instant, bool seconds) {
     const auto of_day = static_cast<int>((instant % kDay + kDay) % kDay);
     char text[32];
-    std::snprintf(text, sizeof text, seconds ? "%02d:%02d:%02d" : "%02d:%02d", of_day / 3600, of_day / 60 % 60,
-                  of_day % 60);
+    std::snprintf(text, sizeof text, seconds ? "%02d:%02d:%02d" : "%02d:%02d", of_day / 3600,
+                  of_day / 60 % 60, of_day % 60);
     return text;
 }
 
@@ -36,7 +36,8 @@ std::string date_text(long day) {
 std::string clock_text(std::int64_t instant, long day) {
     const std::int64_t midnight = static_cast<std::int64_t>(day) * kDay;
     const bool other_day = instant < midnight || instant >= midnight + kDay;
-    return (other_day ? date_in_utc(instant) + " " : std::string()) + clock_in_utc(instant, instant % 60 != 0) + "Z";
+    return (other_day ? date_in_utc(instant) + " " : std::string()) +
+           clock_in_utc(instant, instant % 60 != 0) + "Z";
 }
 
 std::string utc_text(std::int64_t instant) {

@@ -60,7 +60,8 @@ command add_guide_command(CLI::App& dabspi) {
         ->check(a_name_is_needed);
     guide::add_guide_options(*app, options->guide);
     app->footer(
-        "All services of all ensembles, with their days, programmes, descriptions and logos. What is on now is\n"
+        "All services of all ensembles, with their days, programmes, descriptions and logos. What is on now "
+        "is\n"
         "marked by the reader's clock.\n"
         "Exit status: 0 the page was written; 2 an input or the command line cannot be used; 3 anything\n"
         "else, such as output that cannot be written.\n"

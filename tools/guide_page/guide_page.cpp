@@ -95,9 +95,11 @@ std::string item(const service& of, std::size_t which) {
     std::string more = paragraphs(one.descriptions) + genres(one);
     if (stop > one.start)
         more = "<p><small>until " + clock_words(stop + one.offset.value_or(0) * 1800) + "</small></p>" + more;
-    const std::string open = "<li data-s=\"" + std::to_string(one.start) + "\" data-e=\"" + std::to_string(stop) + "\">";
-    return open + (more.empty() ? "<p>" + title + "</p>"
-                                : "<details><summary>" + title + "</summary>" + more + "</details>") +
+    const std::string open =
+        "<li data-s=\"" + std::to_string(one.start) + "\" data-e=\"" + std::to_string(stop) + "\">";
+    return open +
+           (more.empty() ? "<p>" + title + "</p>"
+                         : "<details><summary>" + title + "</summary>" + more + "</details>") +
            "</li>\n";
 }
 
@@ -112,9 +114,10 @@ std::string day(const service& of, std::size_t first, std::size_t last, bool ope
         items += item(of, i);
     }
     return "<details class=\"day\"" + std::string(open ? " open" : "") + " data-s=\"" +
-           std::to_string(of.programmes[first].start) + "\" data-e=\"" + std::to_string(stop) + "\"><summary>" +
-           day_words(of.programmes[first].local_day()) + " <small>" + counted(last - first, "programme") +
-           (in_utc ? ", times in UTC" : "") + "</small></summary>\n<ol>\n" + items + "</ol></details>\n";
+           std::to_string(of.programmes[first].start) + "\" data-e=\"" + std::to_string(stop) +
+           "\"><summary>" + day_words(of.programmes[first].local_day()) + " <small>" +
+           counted(last - first, "programme") + (in_utc ? ", times in UTC" : "") +
+           "</small></summary>\n<ol>\n" + items + "</ol></details>\n";
 }
 
 // The square one, or the one whose width is nearest to what is shown.
@@ -132,7 +135,8 @@ std::string logo(const service& of) {
         best = &each;
         source = std::move(uri);
     }
-    return source.empty() ? source : "<img alt=\"" + escaped("Logo of " + name_of(of)) + "\" src=\"" + source + "\">";
+    return source.empty() ? source
+                          : "<img alt=\"" + escaped("Logo of " + name_of(of)) + "\" src=\"" + source + "\">";
 }
 
 std::string ensemble_words(const guide::programme_guide& all, const guide::ensemble_id& id) {
@@ -142,8 +146,8 @@ std::string ensemble_words(const guide::programme_guide& all, const guide::ensem
 }
 
 std::string article(const guide::programme_guide& all, const service& of, std::size_t number) {
-    std::string made = "<article id=\"s" + std::to_string(number) + "\">\n<div class=\"head\">" + logo(of) + "<h2>" +
-                       from_broadcast(name_of(of)) + " <small>" + escaped(of.id.text());
+    std::string made = "<article id=\"s" + std::to_string(number) + "\">\n<div class=\"head\">" + logo(of) +
+                       "<h2>" + from_broadcast(name_of(of)) + " <small>" + escaped(of.id.text());
     for (const guide::ensemble_id& each : of.ensembles)
         made += ", " + ensemble_words(all, each);
     made += "</small></h2></div>\n" + paragraphs(of.descriptions) + "<p class=\"on\" hidden></p>\n";
@@ -167,7 +171,8 @@ std::string lower(std::string text) {
 }
 
 std::string link(const service& of, std::size_t number) {
-    return "<li>" + check::html::link_to("s" + std::to_string(number), from_broadcast(name_of(of))) + "</li>\n";
+    return "<li>" + check::html::link_to("s" + std::to_string(number), from_broadcast(name_of(of))) +
+           "</li>\n";
 }
 
 std::string links(const std::string& summary, const std::vector<std::size_t>& numbers,
@@ -203,8 +208,8 @@ std::string header(const guide::programme_guide& of) {
             ++programmes;
             days.insert(one.local_day());
         }
-    std::string made = "<header>\n<h1>Programme guide</h1>\n<p>" + counted(of.services.size(), "service") + ", " +
-                       counted(programmes, "programme");
+    std::string made = "<header>\n<h1>Programme guide</h1>\n<p>" + counted(of.services.size(), "service") +
+                       ", " + counted(programmes, "programme");
     if (!days.empty()) made += ", " + day_words(*days.begin());
     if (days.size() > 1) made += " to " + day_words(*days.rbegin());
     return made + "</p>\n<p>Times are local times as they are broadcast.</p>\n</header>\n";
