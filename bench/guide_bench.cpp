@@ -79,10 +79,12 @@ void guide_write(benchmark::State& state, Format format) {
     state.counters["bytes"] = static_cast<double>(bytes);
     programmes_per_second(state);
 }
-BENCHMARK_CAPTURE(guide_write, xmltv, [](const programme_guide& of) { return dabspi::xmltv_of(of).size(); })
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(guide_write, json, [](const programme_guide& of) { return dabspi::guide_json(of).size(); })
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(guide_write, xmltv, [](const programme_guide& of) {
+    return dabspi::xmltv_of(of).size();
+})->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(guide_write, json, [](const programme_guide& of) {
+    return dabspi::guide_json(of).size();
+})->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(guide_write, documents, [](const programme_guide& of) {
     std::vector<std::string> said;
     return dabspi::spi_documents(of, said).size();

@@ -49,9 +49,9 @@ std::string counted(std::size_t count, const std::string& what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-// In full, a line for each of its lines.
+// In full, a line for each of its lines; its own direction. A page has many: no element too many.
 std::string paragraph(const std::string& text) {
-    std::string made = "<p><bdi>";
+    std::string made = "<p dir=\"auto\">";
     std::size_t from = 0;
     for (std::size_t at = 0; at <= text.size(); ++at) {
         if (at < text.size() && text[at] != '\n' && text[at] != '\r') continue;
@@ -59,7 +59,7 @@ std::string paragraph(const std::string& text) {
         made += escaped(std::string_view(text).substr(from, at - from));
         from = at + 1;
     }
-    return made + "</bdi></p>";
+    return made + "</p>";
 }
 
 std::string paragraphs(const guide::texts& of) {
@@ -90,16 +90,12 @@ std::string item(const service& of, std::size_t which) {
     const programme& one = of.programmes[which];
     const std::int64_t stop = stop_of(of, which);
     const std::string name = name_of(one);
-    const std::string title = "<time>" + clock_words(one.local_start()) + "</time> <b>" +
-                              (name.empty() ? std::string("(no name)") : from_broadcast(name)) + "</b>";
-    std::string more = paragraphs(one.descriptions) + genres(one);
-    if (stop > one.start)
-        more = "<p><small>until " + clock_words(stop + one.offset.value_or(0) * 1800) + "</small></p>" + more;
-    const std::string open =
-        "<li data-s=\"" + std::to_string(one.start) + "\" data-e=\"" + std::to_string(stop) + "\">";
-    return open +
-           (more.empty() ? "<p>" + title + "</p>"
-                         : "<details><summary>" + title + "</summary>" + more + "</details>") +
+    std::string title = "<span>" + clock_words(one.local_start());
+    if (stop > one.start) title += "\u2013" + clock_words(one.local_start() + stop - one.start);
+    title += "</span> " + (name.empty() ? std::string("<bdi>(no name)</bdi>") : from_broadcast(name));
+    const std::string more = paragraphs(one.descriptions) + genres(one);
+    return "<li data-s=\"" + std::to_string(one.start) + "\" data-e=\"" + std::to_string(stop) + "\">" +
+           (more.empty() ? title : "<details><summary>" + title + "</summary>" + more + "</details>") +
            "</li>\n";
 }
 
@@ -117,7 +113,7 @@ std::string day(const service& of, std::size_t first, std::size_t last, bool ope
            std::to_string(of.programmes[first].start) + "\" data-e=\"" + std::to_string(stop) +
            "\"><summary>" + day_words(of.programmes[first].local_day()) + " <small>" +
            counted(last - first, "programme") + (in_utc ? ", times in UTC" : "") +
-           "</small></summary>\n<ol>\n" + items + "</ol></details>\n";
+           "</small></summary>\n<noscript><ol>\n" + items + "</ol></noscript></details>\n";
 }
 
 // The square one, or the one whose width is nearest to what is shown.

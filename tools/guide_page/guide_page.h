@@ -1,8 +1,8 @@
 // A programme guide as one page for a person: nothing from outside, every text of the broadcast shown as
 // text. A small script marks what is on by the reader's clock and opens today; without it all else works.
 //
-// Linear in the guide. Days are closed until they are asked for, and services out of sight are not laid out,
-// so that hundreds of them open quickly.
+// Linear in the guide. With scripts the programmes of a day are made when it is opened, and services out of
+// sight are not laid out, so that hundreds of them open quickly.
 #pragma once
 
 #include <string>

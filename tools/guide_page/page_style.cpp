@@ -15,17 +15,18 @@ article p { margin: .3rem 0; overflow-wrap: anywhere; }
 .head h2 { flex: 1 1 12rem; min-width: 0; margin: 0; padding: 0; border: 0; }
 .head h2 small { display: block; font-weight: 400; }
 .on { font-weight: 600; }
+summary small { font-weight: 400; white-space: nowrap; }
 .day > summary { padding: .45rem 0; font-weight: 600; }
 .day ol { margin: 0; padding: 0; list-style: none; }
-.day li { padding: .15rem .4rem; border-top: 1px solid var(--rule); border-left: .3rem solid transparent; overflow-wrap: anywhere; }
-.day li > p, .day li > details > summary { margin: 0; padding: .3rem 0; }
-.day li > p { padding-left: 1.1rem; }
-.day li > details > :not(summary) { margin-left: 1.1rem; max-width: 42rem; }
-.day b { font-weight: 600; }
-time { font-variant-numeric: tabular-nums; }
+.day li { padding: .45rem .4rem .45rem 1.5rem; border-top: 1px solid var(--rule); border-left: .3rem solid transparent;
+  overflow-wrap: anywhere; }
+.day li > details { margin-left: -1.1rem; }
+.day li > details > p { margin-left: 1.1rem; max-width: 42rem; }
+.day li span { font-variant-numeric: tabular-nums; }
+.day li bdi { font-weight: 600; }
 .day li.now { border-left-color: var(--now); background: var(--cell); color: var(--cell-text); }
 .day li.now small { color: inherit; }
-.day li.now b::after { content: " \00b7  on now"; font-weight: 400; }
+.day li.now bdi::after { content: " \00b7  on now"; font-weight: 400; }
 )";
 
 }  // namespace dabspi

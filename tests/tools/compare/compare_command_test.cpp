@@ -76,8 +76,9 @@ TEST_F(CompareCommand, Ends2WhereItCannotSay) {
     EXPECT_EQ(run({good, (files_.path() / "none").string()}).status, 2);
     EXPECT_EQ(run({good}).status, 2);
     EXPECT_EQ(run({"-", "-"}).status, 2);
-    const finished_command empty = run({good, write_file(files_, "empty.jsonl", "{\"call\":\"SetDateTime\","
-                                                                    "\"date\":\"20260310\",\"time\":\"0530\"}\n")});
+    const finished_command empty = run({good, write_file(files_, "empty.jsonl",
+                                                         "{\"call\":\"SetDateTime\","
+                                                         "\"date\":\"20260310\",\"time\":\"0530\"}\n")});
     EXPECT_EQ(empty.status, 2);
     EXPECT_EQ(empty.err, "dabspi: B holds neither a service nor a programme: there is nothing to compare\n");
     EXPECT_EQ(empty.out, "");
@@ -101,15 +102,16 @@ TEST_F(CompareCommand, IgnoresTopicsAndKinds) {
     const finished_command wrong = run({"--ignore", "programes", document(), later});
     EXPECT_EQ(wrong.status, 2);
     EXPECT_THAT(wrong.err, HasSubstr("did you mean"));
-    EXPECT_EQ(run({"--ignore", "services,days,programmes,descriptions,genres,logos", document(), later}).status,
-              2);
+    EXPECT_EQ(
+        run({"--ignore", "services,days,programmes,descriptions,genres,logos", document(), later}).status, 2);
 }
 
 TEST_F(CompareCommand, CutsLongListsUnlessAllIsAskedFor) {
     const std::string more = object("more.bin", 0, 30);
     const finished_command cut = run({document(), more});
-    EXPECT_THAT(cut.out, AllOf(HasSubstr("Programmes that only B has: 30\n"), HasSubstr("\"More 9\""),
-                               Not(HasSubstr("\"More 10\"")), HasSubstr("  and 20 more\n"), HasSubstr("--all")));
+    EXPECT_THAT(cut.out,
+                AllOf(HasSubstr("Programmes that only B has: 30\n"), HasSubstr("\"More 9\""),
+                      Not(HasSubstr("\"More 10\"")), HasSubstr("  and 20 more\n"), HasSubstr("--all")));
     const finished_command all = run({"--all", document(), more});
     EXPECT_THAT(all.out, AllOf(HasSubstr("\"More 29\""), Not(HasSubstr("--all"))));
 }
@@ -143,7 +145,8 @@ TEST_F(CompareCommand, SaysWhatOfADocumentHasNoCoding) {
     const std::string text = kDocument;
     const std::size_t at = text.find("<serviceScope");
     const std::string document =
-        write_file(files_, "other.xml", text.substr(0, at) + "<serviceScope id=\"fm:ce1.c221.10000\"/>" + text.substr(at));
+        write_file(files_, "other.xml",
+                   text.substr(0, at) + "<serviceScope id=\"fm:ce1.c221.10000\"/>" + text.substr(at));
     const finished_command end = run({document, object("pi.bin")});
     EXPECT_EQ(end.status, 0) << end.out;
     EXPECT_THAT(end.err, HasSubstr("other.xml: left out: "));

@@ -59,11 +59,11 @@ TEST(GuideComparison, TellsServicesThatAreMissingAddedAndRenamed) {
     const service stays = station({}, {0xE1, 0xC221, 0});
     service renamed = stays;
     renamed.names = medium("Other");
-    EXPECT_THAT(said(guide_of({stays, station({talk("News", 0)}, {0xE1, 0xC222, 0})}),
-                     guide_of({renamed, station({}, {0xE1, 0xC223, 0})})),
-                ElementsAre("service-renamed: the medium name is \"Other\" instead of \"Station c221\"",
-                            "service-missing: not in B (1 programme)",
-                            "service-added: only in B (0 programmes)"));
+    EXPECT_THAT(
+        said(guide_of({stays, station({talk("News", 0)}, {0xE1, 0xC222, 0})}),
+             guide_of({renamed, station({}, {0xE1, 0xC223, 0})})),
+        ElementsAre("service-renamed: the medium name is \"Other\" instead of \"Station c221\"",
+                    "service-missing: not in B (1 programme)", "service-added: only in B (0 programmes)"));
 }
 
 TEST(GuideComparison, FindsAServiceWithoutItsEccBySIdAndScids) {
@@ -84,8 +84,9 @@ TEST(GuideComparison, DoesNotCompareWhatAnUnannouncedServiceCannotSay) {
     service programmes_alone = announced;
     programmes_alone.announced = false;
     programmes_alone.names = {};
-    EXPECT_THAT(said(announced, programmes_alone),
-                ElementsAre("service-information-missing: B has programmes of it, and no service information"));
+    EXPECT_THAT(
+        said(announced, programmes_alone),
+        ElementsAre("service-information-missing: B has programmes of it, and no service information"));
     EXPECT_THAT(said(programmes_alone, announced),
                 ElementsAre("service-information-added: A has programmes of it, and no service information"));
     EXPECT_THAT(said(programmes_alone, programmes_alone), IsEmpty());
@@ -112,7 +113,8 @@ TEST(GuideComparison, TellsWhatHappenedToProgrammes) {
 }
 
 TEST(GuideComparison, SaysTheDateOfAMoveToAnotherDay) {
-    EXPECT_THAT(said(station({talk("Quiz", 60), talk("News", 1500)}), station({talk("News", 1500), talk("Quiz", 1560), talk("Night", 0)})),
+    EXPECT_THAT(said(station({talk("Quiz", 60), talk("News", 1500)}),
+                     station({talk("News", 1500), talk("Quiz", 1560), talk("Night", 0)})),
                 ElementsAre("programme-added: 00:00Z \"Night\" is only in B",
                             "programme-moved: 01:00Z \"Quiz\" begins at 2026-03-11 02:00Z, 25 h later"));
 }
@@ -181,10 +183,11 @@ TEST(GuideComparison, ComparesImagesByTheirBytesWhereBothSidesHaveImages) {
     b.services[0].pictures[0].content = image(3);
     a.counts.images = 2;
     b.counts.images = 1;
-    EXPECT_THAT(said(a, b),
-                ElementsAre("logo-missing: logo \"b.png\", 64x64 is announced in B, but its image is not there",
-                            "logo-picture: logo \"a.png\", 32x32: the image is another one, 2 bytes instead "
-                            "of 2"));
+    EXPECT_THAT(
+        said(a, b),
+        ElementsAre("logo-missing: logo \"b.png\", 64x64 is announced in B, but its image is not there",
+                    "logo-picture: logo \"a.png\", 32x32: the image is another one, 2 bytes instead "
+                    "of 2"));
     EXPECT_THAT(said(b, a)[0],
                 "logo-added: logo \"b.png\", 64x64 is announced in A, but its image is only in B");
 }

@@ -97,7 +97,8 @@ TEST(ProgrammePairs, AreNotLookedForOnDaysThatOneSideHasAlone) {
 }
 
 TEST(ProgrammePairs, WithinTheToleranceMayStandOnTwoDays) {
-    const paired_programmes found = paired(station({talk("Night", 1439)}), station({talk("Night", 1440)}), 60);
+    const paired_programmes found =
+        paired(station({talk("Night", 1439)}), station({talk("Night", 1440)}), 60);
     EXPECT_THAT(minutes_of(found), ElementsAre(Pair(1439, 1440)));
     EXPECT_THAT(found.days_a, IsEmpty());
     EXPECT_THAT(found.days_b, IsEmpty());

@@ -20,12 +20,11 @@ inline spi_builder::bytes full_programme(const std::string& name, unsigned hour)
     const sb::programme_data data = {{"", "", name}, sb::local_time(kDay, hour, 0, 2), 3600, 77, {}};
     const sb::bytes whole = sb::programme(data);
     const sb::bytes inside(whole.begin() + 2, whole.end());
-    const sb::bytes media =
-        sb::elem(tag::media_description,
-                 {sb::elem(tag::long_description, {sb::text("All about it & <more>")})});
+    const sb::bytes media = sb::elem(tag::media_description,
+                                     {sb::elem(tag::long_description, {sb::text("All about it & <more>")})});
     const sb::bytes genre = sb::elem(tag::genre, {sb::attr(0x80, {0x03, 0x06, 0x02})});
-    return sb::elem(tag::programme, sb::join({sb::attr(0x80, sb::str("crid://example.org/p1")), inside, media,
-                                              genre}));
+    return sb::elem(tag::programme,
+                    sb::join({sb::attr(0x80, sb::str("crid://example.org/p1")), inside, media, genre}));
 }
 
 inline spi_builder::bytes schedule() {
@@ -36,11 +35,12 @@ inline spi_builder::bytes schedule() {
     // The second one has no duration, and no name.
     const sb::programme_data open = {{}, sb::local_time(kDay, 9, 0, 2), 0, {}, {}};
     const sb::programme_data next = {{"", "Last", ""}, sb::local_time(kDay, 23, 30, 2), 7200, {}, {}};
-    const sb::programme_data tomorrow = {{"", "Tomorrow", ""}, sb::local_time(kDay + 1, 1, 30, 2), 60, {}, {}};
-    return sb::elem(tag::epg, {sb::elem(tag::default_language, sb::str("en")),
-                               sb::elem(tag::schedule, {scope, full_programme("Jazz \"now\"", 7),
-                                                        sb::programme(open), sb::programme(next),
-                                                        sb::programme(tomorrow)})});
+    const sb::programme_data tomorrow = {
+        {"", "Tomorrow", ""}, sb::local_time(kDay + 1, 1, 30, 2), 60, {}, {}};
+    return sb::elem(tag::epg,
+                    {sb::elem(tag::default_language, sb::str("en")),
+                     sb::elem(tag::schedule, {scope, full_programme("Jazz \"now\"", 7), sb::programme(open),
+                                              sb::programme(next), sb::programme(tomorrow)})});
 }
 
 inline spi_builder::bytes information(const spi_builder::service_id& bearer) {

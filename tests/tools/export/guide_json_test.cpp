@@ -45,9 +45,15 @@ void check(const json& value, const json& schema, const json& whole, const std::
         return check(value, whole.at("$defs").at(name), whole, where);
     }
     const std::string type = schema.at("type");
-    if (type == "string") { EXPECT_TRUE(value.is_string()) << where; }
-    if (type == "integer") { EXPECT_TRUE(value.is_number_integer()) << where; }
-    if (type == "boolean") { EXPECT_TRUE(value.is_boolean()) << where; }
+    if (type == "string") {
+        EXPECT_TRUE(value.is_string()) << where;
+    }
+    if (type == "integer") {
+        EXPECT_TRUE(value.is_number_integer()) << where;
+    }
+    if (type == "boolean") {
+        EXPECT_TRUE(value.is_boolean()) << where;
+    }
     if (type == "array") {
         ASSERT_TRUE(value.is_array()) << where;
         for (const json& each : value)

@@ -60,8 +60,8 @@ TEST(Xmltv, HasTitleDescriptionCategoryAndIdentifier) {
 
 // What the document type says of the order of elements; programs that validate refuse another one.
 TEST(Xmltv, KeepsTheOrderOfTheDocumentType) {
-    const std::vector<std::string> order = {"title", "desc",  "category", "keyword",
-                                            "language", "icon", "url",    "episode-num"};
+    const std::vector<std::string> order = {"title",    "desc", "category", "keyword",
+                                            "language", "icon", "url",      "episode-num"};
     const pugi::xml_document document = parsed(example_guide::made());
     std::set<std::string> seen;
     for (const pugi::xml_node programme : document.child("tv").children("programme")) {

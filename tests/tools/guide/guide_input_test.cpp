@@ -54,10 +54,10 @@ TEST(GuideInput, IsAFolderOrARecording) {
     const temporary_directory files;
     write_file(files, "pi.bin", schedule_object());
     EXPECT_THAT(programmes_of(read_guide({files.path().string()}, {})), ElementsAre("Broadcast"));
-    const std::string recording =
-        write_file(files, "day.jsonl",
-                   "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":1,\"content_name\":\"a\","
-                   "\"sid\":1,\"file\":\"pi.bin\"}\n");
+    const std::string recording = write_file(
+        files, "day.jsonl",
+        "{\"call\":\"FeedMotBody\",\"content_type\":7,\"content_subtype\":1,\"content_name\":\"a\","
+        "\"sid\":1,\"file\":\"pi.bin\"}\n");
     EXPECT_THAT(programmes_of(read_guide({recording}, {})), ElementsAre("Broadcast"));
 }
 

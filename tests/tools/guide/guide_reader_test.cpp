@@ -81,9 +81,9 @@ TEST(Guide, GivesProgrammesToTheServicesOfTheirBearersFirst) {
 }
 
 TEST(Guide, GivesProgrammesToTheDefaultServiceLast) {
-    const sb::bytes object = sb::elem(
-        tag::epg, {sb::elem(tag::default_content_id, sb::content_id(kTwo)),
-                   sb::elem(tag::schedule, {sb::programme(talk("Default's", 7))})});
+    const sb::bytes object =
+        sb::elem(tag::epg, {sb::elem(tag::default_content_id, sb::content_id(kTwo)),
+                            sb::elem(tag::schedule, {sb::programme(talk("Default's", 7))})});
     EXPECT_THAT(ids_of(guide_of({object})), ElementsAre("e1.c222.0"));
 }
 
@@ -129,7 +129,8 @@ TEST(Guide, TakesTheLaterProgrammeOfOneStart) {
 
 TEST(Guide, FindsTheEccThatAnIdentifierLeavesOut) {
     // A content ID without ECC and EId, as the edition of 2008 codes it.
-    const sb::bytes scope = sb::elem(tag::scope, {sb::elem(tag::service_scope, {sb::attr(0x80, {0x00, 0xC2, 0x21})})});
+    const sb::bytes scope =
+        sb::elem(tag::scope, {sb::elem(tag::service_scope, {sb::attr(0x80, {0x00, 0xC2, 0x21})})});
     const sb::bytes object =
         sb::elem(tag::epg, {sb::elem(tag::schedule, {scope, sb::programme(talk("A", 7))})});
     EXPECT_THAT(ids_of(guide_of({object})), ElementsAre("00.c221.0"));
@@ -189,7 +190,8 @@ TEST(Guide, FindsThePicturesThatWereSent) {
 }
 
 TEST(Guide, FindsServicesByTheirIdentifiers) {
-    const programme_guide guide = guide_of({schedule_of(kOne, {talk("A", 7)}), schedule_of(kTwo, {talk("B", 7)})});
+    const programme_guide guide =
+        guide_of({schedule_of(kOne, {talk("A", 7)}), schedule_of(kTwo, {talk("B", 7)})});
     ASSERT_NE(guide.find({0xE1, 0xC222, 0}), nullptr);
     EXPECT_EQ(guide.find({0xE1, 0xC222, 0})->id.sid, 0xC222U);
     EXPECT_EQ(guide.find({0xE1, 0xC223, 0}), nullptr);

@@ -51,8 +51,8 @@ TEST_F(GuideCommand, WritesNothingOverItsInputAndNothingOfNothing) {
     const std::string before = read_file(object_);
     EXPECT_EQ(run({"--html", object_, object_}).status, 2);
     EXPECT_EQ(read_file(object_), before);
-    const std::string empty =
-        write_file(files_, "empty.jsonl", "{\"call\":\"SetDateTime\",\"date\":\"20260310\",\"time\":\"0530\"}\n");
+    const std::string empty = write_file(
+        files_, "empty.jsonl", "{\"call\":\"SetDateTime\",\"date\":\"20260310\",\"time\":\"0530\"}\n");
     const finished_command end = run({"--html", page_, empty});
     EXPECT_EQ(end.status, 2);
     EXPECT_EQ(end.err, "dabspi: there is no service and no programme to show; nothing was written\n");
