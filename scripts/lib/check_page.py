@@ -1,4 +1,4 @@
-"""Measures the pages of `dabspi check --html` in headless Chromium. See scripts/check-page.
+"""Measures the pages of `dabspi check --html` and `dabspi guide --html` in headless Chromium. See scripts/check-page.
 
     check_page.py COMMAND FOLDER     the dabspi command, and where pages and screenshots go
 """
@@ -220,6 +220,70 @@ def check_page(name, recording, least_cells, least_images):
     return page, result
 
 
+ALL_SHOWN = "<style>article { content-visibility: visible; }</style></head>"
+
+
+def check_guide(name, inputs, least_images=0):
+    """All of it laid out: what is closed, and what is out of sight, is measured as well."""
+    page = os.path.join(FOLDER, name + ".html")
+    done = subprocess.run([COMMAND, "guide", "--html", page, *inputs], stdout=subprocess.DEVNULL, check=False)
+    if done.returncode != 0:
+        fault(f"{name}: dabspi guide ended with {done.returncode}")
+        return None
+    check_loading(name, page)
+    with open(page, encoding="utf-8") as file:
+        text = file.read()
+    opened = write("opened.html", re.sub("<details(?! open)", "<details open", text).replace("</head>", ALL_SHOWN, 1))
+    result = None
+    for width in WIDTHS:
+        for dark in (False, True):
+            result = measure(name, opened, width, dark)
+            if result and result["images"] < least_images:
+                fault(f"{name}: {result['images']} images are too few")
+            if result and (result["owned"] or "owned" in result["title"]):
+                fault(f"{name}: a text of the broadcast was run")
+    return page
+
+
+WITHOUT_SCRIPTS = """<!DOCTYPE html><iframe sandbox="allow-same-origin" src="%s"></iframe>
+<script>addEventListener('load', () => {
+  const page = document.querySelector('iframe').contentDocument;
+  document.title = page.querySelectorAll('details.day li').length + ' programmes, ' + page.querySelectorAll('.now').length + ' marked';
+});</script>"""
+
+
+def check_without_scripts(name, page):
+    """In a frame that runs none: the programmes are there all the same."""
+    with open(page, encoding="utf-8") as file:
+        wanted = file.read().count("<li data-s")
+    dom, _ = chromium(file_url(write("around.html", WITHOUT_SCRIPTS % file_url(page))), "--dump-dom")
+    if f"<title>{wanted} programmes, 0 marked</title>" not in dom or not wanted:
+        fault(f"{name}: without scripts there are not {wanted} programmes: {re.findall('<title>(.*?)</title>', dom)}")
+
+
+def check_now(name, page):
+    """With its policy as it stands the page's own script runs, and nothing else does: one programme is marked."""
+    dom, _ = chromium(file_url(page), "--dump-dom")
+    marked = re.findall(r'<li [^>]*class="now"[^>]*aria-current="time"', dom)
+    lines = re.findall(r'<p class="on">Now: ([^<]*)</p>', dom)
+    opened = re.findall(r'<details class="day"[^>]* open=""', dom)
+    if len(marked) != 1 or len(lines) != 1 or not opened:
+        fault(f"{name}: {len(marked)} programmes are marked as on now, {len(lines)} are named, {len(opened)} days open")
+    if "owned" in re.search("<title>(.*?)</title>", dom, re.S).group(1):
+        fault(f"{name}: a text of the broadcast was run")
+
+
+def guide_screenshots(name, page):
+    for width_name, width in WIDTHS.items():
+        for dark in (False, True):
+            around = write("around.html", frame(page, width, 1400))
+            path = os.path.join(FOLDER, f"{name}-{width_name}-{'dark' if dark else 'light'}.png")
+            chromium(file_url(around), "--screenshot=" + os.path.abspath(path), f"--window-size={max(width, 500)},1400",
+                     "--blink-settings=preferredColorScheme=" + ("0" if dark else "1"))
+            if not os.path.exists(path) or os.path.getsize(path) < 10000:
+                fault(f"no screenshot {path}")
+
+
 def screenshots(name, page):
     with open(page, encoding="utf-8") as file:
         text = file.read()
@@ -244,16 +308,15 @@ def element(tag, content):
     return bytes([tag]) + length + content
 
 
-def hostile_recording():
-    """A schedule, services and names that would like to be markup."""
+def hostile_recording(name="hostile.jsonl", first_minute=61109 * 1440):
+    """A schedule, services and names that would like to be markup; a programme an hour. 61109 is 2026-03-10."""
     titles = ["<script>parent.owned=window.owned=1;document.title='owned'</script>", "\"><img src=x onerror=owned=1>",
-              "</style></title></bdi><h1>big</h1>", "' onmouseover='owned=1", "<!-- ", "]]>&lt;&#60;", "\u202eevil\u2066",
+              "</style></title></noscript></bdi><h1>big</h1>", "' onmouseover='owned=1", "<!-- ", "]]>&lt;&#60;", "\u202eevil\u2066",
               "a" * 500, "e" + "\u0301\u0489" * 400, "\x1b[31m", "https://example.invalid/<a href=https://example.invalid/>x</a>"]
-    day = 61109  # 2026-03-10
     programmes = b""
     for i, title in enumerate(titles):
-        minute = 60 * i
-        coded = (day << 14 | (minute // 60) << 6).to_bytes(4, "big")
+        minute = first_minute + 60 * i
+        coded = time_of(minute // 1440, minute % 1440)
         programmes += element(0x1C, element(0x11, element(0x01, title.encode())) +
                               element(0x19, element(0x2C, element(0x80, coded) + element(0x81, (3600).to_bytes(2, "big")))))
     identifier = bytes.fromhex("40E010C11A01")
@@ -270,7 +333,7 @@ def hostile_recording():
         calls.append({"call": "FeedMotBody", "content_type": kind, "content_subtype": subtype, "content_name": name,
                       "sid": "0xE0110001", "ecc": "0xE0", "body": base64.b64encode(body).decode()})
     calls.append({"call": "SetDateTime", "date": "20260310", "time": "0531"})
-    return write("hostile.jsonl", "\n".join(json.dumps(each) for each in calls) + "\n")
+    return write(name, "\n".join(json.dumps(each) for each in calls) + "\n")
 
 
 def text_of(value):
@@ -338,6 +401,12 @@ def large_recording():
                      [(1, f"w20260310d{sid_of(i):04x}.EHB", schedule(sid_of(i), DAY, 24, 60)) for i in range(300)])
 
 
+def week_recording():
+    """300 services for a week, 24 programmes a day."""
+    return recording("week.jsonl", [(0, "si.EIB", service_information(300, 0))] +
+                     [(1, f"w{day}d{sid_of(i):04x}.EHB", schedule(sid_of(i), day, 24, 60)) for i in range(300) for day in range(DAY, DAY + 7)])
+
+
 TIMED = """<script>addEventListener('load', () => {
   document.body.offsetHeight; document.title = 'opened in ' + Math.round(performance.now()) + ' ms'; });</script>"""
 
@@ -372,7 +441,20 @@ def main():
     large = check_page("large", large_recording(), 100, 0)
     if large:
         check_time("large", large[0])
-    for name in ("timed.html", "around.html", "shown.html", "measured.html", "control.html"):
+    guide = check_guide("guide-day-on-air", [RECORDING], 10)
+    if guide:
+        guide_screenshots("guide-day-on-air", guide)
+        check_without_scripts("guide-day-on-air", guide)
+    this_hour = int(time.time()) // 3600 * 60 + 40587 * 1440
+    hostile_guide = check_guide("guide-hostile", [hostile_recording("hostile-now.jsonl", this_hour - 60)])
+    if hostile_guide:
+        check_now("guide-hostile", hostile_guide)
+    week = os.path.join(FOLDER, "guide-week.html")
+    if subprocess.run([COMMAND, "guide", "--html", week, week_recording()], check=False).returncode != 0:
+        fault("guide-week: dabspi guide failed")
+    else:
+        check_time("guide-week", week)
+    for name in ("opened.html", "timed.html", "around.html", "shown.html", "measured.html", "control.html"):
         os.remove(os.path.join(FOLDER, name))
     print(f"{len(FAULTS)} faults; pages and screenshots are in {FOLDER}")
     return 1 if FAULTS else 0

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "tools/check/html_page.h"
 #include "tools/check/html_parts.h"
 #include "tools/check/html_report.h"
 #include "tools/check/html_text.h"
@@ -50,7 +51,7 @@ std::string index_page(const std::string& name, const std::vector<check_report>&
                 html::escaped(what_it_holds(each)) + "<td>" + html::escaped(count_text(each.findings)) +
                 "<td>" + html::escaped(each.input.calls.name) + "</tr>\n";
     }
-    return html::page_around(std::to_string(reports.size()) + " ensembles: dabspi check",
+    return html::page_around(std::to_string(reports.size()) + " ensembles: dabspi check", html::kStyle,
                              "<header>\n<h1>" + std::to_string(reports.size()) + " ensembles</h1>\n<p>" +
                                  html::escaped(name) +
                                  "</p>\n</header>\n<main>\n<div class=\"scroll\" tabindex=\"0\" "

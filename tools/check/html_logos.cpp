@@ -1,31 +1,16 @@
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <set>
 #include <tuple>
 
+#include "tools/check/html_page.h"
 #include "tools/check/html_parts.h"
 #include "tools/check/html_text.h"
 #include "tools/check/logo_text.h"
-#include "tools/check/png_check.h"
-#include "tools/inspect/image_header.h"
 
 namespace dabspi::check::html {
 
 namespace {
-
-constexpr std::uint64_t kMostPixels = 16'000'000;  // of an image that is shown
-
-// A browser is given what is an image of a kind that every browser knows, and nothing else.
-const char* mime_of(const bytes& body) {
-    const auto header = read_image_header(body);
-    if (!header) return nullptr;
-    if (std::strcmp(header->kind, "PNG") == 0) return check_png(body).good ? "image/png" : nullptr;
-    // Unpacked, a small file may fill the reader's memory.
-    const std::uint64_t pixels = std::uint64_t{header->width} * header->height;
-    return std::strcmp(header->kind, "JPEG") == 0 && pixels != 0 && pixels <= kMostPixels ? "image/jpeg"
-                                                                                          : nullptr;
-}
 
 const char* outcome(spi::logo_refusal refusal) {
     switch (refusal) {
@@ -46,12 +31,12 @@ std::string figure(const check_report& of, const anchors& where, const image_arr
     const announcement& announced = of.past.announcements[arrival.uses.front().announcement];
     const std::string anchor = id('l', arrival.object);
     std::string text = "<figure" + (first ? " id=\"" + anchor + "\"" : std::string()) + ">\n";
-    const char* const mime = mime_of(*object.body);
-    if (mime == nullptr) {
+    const std::string image = image_uri(*object.body);
+    if (image.empty()) {
         text += "<p class=\"no-image\">no image that can be shown</p>\n";
     } else {
         text += "<div class=\"plate\"><img alt=\"" + escaped("Logo of " + service_text(announced.station)) +
-                "\" src=\"" + data_uri(mime, *object.body) + "\"></div>\n";
+                "\" src=\"" + image + "\"></div>\n";
     }
     text += "<figcaption>" + service_markup(of, announced.station) + "<br>" + format_text(announced.format) +
             " " + size_text(announced.size_code) + ", " + number_of(object.body->size(), "byte") + "<br>" +

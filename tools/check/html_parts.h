@@ -9,10 +9,8 @@
 
 namespace dabspi::check::html {
 
+// Follows the base style of pages.
 extern const char* const kStyle;
-
-// A whole page around its body's content.
-std::string page_around(const std::string& title, const std::string& body);
 
 std::string overview_section(const check_report& of);
 std::string findings_section(const check_report& of, const anchors& where);

@@ -1,29 +1,12 @@
 #include "tools/check/html_report.h"
 
+#include "tools/check/html_page.h"
 #include "tools/check/html_parts.h"
 #include "tools/check/html_text.h"
 
 namespace dabspi::check {
 
 namespace html {
-
-namespace {
-
-// Nothing may be fetched and nothing run, whatever stands in the page.
-const char* const kPolicy =
-    "default-src 'none'; img-src data:; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'";
-
-}  // namespace
-
-std::string page_around(const std::string& title, const std::string& body) {
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta http-equiv=\"Content-Security-Policy\" content=\"" +
-           std::string(kPolicy) +
-           "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
-           escaped(title) + "</title>\n<style>\n" + kStyle + "</style>\n</head>\n<body>\n" + body +
-           "</body>\n</html>\n";
-}
 
 std::optional<long> last_minute(const check_report& of) {
     if (of.past.clock.empty()) return std::nullopt;
@@ -83,7 +66,7 @@ std::string header(const check_report& of) {
 
 std::string html_report(const check_report& of) {
     const html::anchors where(of);
-    return html::page_around(subject_text(of) + ": dabspi check",
+    return html::page_around(subject_text(of) + ": dabspi check", html::kStyle,
                              "<a class=\"skip\" href=\"#findings\">Skip to the findings</a>\n"
                              "<a class=\"skip\" href=\"#schedules\">Skip to the schedules</a>\n" +
                                  header(of) + "<main>\n" + html::overview_section(of) +

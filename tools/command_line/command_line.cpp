@@ -13,8 +13,10 @@
 #ifdef DABSPI_WORKBENCH
 #include "tools/check/check_command.h"
 #include "tools/check/explain_command.h"
+#include "tools/compare/compare_command.h"
 #include "tools/encode/encode_command.h"
 #include "tools/export/export_command.h"
+#include "tools/guide_page/guide_command.h"
 #include "tools/inspect/inspect_command.h"
 #include "tools/record/record_command.h"
 #include "tools/scan/scan_command.h"
@@ -87,7 +89,9 @@ std::vector<command> add_command_line(CLI::App& app) {
         "  dabspi encode pi.xml                    an object of an XML document\n"
         "  dabspi record day.json                  a whole recording of documents and images\n"
         "  dabspi scan multiplex.eti               what is on a recorded multiplex, and where its SPI is\n"
-        "  dabspi export --xmltv guide.xml dump/   a programme guide for other programs");
+        "  dabspi export --xmltv guide.xml dump/   a programme guide for other programs\n"
+        "  dabspi compare SI.xml dump/             what differs between two broadcasts\n"
+        "  dabspi guide --html guide.html dump/    a page of programmes for a person");
     app.failure_message([](const CLI::App* all, const CLI::Error& error) {
         const bool extra = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
         const std::string unknown = extra ? unexpected(*all) : std::string();
@@ -99,8 +103,9 @@ std::vector<command> add_command_line(CLI::App& app) {
     return {
         add_replay_command(app),
 #ifdef DABSPI_WORKBENCH
-        add_inspect_command(app), add_check_command(app), add_explain_command(app), add_encode_command(app),
-        add_record_command(app),  add_scan_command(app),  add_export_command(app),
+        add_inspect_command(app), add_check_command(app),   add_explain_command(app),
+        add_encode_command(app),  add_record_command(app),  add_scan_command(app),
+        add_export_command(app),  add_compare_command(app), add_guide_command(app),
 #endif
     };
 }

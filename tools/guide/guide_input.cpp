@@ -57,6 +57,7 @@ class input_reader {
         }
         encode_options how;
         how.local = settings_.local;
+        how.service = settings_.service;
         how.most_bytes = settings_.limit << 20;
         encoded_document document = encode_document(xml_source(std::move(*content)), how);
         for (const source_note& each : document.errors)

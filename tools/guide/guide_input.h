@@ -9,12 +9,14 @@
 
 #include "tools/encode/local_offset.h"
 #include "tools/guide/programme_guide.h"
+#include "tools/spi/values.h"
 
 namespace dabspi::guide {
 
 struct guide_settings {
-    std::size_t limit = 256;                 // MiB that are read of one input
-    std::optional<local_offset> local = {};  // of documents, see encode_options
+    std::size_t limit = 256;                             // MiB that are read of one input
+    std::optional<local_offset> local = {};              // of documents, see encode_options
+    std::optional<spi_object::content_id> service = {};  // of documents, see encode_options
 };
 
 struct guide_input {

@@ -1,10 +1,22 @@
 #include "tools/guide/guide_options.h"
 
+#include "tools/encode/earlier_ids.h"
 #include "tools/terminal/error_messages.h"
+#include "tools/text/utf8.h"
 
 namespace dabspi::guide {
 
 namespace {
+
+// "e1.c185.c221.0" as well as "dab:ce1.c185.c221.0".
+std::optional<spi_object::content_id> service_of(const std::string& text) {
+    return spi_object::parse_content_id(uri_of_earlier_id(text).value_or(text));
+}
+
+std::string service_fault(const std::string& text) {
+    return service_of(text) ? std::string()
+                            : in_quotes(text) + " is no service such as e1.c185.c221.0: ECC, EId, SId, SCIdS";
+}
 
 // What the guide does not have although the input held it.
 void say_counts(const guide_counts& counts) {
@@ -28,6 +40,10 @@ const char* const kGuideInputs =
 
 void add_guide_options(CLI::App& app, guide_options& to) {
     add_local_time_options(app, to.local_time);
+    app.add_option("--service", to.service,
+                   "Of documents: the service of those that name none, e.g. e1.c185.c221.0")
+        ->option_text("ID")
+        ->check(service_fault);
     app.add_option("--limit", to.limit, "How much is read of one input, in MiB (default: 256)")
         ->option_text("MIB")
         ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
@@ -38,6 +54,7 @@ std::optional<programme_guide> read_guide_of(const std::vector<std::string>& pat
     guide_settings settings;
     settings.limit = options.limit;
     settings.local = options.local_time.value();
+    if (!options.service.empty()) settings.service = service_of(options.service);
     guide_input read = read_guide(paths, settings);
     print_errors(read.said, "messages");
     if (!read.errors.empty()) {

@@ -15,10 +15,11 @@ namespace dabspi::guide {
 
 struct guide_options {
     local_time_options local_time;
+    std::string service;
     std::size_t limit = 256;
 };
 
-// --offset, --zone and --limit. `to` is filled when the command line is parsed.
+// --offset, --zone, --service and --limit. `to` is filled when the command line is parsed.
 void add_guide_options(CLI::App& app, guide_options& to);
 
 // Reads the guide, and says what there is to say on standard error. Nothing where the input cannot be used.

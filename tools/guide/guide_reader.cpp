@@ -259,6 +259,7 @@ service_id guide_reader::known(service_id id, std::optional<std::uint16_t> eid) 
 }
 
 void guide_reader::gather_services(std::map<service_id, service>& all) {
+    std::map<service_id, std::optional<ensemble_id>> described_by;
     for (read_object& object : objects_) {
         for (auto& [id, names] : object.ensembles) {
             texts& known_names = result_.ensembles[id];
@@ -269,10 +270,15 @@ void guide_reader::gather_services(std::map<service_id, service>& all) {
                 const service_id id = known(bearer, ensemble ? std::optional(ensemble->eid) : std::nullopt);
                 service& made = all[id];
                 made.id = id;
-                // Another ensemble's service information usually says the same of it; the latest counts.
-                static_cast<described&>(made) = each.what;
                 made.announced = true;
                 if (ensemble) made.ensembles.insert(*ensemble);
+                // Another ensemble's service information usually says the same of it. The ensemble with the
+                // highest identifier counts, so that the order in which they come does not matter; of one
+                // ensemble the latest.
+                const auto [by, is_first] = described_by.emplace(id, ensemble);
+                if (!is_first && ensemble < by->second) continue;
+                by->second = ensemble;
+                static_cast<described&>(made) = each.what;
             }
     }
 }

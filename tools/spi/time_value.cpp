@@ -124,7 +124,8 @@ time_value decode_time(byte_view from, std::vector<problem>& problems) {
     const std::uint8_t offset = from[wanted - 1];
     if (has_offset) value.offset = (offset & 0x20) != 0 ? -(offset & 0x1F) : offset & 0x1F;
 
-    if (!check_size(from, wanted, problems,
+    if (from.size() != wanted &&
+        !check_size(from, wanted, problems,
                     "takes missing bytes as 255, and so this as " + receiver_time_text(receiver_time(from)),
                     "passes over what is too much"))
         return value;

@@ -209,4 +209,16 @@ TEST(Guide, KnowsTheLocalDayBeforeItsFirstOneToo) {
     EXPECT_EQ(one.local_day(), -1);
 }
 
+TEST(GuideReader, DescribesAServiceAsTheSameEnsembleInWhateverOrderTheyCome) {
+    const sb::bytes here = sb::si_object(0xE1, kOne.eid, {{{"", "Here", ""}, {kOne}, {}}});
+    const sb::bytes elsewhere =
+        sb::si_object(0xE1, kOneElsewhere.eid, {{{"", "Elsewhere", ""}, {kOneElsewhere}, {}}});
+    for (const auto& objects : {std::vector<sb::bytes>{here, elsewhere}, {elsewhere, here}}) {
+        const programme_guide guide = guide_of(objects);
+        ASSERT_EQ(guide.services.size(), 1U);
+        EXPECT_EQ(name_of(guide.services[0]), "Elsewhere");
+        EXPECT_EQ(guide.services[0].ensembles.size(), 2U);
+    }
+}
+
 }  // namespace
