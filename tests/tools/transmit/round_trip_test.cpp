@@ -115,7 +115,8 @@ bytes with_lost_packets(const bytes& packets, unsigned seed) {
     std::mt19937 random(seed);
     bytes damaged = packets;
     for (std::size_t at = 0; at < damaged.size();) {
-        const std::size_t size = std::min(24 * dabspi::air::cells_of_packet(packets[at]), damaged.size() - at);
+        const std::size_t size =
+            std::min(24 * dabspi::air::cells_of_packet(packets[at]), damaged.size() - at);
         if (random() % 10 == 0)
             std::fill_n(damaged.begin() + static_cast<std::ptrdiff_t>(at), size, std::uint8_t{0x5A});
         at += size;

@@ -22,9 +22,8 @@ bytes directory_bytes(std::vector<directory_entry> entries, const directory_fact
     if (entries.size() > kMostEntries)
         throw std::length_error("a carousel has 65,535 objects at most, and there are " +
                                 std::to_string(entries.size()));
-    std::stable_sort(entries.begin(), entries.end(), [](const directory_entry& a, const directory_entry& b) {
-        return a.name < b.name;
-    });
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const directory_entry& a, const directory_entry& b) { return a.name < b.name; });
     bytes parameters;
     append_parameter(parameters, kSortedHeaderInformation, {});
     std::size_t size = kDirectoryFields + parameters.size();

@@ -43,10 +43,10 @@ void append_parameter(bytes& to, std::uint8_t id, byte_view value) {
 bytes mot_time_bytes(const spi_object::time_value& time) {
     const bool long_form = time.second != 0 || time.millisecond != 0;
     bytes made;
-    append_number(made,
-                  std::uint32_t{1} << 31 | time.mjd << 14 | (long_form ? 1U : 0U) << 11 | time.hour << 6 |
-                      time.minute,
-                  4);
+    append_number(
+        made,
+        std::uint32_t{1} << 31 | time.mjd << 14 | (long_form ? 1U : 0U) << 11 | time.hour << 6 | time.minute,
+        4);
     if (long_form) append_number(made, time.second << 10 | time.millisecond, 2);
     return made;
 }

@@ -30,7 +30,8 @@ void compress_where_it_helps(sent_object& object) {
 }
 
 std::uint32_t version_of(byte_view body) {
-    return static_cast<std::uint32_t>(crc32(crc32(0, nullptr, 0), body.begin(), static_cast<uInt>(body.size())));
+    return static_cast<std::uint32_t>(
+        crc32(crc32(0, nullptr, 0), body.begin(), static_cast<uInt>(body.size())));
 }
 
 bytes header_bytes(const sent_object& of, name_charset charset) {

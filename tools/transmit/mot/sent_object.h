@@ -19,7 +19,7 @@ struct sent_object {
     std::string name;  // ContentName, UTF-8
     std::uint8_t content_type = 0;
     std::uint16_t content_subtype = 0;
-    std::shared_ptr<const bytes> body;  // as its users have it
+    std::shared_ptr<const bytes> body;              // as its users have it
     std::shared_ptr<const bytes> packed = nullptr;  // the same as it is sent, where it is compressed
     // Of programme information.
     std::optional<spi_object::time_value> scope_start = {};

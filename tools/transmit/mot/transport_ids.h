@@ -16,7 +16,7 @@ namespace dabspi::transmit {
 class transport_ids {
  public:
     struct entity {
-        std::string key;  // what it is: "object/" and its name
+        std::string key;                // what it is: "object/" and its name
         std::uint32_t fingerprint = 0;  // of all that must not change while the identifier stays
     };
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <new>
 
-#include "tools/air/packets/packet.h"
 #include "tools/air/packets/fec_table.h"
+#include "tools/air/packets/packet.h"
 
 extern "C" {
 #include <fec.h>
@@ -34,7 +34,8 @@ void fec_parity::free_code::operator()(void* code) const {
 }
 
 fec_parity::fec_parity()
-    : code_(init_rs_char(kSymbolBits, kFieldPolynomial, 0, 1, static_cast<int>(kParityColumns), kShortenedBy)) {
+    : code_(
+          init_rs_char(kSymbolBits, kFieldPolynomial, 0, 1, static_cast<int>(kParityColumns), kShortenedBy)) {
     if (code_ == nullptr) throw std::bad_alloc();
 }
 
@@ -42,8 +43,7 @@ void fec_parity::append_to(std::uint8_t* frame) {
     std::uint8_t* const packets = frame + air::kFecDataCells * kCell;
     std::fill_n(packets, air::kFecPackets * kCell, std::uint8_t{0});
     for (std::size_t counter = 0; counter < air::kFecPackets; ++counter) {
-        packets[counter * kCell] =
-            static_cast<std::uint8_t>(counter << 2 | air::kFecAddress >> 8);
+        packets[counter * kCell] = static_cast<std::uint8_t>(counter << 2 | air::kFecAddress >> 8);
         packets[counter * kCell + 1] = static_cast<std::uint8_t>(air::kFecAddress & 0xFF);
     }
     std::array<std::uint8_t, kDataColumns> data;

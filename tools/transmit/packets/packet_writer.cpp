@@ -122,10 +122,10 @@ std::size_t packet_writer::write_packet(std::uint8_t* to, std::size_t most_cells
     }
     const std::uint32_t first = sent_ == 0 ? 1 : 0;
     const std::uint32_t last = useful == left ? 1 : 0;
-    put_packet(to, cells,
-               std::uint32_t{continuity_} << 20 | first << 19 | last << 18 |
-                   std::uint32_t{settings_.address} << 8,
-               group_.part(sent_, useful));
+    put_packet(
+        to, cells,
+        std::uint32_t{continuity_} << 20 | first << 19 | last << 18 | std::uint32_t{settings_.address} << 8,
+        group_.part(sent_, useful));
     continuity_ = static_cast<std::uint8_t>((continuity_ + 1) % kContinuityValues);
     sent_ += useful;
     return cells;

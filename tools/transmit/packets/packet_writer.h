@@ -63,7 +63,7 @@ class packet_writer {
     const packet_settings settings_;
     group_source& source_;
     byte_view group_;
-    std::size_t sent_ = 0;        // bytes of it
+    std::size_t sent_ = 0;          // bytes of it
     std::size_t packets_left_ = 0;  // of the group that ends a stretch; 0: any other
     std::uint8_t continuity_ = 0;
     std::uint64_t cells_ = 0;

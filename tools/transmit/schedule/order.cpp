@@ -98,7 +98,8 @@ class spreading {
         std::array<std::size_t, kUrgencies> rank{};
         for (std::size_t i = 0; i < units_.size(); ++i) {
             const std::size_t urgency = units_[i].urgency;
-            const double of_class = static_cast<double>(rank[urgency]) / static_cast<double>(counts_[urgency]);
+            const double of_class =
+                static_cast<double>(rank[urgency]) / static_cast<double>(counts_[urgency]);
             for (std::size_t copy = 0; copy < copies_[urgency]; ++copy) {
                 const double due =
                     (static_cast<double>(copy) + of_class) / static_cast<double>(copies_[urgency]) * all;

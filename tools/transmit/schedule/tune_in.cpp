@@ -39,9 +39,9 @@ class transmissions {
     frame_number received(const std::vector<group_frames>& times, frame_number from) const {
         const frame_number in_stretch = from % frames_;
         const frame_number begin = from - in_stretch;
-        const auto next = std::lower_bound(
-            times.begin(), times.end(), in_stretch,
-            [](const group_frames& each, frame_number at) { return each.first < at; });
+        const auto next =
+            std::lower_bound(times.begin(), times.end(), in_stretch,
+                             [](const group_frames& each, frame_number at) { return each.first < at; });
         if (next != times.end()) return begin + next->last + 1;
         return begin + frames_ + times.front().last + 1;
     }
@@ -60,7 +60,6 @@ wait wait_of(std::vector<frame_number> frames) {
     result.worst = static_cast<double>(frames.back()) * kSecondsOfFrame;
     return result;
 }
-
 
 }  // namespace
 
