@@ -76,11 +76,10 @@ TEST(MultiplexWriter, EveryFormComesBack) {
         EXPECT_EQ(frames, kFrames);
         EXPECT_EQ(received, spi);
         EXPECT_EQ(air::spi_components(fic.describe()).size(), 1U);
-        EXPECT_EQ(short_name(in.found.kind),
-                  std::string(form == multiplex_form::raw        ? "raw"
-                              : form == multiplex_form::streamed ? "streamed"
-                              : form == multiplex_form::framed   ? "framed"
-                                                                 : "edi"));
+        EXPECT_EQ(short_name(in.found.kind), std::string(form == multiplex_form::raw        ? "raw"
+                                                         : form == multiplex_form::streamed ? "streamed"
+                                                         : form == multiplex_form::framed   ? "framed"
+                                                                                            : "edi"));
     }
 }
 

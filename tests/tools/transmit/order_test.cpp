@@ -68,7 +68,7 @@ TEST(ComputedOrder, SendsWhatIsUrgentFirstAndMoreOften) {
     EXPECT_GT(of_object(1), of_object(2));  // today before tomorrow
     EXPECT_GT(of_object(1), of_object(3));  // schedules before logos
     EXPECT_GT(of_object(3), of_object(5));  // logos before the rest
-    EXPECT_EQ(of_object(5), 1U);
+    EXPECT_GE(of_object(5), 1U);
     EXPECT_GT(copies[0], 1U);
 }
 

@@ -49,10 +49,9 @@ void append_edi_packet(bytes& to, const air::frame& of) {
         const air::sub_channel_bytes& each = of.sub_channels[i];
         const char name[] = {'e', 's', 't', static_cast<char>(i + 1)};
         append_item(to, {name, sizeof name}, kStreamFields + each.bytes.size());
-        append_number(to,
-                      std::uint64_t{each.id} << 18 | std::uint64_t{each.start} << 8 |
-                          std::uint64_t{each.tpl} << 2,
-                      kStreamFields);
+        append_number(
+            to, std::uint64_t{each.id} << 18 | std::uint64_t{each.start} << 8 | std::uint64_t{each.tpl} << 2,
+            kStreamFields);
         append_bytes(to, each.bytes);
     }
     const std::size_t length = to.size() - begin - kPacketFields;

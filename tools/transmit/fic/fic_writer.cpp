@@ -65,9 +65,9 @@ bytes fig_0_10(std::int64_t milliseconds) {
     const std::int64_t of_day = milliseconds % kMillisecondsOfDay;
     const std::int64_t second = of_day / 1000;
     bytes fields;
-    append_number(fields,
-                  static_cast<std::uint64_t>((day & 0x1FFFF) << 14 | 0x800 | second / 3600 << 6 | second / 60 % 60),
-                  4);
+    append_number(
+        fields,
+        static_cast<std::uint64_t>((day & 0x1FFFF) << 14 | 0x800 | second / 3600 << 6 | second / 60 % 60), 4);
     append_number(fields, static_cast<std::uint64_t>(second % 60 << 10 | of_day % 1000), 2);
     return fig_0(10, fields);
 }

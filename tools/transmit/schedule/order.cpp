@@ -9,7 +9,13 @@ namespace dabspi::transmit {
 namespace {
 
 constexpr std::size_t kGroupContinuityValues = 16;
-constexpr std::size_t kMostCopies = 64;
+constexpr double kMostCopies = 256;
+// Intervals are whole parts of the stretch; where what comes least often comes several times in it, they are
+// nearer to what was computed.
+constexpr double kMostOfTheLeast = 4;
+constexpr double kLongestStretch = 16e6;  // bytes
+// At most so long is the interval of service information to that of images, of today to that of tomorrow.
+constexpr double kMoreOften = 0.75;
 constexpr std::size_t kInterruptsWhenOftenBy = 4;
 
 // What is sent together and in one piece: a directory, in one form or both; a body, with its header.
@@ -20,8 +26,13 @@ struct unit {
 };
 
 constexpr std::size_t kUrgencies = kImportances + 1;
+constexpr std::size_t kServiceInformation = 1;
+constexpr std::size_t kToday = 2;
+constexpr std::size_t kLogo = 3;
+constexpr std::size_t kTomorrow = 4;
+constexpr std::size_t kOther = 5;
 // The directory is needed for everything; names, and with them the logos, need the service information.
-constexpr std::array<double, kUrgencies> kWeights = {16, 12, 8, 3, 1.5, 1};
+constexpr std::array<double, kUrgencies> kWeights = {4, 2.5, 3, 3, 1, 0.5};
 
 std::vector<unit> units_of(const sent_carousel& of, const std::vector<importance>& importances) {
     std::vector<unit> units;
@@ -55,6 +66,8 @@ struct later {
     }
 };
 
+using class_queue = std::priority_queue<transmission, std::vector<transmission>, later>;
+
 class spreading {
  public:
     spreading(const sent_carousel& of, const std::vector<importance>& importances)
@@ -64,10 +77,8 @@ class spreading {
     }
 
     sending_order take() {
-        while (!waiting_.empty()) {
-            const transmission next = waiting_.top();
-            waiting_.pop();
-            send(next);
+        while (const class_queue* const next = earliest()) {
+            send_first(next->top().urgency);
         }
         return std::move(order_);
     }
@@ -75,19 +86,27 @@ class spreading {
  private:
     void choose_copies() {
         std::array<double, kUrgencies> interval{};
-        double longest = 0;
         for (const unit& each : units_) {
             sizes_[each.urgency] += static_cast<double>(each.size);
             ++counts_[each.urgency];
         }
-        for (std::size_t i = 0; i < kUrgencies; ++i) {
+        for (std::size_t i = 0; i < kUrgencies; ++i)
             interval[i] = std::sqrt(sizes_[i] / kWeights[i]);
-            longest = std::max(longest, interval[i]);
-        }
+        for (const std::size_t other : {kLogo, kOther})
+            if (counts_[other] != 0)
+                interval[kServiceInformation] =
+                    std::min(interval[kServiceInformation], kMoreOften * interval[other]);
+        if (counts_[kTomorrow] != 0)
+            interval[kToday] = std::min(interval[kToday], kMoreOften * interval[kTomorrow]);
+        const double longest = *std::max_element(interval.begin(), interval.end());
+        double size = 0;  // of a stretch that has what comes least often once
+        for (std::size_t i = 0; i < kUrgencies; ++i)
+            if (counts_[i] != 0) size += longest / interval[i] * sizes_[i];
+        const double least = std::clamp(std::floor(kLongestStretch / size), 1.0, kMostOfTheLeast);
         for (std::size_t i = 0; i < kUrgencies; ++i) {
             if (counts_[i] == 0) continue;
-            const double copies = std::round(longest / interval[i]);
-            copies_[i] = static_cast<std::size_t>(std::clamp(copies, 1.0, double{kMostCopies}));
+            const double copies = std::round(least * longest / interval[i]);
+            copies_[i] = static_cast<std::size_t>(std::clamp(copies, 1.0, kMostCopies));
         }
     }
 
@@ -103,30 +122,40 @@ class spreading {
             for (std::size_t copy = 0; copy < copies_[urgency]; ++copy) {
                 const double due =
                     (static_cast<double>(copy) + of_class) / static_cast<double>(copies_[urgency]) * all;
-                waiting_.push({due, urgency, rank[urgency], i});
+                waiting_[urgency].push({due, urgency, rank[urgency], i});
             }
             ++rank[urgency];
         }
     }
 
-    void send(const transmission& what) {
+    void send_first(std::size_t urgency) {
+        const transmission what = waiting_[urgency].top();
+        waiting_[urgency].pop();
         for (const std::uint32_t entity : units_[what.unit].entities) {
             const std::vector<bytes>& groups = of_.entities[entity].groups;
             for (std::uint32_t segment = 0; segment < groups.size(); ++segment) {
-                while (interrupts(what)) {
-                    const transmission first = waiting_.top();
-                    waiting_.pop();
-                    send(first);
-                }
+                while (const class_queue* const first = interrupting(what))
+                    send_first(first->top().urgency);
                 order_.push_back({entity, segment});
                 sent_ += static_cast<double>(groups[segment].size());
             }
         }
     }
 
-    bool interrupts(const transmission& what) const {
-        return !waiting_.empty() && waiting_.top().due <= sent_ &&
-               copies_[waiting_.top().urgency] >= kInterruptsWhenOftenBy * copies_[what.urgency];
+    class_queue* earliest() {
+        class_queue* first = nullptr;
+        for (class_queue& each : waiting_)
+            if (!each.empty() && (first == nullptr || later()(first->top(), each.top()))) first = &each;
+        return first;
+    }
+
+    // What is due and does not wait for the end of `what`; null for nothing.
+    class_queue* interrupting(const transmission& what) {
+        for (std::size_t i = 0; i < kUrgencies; ++i)
+            if (!waiting_[i].empty() && waiting_[i].top().due <= sent_ &&
+                copies_[i] >= kInterruptsWhenOftenBy * copies_[what.urgency])
+                return &waiting_[i];
+        return nullptr;
     }
 
     const sent_carousel& of_;
@@ -134,7 +163,7 @@ class spreading {
     std::array<double, kUrgencies> sizes_{};
     std::array<std::size_t, kUrgencies> counts_{};
     std::array<std::size_t, kUrgencies> copies_{};
-    std::priority_queue<transmission, std::vector<transmission>, later> waiting_;
+    std::array<class_queue, kUrgencies> waiting_;
     sending_order order_;
     double sent_ = 0;
 };
