@@ -187,6 +187,12 @@ std::string known_zone_fault(const std::string& text) {
     return local_offset::zone(text, error) ? "" : error;
 }
 
+std::string component_fault(const std::string& text) {
+    return spi_object::parse_content_id(service_uri(text))
+               ? ""
+               : in_quotes(text) + " is no service such as e1.c185.c221.0: ECC, EId, SId, SCIdS";
+}
+
 std::string minute_fault(const std::string& text) {
     return parse_minute(text) ? "" : in_quotes(text) + " is no minute such as 2026-03-02T06:00";
 }
@@ -244,6 +250,10 @@ void add_carousel_options(CLI::App& app, carousel_options& options) {
     app.add_flag("--tokens", options.tokens, "Build a token table that makes each object smaller");
     app.add_flag("--lenient", options.lenient,
                  "Code what can be coded, and warn of the rest, instead of refusing a\ndocument");
+    app.add_option("--service", options.service,
+                   "Of documents that name no service: what they are of, e.g. e1.c185.c221.0")
+        ->option_text("ID")
+        ->check(component_fault);
     app.add_option("--carousel", options.carousel, "Of a plan with several: the carousel of this name")
         ->option_text("NAME");
 }

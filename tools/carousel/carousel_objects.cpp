@@ -90,6 +90,7 @@ class reader {
         encode_options how;
         how.lenient = how_.lenient;
         how.local = how_.local;
+        how.service = how_.service;
         const xml_source source(std::move(text));
         const std::string root = source.root() ? source.root().name() : "";
         if (how_.ensemble && root.find("serviceInformation") != std::string::npos)

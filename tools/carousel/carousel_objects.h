@@ -30,9 +30,10 @@ struct reading_options {
     std::optional<spi_object::ensemble_id> ensemble;
     bool tokens = false;
     bool lenient = false;
-    std::optional<local_offset> local;    // of documents whose times say none
-    std::string carousel;                 // of a plan: which; empty: its only one
-    std::optional<broadcast_minute> now;  // of a plan: for {date}
+    std::optional<local_offset> local;              // of documents whose times say none
+    std::optional<spi_object::content_id> service;  // of documents that name none
+    std::string carousel;                           // of a plan: which; empty: its only one
+    std::optional<broadcast_minute> now;            // of a plan: for {date}
 };
 
 struct carousel_objects {

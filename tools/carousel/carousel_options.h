@@ -25,6 +25,7 @@ struct carousel_options {
     std::string clock;
     std::string offset;
     std::string zone;
+    std::string service;
     std::string duration;
     std::string within;
     std::string budget;

@@ -18,6 +18,7 @@ using namespace transmit;
 
 constexpr double kMillisecondsOfSecond = 1000;
 constexpr double kLongSeconds = 600;
+constexpr std::size_t kMostSaid = 100;
 
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...) {
     char text[512];
@@ -158,12 +159,15 @@ std::string budget_report(const prepared_carousel& of, const left_out_objects& g
                          : std::string()) +
             ":\n";
     std::size_t size = 0;
+    std::size_t said = 0;
     for (const std::size_t each : gone.objects) {
         const std::size_t its = of.objects[each].sent.sent_body().size();
         size += its;
+        if (++said > kMostSaid) continue;
         text += formatted("  %8zu  ", its) + printable(of.objects[each].sent.name) + " (" +
                 importance_text(of.tuned[each].what) + ", " + printable(of.objects[each].source) + ")\n";
     }
+    if (said > kMostSaid) text += formatted("  and %zu more\n", said - kMostSaid);
     return text + formatted("  %8zu  bytes in %zu objects\n", size, gone.objects.size());
 }
 

@@ -87,7 +87,11 @@ image_verdict verdict_of(const carousel_object& object, const spi::SpiLogoInfo& 
 std::string logo_command(const std::string& from, unsigned width, unsigned height) {
     const std::filesystem::path path(from);
     const std::string size = std::to_string(width) + "x" + std::to_string(height);
-    const std::string to = (path.parent_path() / (path.stem().string() + "-" + size + ".png")).string();
+    std::string stem = path.stem().string();
+    const std::string ending = "-" + size;
+    if (stem.size() < ending.size() || stem.compare(stem.size() - ending.size(), ending.size(), ending) != 0)
+        stem += ending;
+    const std::string to = (path.parent_path() / (stem + ".png")).string();
     const auto quoted = [](const std::string& name) {
         std::string result = "'";
         for (const char c : name)
@@ -95,7 +99,7 @@ std::string logo_command(const std::string& from, unsigned width, unsigned heigh
         return result + "'";
     };
     return "convert " + quoted(from) + " -resize " + size + " -background none -gravity center -extent " +
-           size + " -strip -colors 128 " + quoted("PNG8:" + to);
+           size + " -strip +dither -colors 32 " + quoted("PNG8:" + to);
 }
 
 std::vector<image_verdict> image_verdicts(const std::vector<carousel_object>& objects,

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <map>
 #include <stdexcept>
 
 #include "src/parse/mot_content.h"
-#include "tools/receiver/receiver_view.h"
-#include "tools/spi/decode.h"
+#include "tools/encode/earlier_ids.h"
 #include "tools/text/dab_identifier.h"
 #include "tools/text/utf8.h"
 
@@ -49,25 +49,35 @@ sending_settings settings_of(const carousel_options& options) {
     return how;
 }
 
+}  // namespace
+
+std::string service_uri(const std::string& id) {
+    const std::optional<std::string> uri = uri_of_earlier_id(id);
+    return uri ? *uri : id;
+}
+
+namespace {
+
 // That of the service information, where there is one.
 std::optional<spi_object::ensemble_id> ensemble_of(const std::vector<carousel_object>& objects,
                                                    std::vector<std::string>& errors) {
-    std::optional<spi_object::ensemble_id> found;
-    const carousel_object* first = nullptr;
+    std::map<std::string, spi_object::ensemble_id> found;  // by their texts
     for (const carousel_object& each : objects) {
         if (each.sent.content_type != spi::kMotSpiObject ||
             each.sent.content_subtype != spi::kMotServiceInformation || each.sent.scope_id.size() != 3)
             continue;
         std::vector<spi_object::problem> problems;
         const spi_object::ensemble_id id = spi_object::decode_ensemble_id(each.sent.scope_id, problems);
-        if (found && !(*found == id))
-            errors.push_back(printable(each.source) + ": service information of the ensembles " +
-                             ensemble_id_text(*found) + " (" + printable(first->source) + ") and " +
-                             ensemble_id_text(id) + "; choose with --ensemble");
-        found = id;
-        first = &each;
+        found.emplace(ensemble_id_text(id), id);
     }
-    return found;
+    if (found.empty()) return std::nullopt;
+    if (found.size() > 1) {
+        std::string ids;
+        for (const auto& [text, id] : found)
+            ids += (ids.empty() ? "" : ", ") + text;
+        errors.push_back("the service information is of several ensembles; choose with --ensemble: " + ids);
+    }
+    return found.begin()->second;
 }
 
 void announce(prepared_carousel& to, const carousel_options& options,
@@ -139,6 +149,7 @@ prepared_carousel look_at_objects(const carousel_options& options) {
     how.tokens = options.tokens;
     how.lenient = options.lenient;
     how.local = local_time(options);
+    if (!options.service.empty()) how.service = spi_object::parse_content_id(service_uri(options.service));
     if (!options.ensemble.empty()) {
         const dab_identifier id = *dab_identifier::of_ensemble(options.ensemble);
         how.ensemble = spi_object::ensemble_id{*id.ecc, *id.ensemble};

@@ -29,6 +29,9 @@ struct prepared_carousel {
 // `maker` is that of the version before, so that unchanged objects keep their identifiers.
 prepared_carousel prepare(const carousel_options& options, std::unique_ptr<transmit::carousel_maker>& maker);
 
+// "e1.c185.c221.0" as "dab:ce1.c185.c221.0"; other texts as they are.
+std::string service_uri(const std::string& id);
+
 // The same without packets: what is known of the objects before they are put into an order.
 prepared_carousel look_at_objects(const carousel_options& options);
 

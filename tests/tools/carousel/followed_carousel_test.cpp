@@ -113,16 +113,18 @@ TEST_F(FollowedCarousel, RefusesABadStart) {
 }
 
 TEST_F(FollowedCarousel, TomorrowBecomesTodayAtMidnight) {
-    ASSERT_TRUE(followed_.start()) << said_;
-    EXPECT_EQ(followed_.current().tuned[2].what, dabspi::transmit::importance::tomorrow);
+    carousel_options late = broadcast_.options;
+    late.clock = "2026-03-02T23:58";
+    followed_carousel followed(late, output_form::packets,
+                               [this](const std::string& line) { said_ += line + "\n"; });
+    ASSERT_TRUE(followed.start()) << said_;
+    EXPECT_EQ(followed.current().tuned[2].what, dabspi::transmit::importance::tomorrow);
     bytes frame;
-    for (int i = 0; i < 14 * 60 * 2500; ++i) {
-        frame.clear();
-        followed_.append_frame(frame);
-    }
-    followed_.look();
+    for (int i = 0; i < 2 * 2500; ++i)
+        followed.append_frame(frame);
+    followed.look();
     EXPECT_THAT(said_, HasSubstr("a new version: 0 objects changed"));
-    EXPECT_EQ(followed_.current().tuned[2].what, dabspi::transmit::importance::today);
+    EXPECT_EQ(followed.current().tuned[2].what, dabspi::transmit::importance::today);
 }
 
 }  // namespace

@@ -64,12 +64,36 @@ TEST(ComputedOrder, SendsWhatIsUrgentFirstAndMoreOften) {
     EXPECT_EQ(of.carousel.entities[order.front().entity].type, group_type::directory);
     auto copies = of.copies(order);
     const auto of_object = [&](std::size_t object) { return copies[object + 1]; };  // behind the directory
-    EXPECT_GT(of_object(0), of_object(1));  // service information before schedules
-    EXPECT_GT(of_object(1), of_object(2));  // today before tomorrow
-    EXPECT_GT(of_object(1), of_object(3));  // schedules before logos
-    EXPECT_GT(of_object(3), of_object(5));  // logos before the rest
+    EXPECT_GT(of_object(1), of_object(2));                                          // today before tomorrow
+    EXPECT_GT(of_object(0), of_object(3));  // service information before logos
+    EXPECT_GT(of_object(0), of_object(5));  // and before all other images
+    EXPECT_GE(of_object(3), of_object(5));  // logos before the rest
     EXPECT_GE(of_object(5), 1U);
-    EXPECT_GT(copies[0], 1U);
+    EXPECT_GE(copies[0], of_object(1));
+}
+
+TEST(ComputedOrder, SendsServiceInformationAndSchedulesBehindTheDirectory) {
+    const sample of;
+    const sending_order order = computed_order(of.carousel, of.importances);
+    std::string seen;
+    for (std::size_t i = 0; i < order.size() && seen.size() < 5; ++i) {
+        if (order[i].segment != 0) continue;
+        const auto& object = of.carousel.entities[order[i].entity].object;
+        seen += !object ? 'd' : of.importances[*object] == importance::service_information ? 's' : 't';
+    }
+    EXPECT_EQ(seen, "dsttt");
+}
+
+// Fifty services with long schedules: the directory is not far away, wherever a receiver tunes in.
+TEST(ComputedOrder, SendsTheDirectoryBetweenManySchedules) {
+    sample of;
+    for (int i = 10; i < 60; ++i)
+        of.add("today" + std::to_string(i), 5000, importance::today, std::to_string(i));
+    of.carousel = carousel_maker({}).make(of.objects);
+    const sending_order order = computed_order(of.carousel, of.importances);
+    auto copies = of.copies(order);
+    EXPECT_GT(copies[0], 3 * copies[2]);
+    EXPECT_EQ(copies[0], copies[1]);
 }
 
 TEST(ComputedOrder, SendsEverySegmentOfEveryRandomCarousel) {

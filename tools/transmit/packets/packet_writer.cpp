@@ -4,6 +4,7 @@
 #include <array>
 
 #include "tools/air/crc16.h"
+#include "tools/air/packets/fec_table.h"
 #include "tools/air/packets/packet.h"
 #include "tools/transmit/packets/fec_parity.h"
 

@@ -10,58 +10,103 @@ namespace {
 
 constexpr std::size_t kGroupContinuityValues = 16;
 constexpr double kMostCopies = 256;
-// Intervals are whole parts of the stretch; where what comes least often comes several times in it, they are
-// nearer to what was computed.
-constexpr double kMostOfTheLeast = 4;
-constexpr double kLongestStretch = 16e6;  // bytes
-// At most so long is the interval of service information to that of images, of today to that of tomorrow.
-constexpr double kMoreOften = 0.75;
-constexpr std::size_t kInterruptsWhenOftenBy = 4;
+// Rounds of what comes least often, until closing the stretch costs little of it.
+constexpr double kMostRounds = 8;
+constexpr double kLongEnough = 600e3;  // bytes
+// What is urgent comes so many times as often as anything else, at least.
+constexpr std::size_t kTimesOfUrgent = 2;
+// What interrupts an object saves at least this part of its own interval.
+constexpr double kWorthInterrupting = 0.05;
+// Of schedules, for each byte of the directory and the service information in front of them.
+constexpr double kSchedulesOfBlock = 4;
 
-// What is sent together and in one piece: a directory, in one form or both; a body, with its header.
+// Classes of what is sent in one piece. The first is a block of directory, service information and today's
+// schedules, in this order: a receiver that has the one then gets the other at once.
+constexpr std::size_t kClasses = 4;
+constexpr std::size_t kUrgent = 0;
+constexpr std::array<double, kClasses> kWeights = {4, 2, 1, 0.7};
+
+std::size_t class_of(importance of) {
+    switch (of) {
+        case importance::service_information:
+        case importance::today: return kUrgent;
+        case importance::logo: return 1;
+        case importance::tomorrow: return 2;
+        case importance::other: break;
+    }
+    return 3;
+}
+
+// What is sent in one piece.
 struct unit {
     std::vector<std::uint32_t> entities;
     std::size_t size = 0;
-    std::size_t urgency = 0;  // 0: the directory, then the importances
+    std::size_t of_class = 0;
+
+    void add(const unit& more) {
+        entities.insert(entities.end(), more.entities.begin(), more.entities.end());
+        size += more.size;
+    }
 };
 
-constexpr std::size_t kUrgencies = kImportances + 1;
-constexpr std::size_t kServiceInformation = 1;
-constexpr std::size_t kToday = 2;
-constexpr std::size_t kLogo = 3;
-constexpr std::size_t kTomorrow = 4;
-constexpr std::size_t kOther = 5;
-// The directory is needed for everything; names, and with them the logos, need the service information.
-constexpr std::array<double, kUrgencies> kWeights = {4, 2.5, 3, 3, 1, 0.5};
+// A body with its header, the forms of the directory; in the order of the carousel.
+struct carousel_units {
+    unit directory;
+    unit descriptions;  // all service information
+    std::vector<unit> today;
+    std::vector<unit> others;
+};
 
-std::vector<unit> units_of(const sent_carousel& of, const std::vector<importance>& importances) {
-    std::vector<unit> units;
-    std::optional<std::size_t> object;
-    bool first = true;
-    for (std::uint32_t i = 0; i < of.entities.size(); ++i) {
-        const sent_entity& each = of.entities[i];
-        if (first || each.object != object) {
-            units.emplace_back();
-            units.back().urgency = each.object ? 1 + static_cast<std::size_t>(importances[*each.object]) : 0;
+carousel_units units_of(const sent_carousel& of, const std::vector<importance>& importances) {
+    carousel_units all;
+    for (std::size_t i = 0; i < of.entities.size();) {
+        const std::optional<std::size_t> object = of.entities[i].object;
+        unit made;
+        for (; i < of.entities.size() && of.entities[i].object == object; ++i)
+            made.add({{static_cast<std::uint32_t>(i)}, of.entities[i].bytes_of_groups(), 0});
+        if (!object) {
+            all.directory = std::move(made);
+        } else if (importances[*object] == importance::service_information) {
+            all.descriptions.add(made);
+        } else if (importances[*object] == importance::today) {
+            all.today.push_back(std::move(made));
+        } else {
+            made.of_class = class_of(importances[*object]);
+            all.others.push_back(std::move(made));
         }
-        first = false;
-        object = each.object;
-        units.back().entities.push_back(i);
-        units.back().size += each.bytes_of_groups();
     }
-    return units;
+    return all;
+}
+
+// Many schedules are several blocks, each with the directory in front.
+std::vector<unit> blocks_of(const carousel_units& all) {
+    unit front = all.directory;
+    front.add(all.descriptions);
+    std::vector<unit> blocks;
+    unit block = front;
+    for (const unit& each : all.today) {
+        const double schedules = static_cast<double>(block.size - front.size);
+        if (block.size != front.size && schedules + static_cast<double>(each.size) >
+                                            kSchedulesOfBlock * static_cast<double>(front.size)) {
+            blocks.push_back(std::move(block));
+            block = front;
+        }
+        block.add(each);
+    }
+    if (!block.entities.empty()) blocks.push_back(std::move(block));
+    return blocks;
 }
 
 struct transmission {
     double due = 0;  // bytes from the beginning of the stretch
-    std::size_t urgency = 0;
+    std::size_t of_class = 0;
     std::size_t rank = 0;  // of the unit in its class
     std::size_t unit = 0;
 };
 struct later {
     bool operator()(const transmission& a, const transmission& b) const {
         if (a.due != b.due) return a.due > b.due;
-        if (a.urgency != b.urgency) return a.urgency > b.urgency;
+        if (a.of_class != b.of_class) return a.of_class > b.of_class;
         return a.rank > b.rank;
     }
 };
@@ -70,74 +115,78 @@ using class_queue = std::priority_queue<transmission, std::vector<transmission>,
 
 class spreading {
  public:
-    spreading(const sent_carousel& of, const std::vector<importance>& importances)
-        : of_(of), units_(units_of(of, importances)) {
+    spreading(const sent_carousel& of, const std::vector<importance>& importances) : of_(of) {
+        const carousel_units all = units_of(of, importances);
+        units_ = blocks_of(all);
+        units_.insert(units_.end(), all.others.begin(), all.others.end());
         choose_copies();
         plan_transmissions();
     }
 
     sending_order take() {
-        while (const class_queue* const next = earliest()) {
-            send_first(next->top().urgency);
-        }
+        while (class_queue* const next = earliest())
+            send_first(*next);
         return std::move(order_);
     }
 
  private:
     void choose_copies() {
-        std::array<double, kUrgencies> interval{};
+        std::array<double, kClasses> interval{};
         for (const unit& each : units_) {
-            sizes_[each.urgency] += static_cast<double>(each.size);
-            ++counts_[each.urgency];
+            sizes_[each.of_class] += static_cast<double>(each.size);
+            ++counts_[each.of_class];
         }
-        for (std::size_t i = 0; i < kUrgencies; ++i)
+        for (std::size_t i = 0; i < kClasses; ++i)
             interval[i] = std::sqrt(sizes_[i] / kWeights[i]);
-        for (const std::size_t other : {kLogo, kOther})
-            if (counts_[other] != 0)
-                interval[kServiceInformation] =
-                    std::min(interval[kServiceInformation], kMoreOften * interval[other]);
-        if (counts_[kTomorrow] != 0)
-            interval[kToday] = std::min(interval[kToday], kMoreOften * interval[kTomorrow]);
-        const double longest = *std::max_element(interval.begin(), interval.end());
-        double size = 0;  // of a stretch that has what comes least often once
-        for (std::size_t i = 0; i < kUrgencies; ++i)
-            if (counts_[i] != 0) size += longest / interval[i] * sizes_[i];
-        const double least = std::clamp(std::floor(kLongestStretch / size), 1.0, kMostOfTheLeast);
-        for (std::size_t i = 0; i < kUrgencies; ++i) {
-            if (counts_[i] == 0) continue;
-            const double copies = std::round(least * longest / interval[i]);
-            copies_[i] = static_cast<std::size_t>(std::clamp(copies, 1.0, kMostCopies));
+        std::array<std::size_t, kClasses> by_interval = {0, 1, 2, 3};
+        std::sort(by_interval.begin(), by_interval.end(),
+                  [&](std::size_t x, std::size_t y) { return interval[x] > interval[y]; });
+        std::size_t copies = 1;
+        double before = interval[by_interval.front()];
+        for (const std::size_t each : by_interval) {
+            if (counts_[each] == 0) continue;
+            const double times = std::max(std::round(before / interval[each]), 1.0);
+            if (static_cast<double>(copies) * times <= kMostCopies) copies *= static_cast<std::size_t>(times);
+            copies_[each] = copies;
+            before = interval[each];
         }
+        std::size_t others = 0;
+        for (std::size_t i = 0; i < kClasses; ++i)
+            if (i != kUrgent) others = std::max(others, copies_[i]);
+        copies_[kUrgent] = std::max(copies_[kUrgent], kTimesOfUrgent * others);
+        for (std::size_t i = 0; i < kClasses; ++i)
+            all_ += static_cast<double>(copies_[i]) * sizes_[i];
+        const double rounds = std::clamp(std::ceil(kLongEnough / all_), 1.0, kMostRounds);
+        for (std::size_t& each : copies_)
+            each *= static_cast<std::size_t>(rounds);
+        all_ *= rounds;
     }
 
     void plan_transmissions() {
-        double all = 0;
-        for (std::size_t i = 0; i < kUrgencies; ++i)
-            all += static_cast<double>(copies_[i]) * sizes_[i];
-        std::array<std::size_t, kUrgencies> rank{};
+        std::array<std::size_t, kClasses> rank{};
         for (std::size_t i = 0; i < units_.size(); ++i) {
-            const std::size_t urgency = units_[i].urgency;
-            const double of_class =
-                static_cast<double>(rank[urgency]) / static_cast<double>(counts_[urgency]);
-            for (std::size_t copy = 0; copy < copies_[urgency]; ++copy) {
-                const double due =
-                    (static_cast<double>(copy) + of_class) / static_cast<double>(copies_[urgency]) * all;
-                waiting_[urgency].push({due, urgency, rank[urgency], i});
-            }
-            ++rank[urgency];
+            const std::size_t its = units_[i].of_class;
+            const double of_class = static_cast<double>(rank[its]) / static_cast<double>(counts_[its]);
+            for (std::size_t copy = 0; copy < copies_[its]; ++copy)
+                waiting_[its].push(
+                    {(static_cast<double>(copy) + of_class) * interval_of(its), its, rank[its], i});
+            ++rank[its];
         }
     }
 
-    void send_first(std::size_t urgency) {
-        const transmission what = waiting_[urgency].top();
-        waiting_[urgency].pop();
+    double interval_of(std::size_t a_class) const { return all_ / static_cast<double>(copies_[a_class]); }
+
+    void send_first(class_queue& from) {
+        const transmission what = from.top();
+        from.pop();
+        double left = static_cast<double>(units_[what.unit].size);
         for (const std::uint32_t entity : units_[what.unit].entities) {
             const std::vector<bytes>& groups = of_.entities[entity].groups;
             for (std::uint32_t segment = 0; segment < groups.size(); ++segment) {
-                while (const class_queue* const first = interrupting(what))
-                    send_first(first->top().urgency);
+                if (what.of_class != kUrgent && is_urgent(left)) send_first(waiting_[kUrgent]);
                 order_.push_back({entity, segment});
                 sent_ += static_cast<double>(groups[segment].size());
+                left -= static_cast<double>(groups[segment].size());
             }
         }
     }
@@ -149,21 +198,19 @@ class spreading {
         return first;
     }
 
-    // What is due and does not wait for the end of `what`; null for nothing.
-    class_queue* interrupting(const transmission& what) {
-        for (std::size_t i = 0; i < kUrgencies; ++i)
-            if (!waiting_[i].empty() && waiting_[i].top().due <= sent_ &&
-                copies_[i] >= kInterruptsWhenOftenBy * copies_[what.urgency])
-                return &waiting_[i];
-        return nullptr;
+    // A block is due, and so much of something else is left that it does not wait for its end.
+    bool is_urgent(double left) const {
+        return !waiting_[kUrgent].empty() && waiting_[kUrgent].top().due <= sent_ &&
+               left > kWorthInterrupting * interval_of(kUrgent);
     }
 
     const sent_carousel& of_;
-    const std::vector<unit> units_;
-    std::array<double, kUrgencies> sizes_{};
-    std::array<std::size_t, kUrgencies> counts_{};
-    std::array<std::size_t, kUrgencies> copies_{};
-    std::array<class_queue, kUrgencies> waiting_;
+    std::vector<unit> units_;
+    std::array<double, kClasses> sizes_{};
+    std::array<std::size_t, kClasses> counts_{};
+    std::array<std::size_t, kClasses> copies_{};
+    double all_ = 0;  // bytes of the stretch
+    std::array<class_queue, kClasses> waiting_;
     sending_order order_;
     double sent_ = 0;
 };

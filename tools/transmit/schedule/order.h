@@ -1,10 +1,12 @@
 // In which order the segments of a carousel are sent, for one stretch that is then repeated. Pure functions,
 // any thread; memory is that of the order, 8 bytes a segment.
 //
-// Computed: the time between two transmissions of a class is proportional to the square root of its size over
-// its weight, which makes the weighted sum of the waits as small as it can be within the bit rate. The
-// transmissions of each class are spread evenly; one that comes at least four times as often as the object
-// that is just being sent does not wait for that object's end.
+// Computed: directory, service information and today's schedules are sent one behind the other, as a block:
+// who has waited for the one gets the next at once. Blocks, logos, tomorrow's schedules and the rest are four
+// classes. The time between two transmissions of a class is proportional to the square root of its size over
+// its weight, which makes the weighted sum of the waits as small as it can be within the bit rate, in whole
+// ratios, so that each class is spread evenly. A block that is due does not wait for the end of a large
+// object.
 #pragma once
 
 #include <array>

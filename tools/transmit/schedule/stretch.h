@@ -10,16 +10,17 @@
 
 namespace dabspi::transmit {
 
-// Logical frames in which a group is sent, first and last.
-struct group_frames {
-    std::uint32_t first = 0;
-    std::uint32_t last = 0;
+// Where a group is sent, in cells of 24 bytes: its first, and the one behind its last.
+struct group_cells {
+    std::uint64_t first = 0;
+    std::uint64_t end = 0;
 };
 
 struct stretch {
-    bytes packets;                     // whole logical frames
-    std::vector<group_frames> groups;  // one for each of its order
+    bytes packets;                    // whole logical frames
+    std::vector<group_cells> groups;  // one for each of its order
     std::uint32_t frames = 0;
+    std::uint64_t cells = 0;
 };
 
 // `order` is closed.
