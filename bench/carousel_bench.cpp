@@ -1,5 +1,5 @@
-// A day of a carousel: 200 objects at 16 kbit/s, as packets, without and with FEC; made anew, and as the stretch
-// that is repeated. Beside it the reference: the CRC of every packet and every data group.
+// A day of a carousel: 200 objects at 16 kbit/s, as packets, without and with FEC; made anew, and as the
+// stretch that is repeated. Beside it the reference: the CRC of every packet and every data group.
 #include <benchmark/benchmark.h>
 
 #include "tools/air/crc16.h"

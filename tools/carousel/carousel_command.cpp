@@ -12,7 +12,6 @@
 #include "tools/carousel/followed_carousel.h"
 #include "tools/carousel/live_output.h"
 #include "tools/command_line/needed_name.h"
-#include "tools/encode/local_offset.h"
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/interrupt.h"
 #include "tools/terminal/output.h"
@@ -176,17 +175,6 @@ std::string data_service_fault(const std::string& text) {
                : in_quotes(text) + " is no data service such as E1C00098: eight hexadecimal digits";
 }
 
-std::string known_offset_fault(const std::string& text) {
-    return local_offset::fixed(text)
-               ? ""
-               : in_quotes(text) + " is no offset such as +01:00 or -03:30, in half-hours up to 15:30";
-}
-
-std::string known_zone_fault(const std::string& text) {
-    std::string error;
-    return local_offset::zone(text, error) ? "" : error;
-}
-
 std::string component_fault(const std::string& text) {
     return spi_object::parse_content_id(service_uri(text))
                ? ""
@@ -263,15 +251,7 @@ void add_time_options(CLI::App& app, carousel_options& options) {
                    "The local time at which the multiplex begins; its day is today (default: now)")
         ->option_text("DATE[Thh:mm]")
         ->check(minute_fault);
-    CLI::Option* const offset = app.add_option("--offset", options.offset,
-                                               "The offset of local time, e.g. +01:00, for the clock and for "
-                                               "documents without\none (default: that of the schedules)")
-                                    ->option_text("OFFSET")
-                                    ->check(known_offset_fault);
-    app.add_option("--zone", options.zone, "The same by the system's time zone data, e.g. Europe/London")
-        ->option_text("ZONE")
-        ->excludes(offset)
-        ->check(known_zone_fault);
+    add_local_time_options(app, options.local_time);
     CLI::Option* const duration =
         app.add_option("--duration", options.duration,
                        "How long: 90s, 10min, 24h (default: until the carousel repeats)")

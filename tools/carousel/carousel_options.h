@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/encode/local_time_options.h"
 #include "tools/transmit/container/multiplex_writer.h"
 #include "tools/transmit/mot/sent_carousel.h"
 
@@ -23,8 +24,7 @@ struct carousel_options {
     std::string label;
     std::string service_label = "SPI";
     std::string clock;
-    std::string offset;
-    std::string zone;
+    local_time_options local_time;
     std::string service;
     std::string duration;
     std::string within;

@@ -119,12 +119,6 @@ void announce(prepared_carousel& to, const carousel_options& options,
                               " services of the service information are left out");
 }
 
-std::optional<local_offset> local_time(const carousel_options& options) {
-    std::string error;
-    if (!options.zone.empty()) return local_offset::zone(options.zone, error);
-    return options.offset.empty() ? std::nullopt : local_offset::fixed(options.offset);
-}
-
 // Half-hours at the clock's local time, or at `utc`: what was asked for, or what the schedules were written
 // with.
 int offset_of(const std::vector<carousel_object>& objects, const std::optional<local_offset>& local,
@@ -148,7 +142,7 @@ prepared_carousel look_at_objects(const carousel_options& options) {
     how.carousel = options.carousel;
     how.tokens = options.tokens;
     how.lenient = options.lenient;
-    how.local = local_time(options);
+    how.local = options.local_time.value();
     if (!options.service.empty()) how.service = spi_object::parse_content_id(service_uri(options.service));
     if (!options.ensemble.empty()) {
         const dab_identifier id = *dab_identifier::of_ensemble(options.ensemble);

@@ -1,5 +1,5 @@
-// Every plan of the examples, sent as a carousel, comes back as its objects; played to the library, what comes
-// back tells what the objects told.
+// Every plan of the examples, sent as a carousel, comes back as its objects; played to the library, what
+// comes back tells what the objects told.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
