@@ -46,6 +46,10 @@ std::string fault_of(const carousel_options& options) {
             return "--budget needs --within: the time that is to be kept, e.g. --within 90s";
         return {};
     }
+    if (options.packet_size > options.bit_rate * 3)
+        return "packets of " + std::to_string(options.packet_size) + " bytes do not fit: a frame holds " +
+               std::to_string(options.bit_rate * 3) + " at " + std::to_string(options.bit_rate) +
+               " kbit/s; use smaller ones, or a higher bit rate";
     if (options.output.empty()) return "say with --output where it goes";
     const auto form = form_of(options);
     if (!form)

@@ -14,25 +14,31 @@ using namespace transmit;
 
 constexpr std::uint64_t kFramesOfMinute = 60'000 / air::kMillisecondsOfFrame;
 
-// By their names: what is new, changed and gone.
-std::string changes_text(const std::vector<carousel_object>& before,
-                         const std::vector<carousel_object>& after) {
+struct object_changes {
+    std::size_t changed = 0;
+    std::size_t added = 0;
+    std::size_t removed = 0;
+    bool any() const { return changed + added + removed != 0; }
+};
+
+// By their names.
+object_changes changes_of(const std::vector<carousel_object>& before,
+                          const std::vector<carousel_object>& after) {
     std::map<std::string, const carousel_object*> known;
     for (const carousel_object& each : before)
         known[each.sent.name] = &each;
-    std::size_t added = 0;
-    std::size_t changed = 0;
+    object_changes all;
     for (const carousel_object& each : after) {
         const auto found = known.find(each.sent.name);
         if (found == known.end()) {
-            ++added;
-        } else {
-            if (*found->second->sent.body != *each.sent.body) ++changed;
-            known.erase(found);
+            ++all.added;
+            continue;
         }
+        if (*found->second->sent.body != *each.sent.body) ++all.changed;
+        known.erase(found);
     }
-    return std::to_string(changed) + " objects changed, " + std::to_string(added) + " added, " +
-           std::to_string(known.size()) + " removed";
+    all.removed = known.size();
+    return all;
 }
 
 }  // namespace
@@ -83,10 +89,10 @@ void followed_carousel::look() {
     if (found == seen_ && !another_day) return;
     seen_ = std::move(found);
     day_ = now().day();
-    renew();
+    renew(another_day);
 }
 
-void followed_carousel::renew() {
+void followed_carousel::renew(bool another_day) {
     carousel_options options = options_;
     options.clock = plan_minute{now().number}.text();
     auto maker = std::make_unique<carousel_maker>(*maker_);
@@ -102,9 +108,15 @@ void followed_carousel::renew() {
     seen_ = stamps_of(files_);
     if (!next.errors.empty()) {
         say_("the last good carousel goes on");
+        is_good_ = false;
         return;
     }
-    say_("a new version: " + changes_text(current_.objects, next.objects));
+    const object_changes changes = changes_of(current_.objects, next.objects);
+    if (!changes.any() && !is_good_) say_("the inputs are good again, and as they were");
+    is_good_ = true;
+    if (!changes.any() && !another_day) return;
+    say_("a new version: " + std::to_string(changes.changed) + " objects changed, " +
+         std::to_string(changes.added) + " added, " + std::to_string(changes.removed) + " removed");
     maker_ = std::move(maker);
     sender_->replace(next.made.carousel, next.made.order);
     current_.objects = std::move(next.objects);

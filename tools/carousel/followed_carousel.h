@@ -36,7 +36,7 @@ class followed_carousel {
 
     static stamps stamps_of(const std::vector<std::string>& files);
     broadcast_minute now() const;
-    void renew();
+    void renew(bool another_day);
 
     const carousel_options options_;
     const output_form form_;
@@ -46,6 +46,7 @@ class followed_carousel {
     std::vector<std::string> files_;
     stamps seen_;
     long day_ = 0;
+    bool is_good_ = true;  // the inputs, when they were looked at last
     std::uint64_t frames_ = 0;
     broadcast_minute begin_;
     std::unique_ptr<transmit::carousel_sender> sender_;

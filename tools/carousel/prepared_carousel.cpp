@@ -18,15 +18,18 @@ using namespace transmit;
 
 constexpr std::int64_t kFirstUnixDay = 40587;  // MJD
 constexpr std::int64_t kMinutesOfHalfHour = 30;
+constexpr std::int64_t kMillisecondsOfMinute = 60'000;
 constexpr std::int64_t kSecondsOfHalfHour = 1800;
 constexpr unsigned kLongestPacket = 96;
 constexpr std::uint16_t kFirstLongSid = 0xFFFF;
 constexpr std::uint16_t kSoundRate = 8;  // kbit/s
 constexpr std::size_t kMostServices = 500;
 
-broadcast_minute utc_now() {
+// Milliseconds since 1858-11-17.
+std::int64_t utc_now() {
     const auto since = std::chrono::system_clock::now().time_since_epoch();
-    return {kFirstUnixDay * kMinutesOfDay + std::chrono::duration_cast<std::chrono::minutes>(since).count()};
+    return kFirstUnixDay * kMinutesOfDay * kMillisecondsOfMinute +
+           std::chrono::duration_cast<std::chrono::milliseconds>(since).count();
 }
 
 sending_settings settings_of(const carousel_options& options) {
@@ -164,10 +167,13 @@ prepared_carousel look_at_objects(const carousel_options& options) {
         for (carousel_object& each : all.objects)
             compress_where_it_helps(each.sent);
     const std::optional<broadcast_minute> clock = how.now ? how.now : read.clock;
-    const broadcast_minute utc = utc_now();
+    const std::int64_t now = utc_now();
+    const broadcast_minute utc = {now / kMillisecondsOfMinute};
     const int offset = offset_of(all.objects, how.local, clock, utc);
     all.announced.offset_half_hours = offset;
-    all.begin = clock ? *clock : broadcast_minute{utc.number + offset * kMinutesOfHalfHour};
+    const std::int64_t local = offset * kMinutesOfHalfHour;
+    all.begin = clock ? *clock : broadcast_minute{utc.number + local};
+    all.begin_utc = clock ? (clock->number - local) * kMillisecondsOfMinute : now;
     all.images = image_verdicts(all.objects, all.described);
     std::vector<bool> shown(all.objects.size());
     for (const image_verdict& each : all.images)

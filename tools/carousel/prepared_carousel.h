@@ -24,6 +24,7 @@ struct prepared_carousel {
     std::optional<spi_object::ensemble_id> ensemble;
     transmit::announced_ensemble announced;  // of multiplexes, where the ensemble is known
     broadcast_minute begin;                  // local time
+    std::int64_t begin_utc = 0;              // the same, milliseconds since 1858-11-17
 };
 
 // `maker` is that of the version before, so that unchanged objects keep their identifiers.

@@ -18,8 +18,6 @@ namespace {
 using namespace transmit;
 
 constexpr std::size_t kPortion = std::size_t{1} << 18;
-constexpr std::int64_t kMillisecondsOfMinute = 60'000;
-constexpr std::int64_t kMinutesOfOffsetStep = 30;
 
 std::string_view chars(const bytes& of) {
     return {reinterpret_cast<const char*>(of.data()), of.size()};
@@ -81,9 +79,8 @@ void write_groups(const prepared_carousel& of, destination& to) {
 }  // namespace
 
 form_writer::form_writer(const prepared_carousel& of, output_form form) : of_(of) {
-    const std::int64_t utc = of.begin.number - of.announced.offset_half_hours * kMinutesOfOffsetStep;
     if (const auto multiplex = multiplex_form_of(form))
-        multiplex_.emplace(of.announced, *multiplex, utc * kMillisecondsOfMinute);
+        multiplex_.emplace(of.announced, *multiplex, of.begin_utc);
 }
 
 bytes form_writer::file_header(std::uint64_t frames) const {

@@ -80,6 +80,8 @@ TEST_F(CarouselCommand, SaysWhatIsMissingOnTheCommandLine) {
     EXPECT_THAT(carousel({"--budget", "16kbit/s"}).err, HasSubstr("--budget needs --within"));
     EXPECT_EQ(carousel({"-o", "spi.eti", "--bitrate", "12"}).status, 2);
     EXPECT_EQ(carousel({"-o", "spi.eti", "--packet-size", "50"}).status, 2);
+    EXPECT_THAT(carousel({"-o", "spi.eti", "--packet-size", "96"}).err,
+                HasSubstr("packets of 96 bytes do not fit: a frame holds 48 at 16 kbit/s"));
     EXPECT_THAT(carousel({"--follow", "-o", "spi.eti"}).err,
                 HasSubstr("make the pipe first: mkfifo spi.eti"));
     const finished_command no_ensemble =
