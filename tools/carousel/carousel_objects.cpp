@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t kDayInName = 9;  // "w20260302"
 constexpr std::size_t kMostOfInput = std::size_t{8} << 20;
 // More is nothing that a sub-channel brings round in hours.
-constexpr std::size_t kMostOfCarousel = std::size_t{64} << 20;
+constexpr std::size_t kMostOfCarousel = std::size_t{32} << 20;
 
 bytes bytes_of(const std::string& text) {
     return {text.begin(), text.end()};
