@@ -147,6 +147,8 @@ TEST(RoundTrip, LossesAreMadeGoodByRoundsAndByFec) {
         }
         if (testing::Test::HasFailure()) return;
     }
+    RecordProperty("rounds_with_fec", static_cast<int>(rounds_with));
+    RecordProperty("rounds_without", static_cast<int>(rounds_without));
     EXPECT_LT(rounds_with, rounds_without);
 }
 
