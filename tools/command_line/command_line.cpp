@@ -11,6 +11,7 @@
 #include "tools/text/nearest.h"
 #include "tools/text/utf8.h"
 #ifdef DABSPI_WORKBENCH
+#include "tools/carousel/carousel_command.h"
 #include "tools/check/check_command.h"
 #include "tools/check/explain_command.h"
 #include "tools/compare/compare_command.h"
@@ -91,7 +92,8 @@ std::vector<command> add_command_line(CLI::App& app) {
         "  dabspi scan multiplex.eti               what is on a recorded multiplex, and where its SPI is\n"
         "  dabspi export --xmltv guide.xml dump/   a programme guide for other programs\n"
         "  dabspi compare SI.xml dump/             what differs between two broadcasts\n"
-        "  dabspi guide --html guide.html dump/    a page of programmes for a person");
+        "  dabspi guide --html guide.html dump/    a page of programmes for a person\n"
+        "  dabspi carousel SI.xml PI*.xml -o spi.eti   from documents to what a multiplexer sends");
     app.failure_message([](const CLI::App* all, const CLI::Error& error) {
         const bool extra = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
         const std::string unknown = extra ? unexpected(*all) : std::string();
@@ -103,9 +105,10 @@ std::vector<command> add_command_line(CLI::App& app) {
     return {
         add_replay_command(app),
 #ifdef DABSPI_WORKBENCH
-        add_inspect_command(app), add_check_command(app),   add_explain_command(app),
-        add_encode_command(app),  add_record_command(app),  add_scan_command(app),
-        add_export_command(app),  add_compare_command(app), add_guide_command(app),
+        add_inspect_command(app),  add_check_command(app),   add_explain_command(app),
+        add_encode_command(app),   add_record_command(app),  add_scan_command(app),
+        add_export_command(app),   add_compare_command(app), add_guide_command(app),
+        add_carousel_command(app),
 #endif
     };
 }

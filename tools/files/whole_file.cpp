@@ -10,6 +10,7 @@
 #include <memory>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "tools/text/utf8.h"
 
@@ -76,7 +77,12 @@ std::optional<std::string> read_whole_file(const std::string& path, std::string&
     return std::nullopt;
 }
 
-std::string write_whole_file(const std::string& path, std::string_view content) {
+whole_file_writer::~whole_file_writer() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+std::string whole_file_writer::open(const std::string& path) {
     if (std::filesystem::path(path).filename().empty()) return "this is not a file's name";
     struct stat there {};
     const bool replaces = ::lstat(path.c_str(), &there) == 0;
@@ -86,13 +92,31 @@ std::string write_whole_file(const std::string& path, std::string_view content) 
 
     const temporary_file made(path);
     if (made.descriptor < 0) return system_text(errno);
-    int error = replaces && ::fchmod(made.descriptor, there.st_mode & 0777) != 0 ? errno : 0;
-    if (error == 0) error = write_all(made.descriptor, content);
-    if (::close(made.descriptor) != 0 && error == 0) error = errno;
-    if (error == 0 && ::rename(made.name.c_str(), path.c_str()) != 0) error = errno;
-    if (error == 0) return {};
-    ::unlink(made.name.c_str());
-    return system_text(error);
+    path_ = path;
+    temporary_ = made.name;
+    descriptor_ = made.descriptor;
+    if (replaces && ::fchmod(descriptor_, there.st_mode & 0777) != 0) return system_text(errno);
+    return {};
+}
+
+std::string whole_file_writer::write(std::string_view content) {
+    const int error = write_all(descriptor_, content);
+    return error == 0 ? std::string() : system_text(error);
+}
+
+std::string whole_file_writer::commit() {
+    const int error = ::close(std::exchange(descriptor_, -1)) != 0 ? errno : 0;
+    if (error != 0) return system_text(error);
+    if (::rename(temporary_.c_str(), path_.c_str()) != 0) return system_text(errno);
+    temporary_.clear();
+    return {};
+}
+
+std::string write_whole_file(const std::string& path, std::string_view content) {
+    whole_file_writer file;
+    std::string error = file.open(path);
+    if (error.empty()) error = file.write(content);
+    return error.empty() ? file.commit() : error;
 }
 
 void write_whole_file_and_folders(const std::string& path, std::string_view content) {

@@ -20,7 +20,28 @@ std::optional<std::string> read_whole_file(const std::string& path, std::string&
 // error, and nothing waits for it. The error's text, or an empty one.
 std::string write_whole_file(const std::string& path, std::string_view content);
 
-// The same, and makes the directories above it. Throws std::runtime_error with a text for the user.
+// The same for content that comes piece by piece, however much: until commit() what stood there is left
+// alone, and without it nothing is ever seen of the new file.
+class whole_file_writer {
+ public:
+    whole_file_writer() = default;
+    ~whole_file_writer();
+    whole_file_writer(const whole_file_writer&) = delete;
+    whole_file_writer& operator=(const whole_file_writer&) = delete;
+
+    // Each gives the error's text, or an empty one. Nothing follows an error.
+    std::string open(const std::string& path);
+    std::string write(std::string_view content);
+    std::string commit();
+
+ private:
+    std::string path_;
+    std::string temporary_;  // empty: none is there
+    int descriptor_ = -1;
+};
+
+// The same as write_whole_file, and makes the directories above it. Throws std::runtime_error with a text for
+// the user.
 void write_whole_file_and_folders(const std::string& path, std::string_view content);
 
 }  // namespace dabspi

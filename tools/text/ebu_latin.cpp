@@ -1,6 +1,9 @@
 #include "tools/text/ebu_latin.h"
 
+#include <algorithm>
 #include <array>
+
+#include "tools/text/utf8.h"
 
 namespace dabspi {
 
@@ -61,6 +64,35 @@ std::string iso_8859_1_to_utf8(std::string_view text) {
     for (const char c : text)
         append_utf8(result, static_cast<unsigned char>(c));
     return result;
+}
+
+namespace {
+
+// `byte_of` gives the byte of a character, or a negative number.
+template <class ByteOf>
+std::optional<std::string> from_utf8(std::string_view text, ByteOf byte_of) {
+    std::string result;
+    while (!text.empty()) {
+        const utf8_part part = first_utf8_part(text);
+        const int byte = part.well_formed ? byte_of(part.code_point) : -1;
+        if (byte < 0) return std::nullopt;
+        result += static_cast<char>(byte);
+        text.remove_prefix(part.length);
+    }
+    return result;
+}
+
+}  // namespace
+
+std::optional<std::string> utf8_to_ebu_latin(std::string_view text) {
+    return from_utf8(text, [](char32_t c) {
+        const auto place = std::find(kEbuLatin.begin(), kEbuLatin.end(), static_cast<char16_t>(c));
+        return c > 0xFFFF || place == kEbuLatin.end() ? -1 : static_cast<int>(place - kEbuLatin.begin());
+    });
+}
+
+std::optional<std::string> utf8_to_iso_8859_1(std::string_view text) {
+    return from_utf8(text, [](char32_t c) { return c > 0xFF ? -1 : static_cast<int>(c); });
 }
 
 }  // namespace dabspi

@@ -81,4 +81,34 @@ TEST(WholeFile, OfTwoThatWriteAtOnceIsWhole) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.path()), {}), 1);
 }
 
+TEST(WholeFileWriter, NothingIsSeenBeforeItIsCommitted) {
+    const temporary_directory directory;
+    const std::string path = write_file(directory, "a.eti", "old");
+    const auto files = [&] {
+        return std::distance(std::filesystem::directory_iterator(directory.path()), {});
+    };
+    {
+        dabspi::whole_file_writer given_up;
+        EXPECT_EQ(given_up.open(path), "");
+        EXPECT_EQ(given_up.write("new"), "");
+        EXPECT_EQ(read_file(path), "old");
+    }
+    EXPECT_EQ(read_file(path), "old");
+    EXPECT_EQ(files(), 1);
+    dabspi::whole_file_writer file;
+    EXPECT_EQ(file.open(path), "");
+    EXPECT_EQ(file.write("ne"), "");
+    EXPECT_EQ(file.write("w"), "");
+    EXPECT_EQ(file.commit(), "");
+    EXPECT_EQ(read_file(path), "new");
+    EXPECT_EQ(files(), 1);
+}
+
+TEST(WholeFileWriter, RefusesWhatIsNoRegularFile) {
+    const temporary_directory directory;
+    dabspi::whole_file_writer file;
+    EXPECT_NE(file.open(directory.path().string()), "");
+    EXPECT_NE(file.open((directory.path() / "no" / "such" / "folder").string()), "");
+}
+
 }  // namespace

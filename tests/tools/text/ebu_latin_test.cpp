@@ -34,4 +34,18 @@ TEST(EbuLatin, Iso88591IsTheFirst256CodePoints) {
     EXPECT_EQ(all, "€😀");
 }
 
+TEST(EbuLatin, EveryCharacterOfASetFindsItsByteAgain) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string one(1, static_cast<char>(byte));
+        EXPECT_EQ(utf8_to_ebu_latin(ebu_latin_to_utf8(one)), one) << byte;
+        EXPECT_EQ(utf8_to_iso_8859_1(iso_8859_1_to_utf8(one)), one) << byte;
+    }
+}
+
+TEST(EbuLatin, ACharacterOfNoByteGivesNothing) {
+    EXPECT_EQ(utf8_to_ebu_latin("Zwölf ☃"), std::nullopt);
+    EXPECT_EQ(utf8_to_iso_8859_1("10 €"), std::nullopt);
+    EXPECT_EQ(utf8_to_ebu_latin("\xC3"), std::nullopt);
+}
+
 }  // namespace
