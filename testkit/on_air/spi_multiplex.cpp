@@ -84,11 +84,11 @@ std::vector<mb::logical_frame> frames_of(const multiplex& sent, unsigned count, 
         unsigned start = 0;
         for (std::size_t n = 0; n < sent.sub_channels.size(); ++n) {
             const packet_sub_channel& each = sent.sub_channels[n];
-            bytes content = i < packets[n].size()
-                                ? packets[n][i]
-                                : carousel_kit::logical_frames(carousel_kit::padding_packet(), each.frame_bytes)[0];
-            frame.sub_channels.push_back({static_cast<std::uint8_t>(each.id), static_cast<std::uint16_t>(start),
-                                          0x22, std::move(content)});
+            bytes content = i < packets[n].size() ? packets[n][i]
+                                                  : carousel_kit::logical_frames(
+                                                        carousel_kit::padding_packet(), each.frame_bytes)[0];
+            frame.sub_channels.push_back({static_cast<std::uint8_t>(each.id),
+                                          static_cast<std::uint16_t>(start), 0x22, std::move(content)});
             start += static_cast<unsigned>(each.frame_bytes / 4);
         }
         for (std::size_t n = 0; n < sent.audio.size(); ++n)

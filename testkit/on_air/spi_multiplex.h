@@ -44,9 +44,9 @@ struct multiplex {
     std::vector<packet_sub_channel> sub_channels;
     std::vector<spi_component> spi;
     bool has_clock = true;
-    unsigned day = 61101;            // Modified Julian Date: 2026-03-02
-    unsigned minute_of_day = 630;    // UTC, when the first frame begins
-    unsigned milliseconds = 0;       // of that minute
+    unsigned day = 61101;          // Modified Julian Date: 2026-03-02
+    unsigned minute_of_day = 630;  // UTC, when the first frame begins
+    unsigned milliseconds = 0;     // of that minute
     int offset_half_hours = 0;
     unsigned audio_bytes = 24;  // of each audio sub-channel in a frame
 };

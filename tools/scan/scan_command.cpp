@@ -42,6 +42,7 @@ scanned_multiplex scan_all(air::opened_frames& in, const std::string& name) {
         progress.update(static_cast<std::size_t>(in.frames->position() / kMebibyte));
         if (interrupt_watch::noted() != 0) break;
     }
+    scan.finish();
     scanned_multiplex found = scan.result();
     found.name = name;
     found.form = in.found;

@@ -135,7 +135,8 @@ void multiplex_reception::begin(const spi_component& announced) {
         limits.unpacked = std::min(limits.unpacked, limits.memory / 2);
         limits.directory = std::min(limits.directory, limits.memory / 4);
         memory_left_ -= limits.memory;
-        held_carousel made{std::make_unique<spi_carousel>(sink_, announced, delivery_, limits), frame_, frame_};
+        held_carousel made{std::make_unique<spi_carousel>(sink_, announced, delivery_, limits), frame_,
+                           frame_};
         found = carousels_.emplace(place, std::move(made)).first;
     }
     held_carousel& held = found->second;
@@ -205,8 +206,8 @@ void multiplex_reception::finish() {
 std::vector<carousel_report> multiplex_reception::carousels() const {
     std::vector<carousel_report> all;
     for (const auto& [place, held] : carousels_) {
-        carousel_report report{held.carousel->component(), held.first_frame, held.present,
-                               held.carousel->statistics(), {}};
+        carousel_report report{
+            held.carousel->component(), held.first_frame, held.present, held.carousel->statistics(), {}};
         report.packets.address = place.address;
         if (sub_channels_[place.sub_channel] != nullptr)
             for (const address_counts& each : sub_channels_[place.sub_channel]->addresses())

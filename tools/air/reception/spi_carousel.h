@@ -27,7 +27,10 @@ struct carousel_place {
 class spi_carousel final : private object_sink {
  public:
     spi_carousel(reception_sink& sink, spi_component component, delivery which, const carousel_limits& limits)
-        : memory(limits.memory), sink_(sink), component_(std::move(component)), carousel_(*this, which, limits) {}
+        : memory(limits.memory),
+          sink_(sink),
+          component_(std::move(component)),
+          carousel_(*this, which, limits) {}
 
     void take(byte_view group, std::uint64_t frame) { carousel_.take(group, frame); }
     void finish() { carousel_.finish(); }

@@ -88,7 +88,8 @@ TEST(MultiplexReception, ReadsASecondCarouselOfTheSubChannelThatIsAnnouncedLater
 }
 
 TEST(MultiplexReception, FollowsACarouselThatIsCutByTheAnnouncement) {
-    // The second carousel is announced in every frame of its transmission in turn: nothing is lost or doubled.
+    // The second carousel is announced in every frame of its transmission in turn: nothing is lost or
+    // doubled.
     for (unsigned frame = 1; frame < 16; ++frame) {
         on_air::multiplex sent = with_carousel(2);
         kit::bytes other = on_air::stream_of(6, kit::directory_round(3, {object_of(3, "third", 1500)}));
@@ -122,8 +123,8 @@ TEST(MultiplexReception, FollowsTheCarouselToAnotherPlace) {
     moved.sub_channels[0].id = 31;
     moved.sub_channels[0].stream =
         on_air::stream_of(6, kit::directory_round(10, {object_of(1, "first"), object_of(3, "third")}));
-    const auto behind = on_air::frames_of(moved, on_air::frames_needed(moved) + 20,
-                                          static_cast<unsigned>(frames.size()));
+    const auto behind =
+        on_air::frames_of(moved, on_air::frames_needed(moved) + 20, static_cast<unsigned>(frames.size()));
     frames.insert(frames.end(), behind.begin(), behind.end());
     received_multiplex got(delivery::once);
     got.feed_all(frames);

@@ -25,8 +25,8 @@ class received_multiplex final : public dabspi::air::reception_sink {
 
     void minute(const dabspi::air::local_minute& begun) override { minutes.push_back(minute_text(begun)); }
     void object(const dabspi::air::spi_component& from, const dabspi::air::mot_object& received) override {
-        objects.push_back({from.sid, from.address, received.header.name.value_or(std::string()), *received.body,
-                           received.frame});
+        objects.push_back({from.sid, from.address, received.header.name.value_or(std::string()),
+                           *received.body, received.frame});
     }
 
     // Without a container around it.
