@@ -57,8 +57,9 @@ struct feed_mot_body {
 struct resend_now_next {};
 
 struct call {
-    std::size_t line = 0;  // counted from 1
+    std::size_t line = 0;  // counted from 1; 0: not of a recording
     std::variant<set_date_time, set_current_service, feed_mot_body, resend_now_next> what;
+    std::uint64_t frame = 0;  // of a multiplex, which has no lines: 24 ms each, counted from 0
 };
 
 struct recording_error {

@@ -66,7 +66,8 @@ ordered_json object_json(const air::object_statistics& of, std::uint64_t bytes_o
     if (of.gone) json["gone_frame"] = *of.gone;
     json["bytes_on_air"] = of.bytes_on_air;
     json["share_percent"] =
-        bytes_of_all == 0 ? 0 : 100.0 * static_cast<double>(of.bytes_on_air) / static_cast<double>(bytes_of_all);
+        bytes_of_all == 0 ? 0
+                          : 100.0 * static_cast<double>(of.bytes_on_air) / static_cast<double>(bytes_of_all);
     return json;
 }
 

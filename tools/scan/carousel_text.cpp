@@ -38,9 +38,9 @@ std::string segments_words(const air::object_statistics& of) {
 }
 
 std::string object_line(const air::object_statistics& of, std::uint64_t bytes_of_all) {
-    const double share = bytes_of_all == 0
-                             ? 0
-                             : 100.0 * static_cast<double>(of.bytes_on_air) / static_cast<double>(bytes_of_all);
+    const double share =
+        bytes_of_all == 0 ? 0
+                          : 100.0 * static_cast<double>(of.bytes_on_air) / static_cast<double>(bytes_of_all);
     std::string text = "    " + padded(kind_words(of), 22) + right(std::to_string(of.body_size), 8) +
                        right(segments_words(of), 10) +
                        right(of.times.count == 0 ? "-" : time_at(of.times.first), 10) +
@@ -77,14 +77,14 @@ std::string names_text(const char* what, const air::directory_version::names& of
 
 std::string directories_text(const air::carousel_statistics& of) {
     if (of.directories.empty()) return {};
-    std::string text =
-        "    directory versions: " + std::to_string(of.directory_versions) + "\n";
+    std::string text = "    directory versions: " + std::to_string(of.directory_versions) + "\n";
     const std::size_t left_out =
         of.directories.size() > kDirectoriesShown ? of.directories.size() - kDirectoriesShown : 0;
     for (std::size_t i = left_out; i < of.directories.size(); ++i) {
         const air::directory_version& each = of.directories[i];
-        text += "      at " + time_at(each.frame) + ": " + std::to_string(each.objects) + " objects, transport " +
-                std::to_string(each.transport_id) + (each.compressed ? ", compressed" : "");
+        text += "      at " + time_at(each.frame) + ": " + std::to_string(each.objects) +
+                " objects, transport " + std::to_string(each.transport_id) +
+                (each.compressed ? ", compressed" : "");
         if (of.directory_versions != 1)
             text += names_text("added", each.added) + names_text("removed", each.removed) +
                     names_text("changed", each.changed);
@@ -98,7 +98,8 @@ std::string drops_text(const Counts& of, Drop end) {
     std::string text;
     for (unsigned i = 0; i < static_cast<unsigned>(end); ++i) {
         const std::uint64_t count = of.of(static_cast<Drop>(i));
-        if (count != 0) text += "    " + padded(std::to_string(count), 8) + drop_text(static_cast<Drop>(i)) + "\n";
+        if (count != 0)
+            text += "    " + padded(std::to_string(count), 8) + drop_text(static_cast<Drop>(i)) + "\n";
     }
     return text;
 }
@@ -132,8 +133,8 @@ std::string carousel_text(const air::carousel_report& of, const air::packet_coun
     if (const auto cycle = carousel.cycle()) text += "; cycle " + seconds_text(air::seconds_of(*cycle));
     text += "\n" + fec_text(packets);
     text += objects_text(carousel, packets.cells * air::kCell) + directories_text(carousel);
-    const std::string drops = drops_text(packets, air::packet_drop::count) +
-                              drops_text(carousel.counts, air::carousel_drop::count);
+    const std::string drops =
+        drops_text(packets, air::packet_drop::count) + drops_text(carousel.counts, air::carousel_drop::count);
     return text + (drops.empty() ? "" : "    dropped or lost\n" + drops);
 }
 

@@ -52,7 +52,8 @@ std::string completeness(const air::carousel_report& of, const air::packet_count
     if (carousel.mode == air::carousel_mode::unknown)
         return "data groups were received, but no whole directory and no whole header";
     if (carousel.objects.empty())
-        return carousel.mode == air::carousel_mode::directory ? "the directory is empty" : "there is no object";
+        return carousel.mode == air::carousel_mode::directory ? "the directory is empty"
+                                                              : "there is no object";
     const std::size_t all = carousel.objects.size();
     const std::size_t received = objects_received(carousel);
     if (received == all) return "complete: all objects were received, " + std::to_string(all);

@@ -112,7 +112,8 @@ TEST(ScanCarousels, SaysWhenSignalledFecIsNotSent) {
     auto sent = sending(on_air::stream_of(5, kit::directory_round(9, kObjects)));
     sent.sub_channels[0].fec = true;
     const std::string verdict = verdict_of(scanned(sent, 120));
-    EXPECT_NE(verdict.find("forward error correction is signalled, but not sent"), std::string::npos) << verdict;
+    EXPECT_NE(verdict.find("forward error correction is signalled, but not sent"), std::string::npos)
+        << verdict;
 }
 
 TEST(ScanCarousels, TellsWhatEachDirectoryChanged) {

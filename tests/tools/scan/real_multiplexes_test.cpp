@@ -36,8 +36,8 @@ std::map<int, json> objects_of(const json& report) {
     std::map<int, json> all;
     for (const json& each : report.at("spi").at(0).at("carousel").at("objects"))
         if (each.at("times") != 0)
-            all[each.at("transport_id")] = {each.at("content_type"), each.at("content_subtype"), each.at("name"),
-                                            each.at("size")};
+            all[each.at("transport_id")] = {each.at("content_type"), each.at("content_subtype"),
+                                            each.at("name"), each.at("size")};
     return all;
 }
 
