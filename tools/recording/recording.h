@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -91,6 +92,15 @@ struct recording_limits {
 // `path` "-" is standard input; body files are then relative to the current directory, else to the
 // recording's own.
 recording read_recording(const std::string& path, const recording_limits& limits = {});
+
+// A recording's text, wherever it comes from.
+struct recording_text {
+    // Puts at most `space` bytes there; 0 at the end.
+    std::function<std::size_t(char* to, std::size_t space)> read;
+    std::function<int()> error;  // a system error number, or 0
+};
+recording read_recording(const recording_text& from, const std::string& name, const std::string& directory,
+                         const recording_limits& limits = {});
 
 // The same for a text in memory.
 recording parse_recording(std::string_view text, const std::string& name, const std::string& directory,

@@ -5,9 +5,9 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
-#include <system_error>
 
 #include "tools/air/container/open_frames.h"
+#include "tools/air/container/opened_messages.h"
 #include "tools/scan/multiplex_scan.h"
 #include "tools/scan/report.h"
 #include "tools/terminal/error_messages.h"
@@ -56,29 +56,6 @@ scanned_multiplex scan_all(air::opened_frames& in, const std::string& name) {
     return found;
 }
 
-// Why there is nothing to report; empty if there is.
-std::string nothing_found(const scanned_multiplex& found, const std::string& flow) {
-    if (found.container.frames != 0 || found.interrupted) return {};
-    if (found.form.kind != content_kind::capture) return "there is no whole frame in it";
-    if (found.flows.empty()) return "the capture holds no EDI (AF packets or PF fragments in UDP)";
-    if (found.chosen)
-        return "the flow " + destination_text(found.flows[*found.chosen].flow) + " gives no frame";
-    std::string text = "no flow of EDI goes to " + printable(flow) + "; there are";
-    for (const air::edi_flow& each : found.flows)
-        text += " " + destination_text(each.flow);
-    return text;
-}
-
-void say_flows(const scanned_multiplex& found, const std::string& flow) {
-    if (found.flows.size() < 2 || !flow.empty() || !found.chosen) return;
-    std::string text = printable(found.name) + ": the capture holds " + std::to_string(found.flows.size()) +
-                       " flows of EDI; " + destination_text(found.flows[*found.chosen].flow) +
-                       " is read. Choose with --flow from";
-    for (const air::edi_flow& each : found.flows)
-        text += " " + destination_text(each.flow);
-    print_error(text);
-}
-
 int print(const scanned_multiplex& found, bool json) {
     output out(STDOUT_FILENO);
     out.write(json ? json_report(found) : text_report(found));
@@ -99,20 +76,17 @@ int scan_and_print(const scan_options& options) {
         return kExitUnusable;
     }
     const scanned_multiplex found = scan_all(in, name);
-    const std::string nothing = nothing_found(found, options.flow);
+    const std::string nothing = found.interrupted ? std::string() : why_no_frame(in, options.flow);
     if (!nothing.empty()) {
         print_error(printable(name) + ": " + nothing);
         return kExitUnusable;
     }
-    say_flows(found, options.flow);
+    const std::string flows = flows_to_choose_from(in, options.flow);
+    if (!flows.empty()) print_error(printable(name) + ": " + flows);
     const int status = print(found, options.json);
-    if (in.read_error() != 0) {
-        print_error(printable(name) +
-                    ": cannot be read to its end: " + std::generic_category().message(in.read_error()));
-        return kExitFailed;
-    }
-    if (in.capture != nullptr && !in.capture->error().empty())
-        print_error(printable(name) + ": the capture ends early: " + printable(in.capture->error()));
+    const std::string early = early_end(in);
+    if (!early.empty()) print_error(printable(name) + ": " + early);
+    if (in.read_error() != 0) return kExitFailed;
     return status;
 }
 

@@ -25,10 +25,10 @@ service_id id_of(const described_service& service, const ensemble& in) {
 }
 
 bool is_audio(const described_service& service) {
-    return std::any_of(
-        service.components.begin(), service.components.end(), [](const described_component& each) {
-            return each.organisation.mode == transport::audio && each.organisation.primary;
-        });
+    return std::any_of(service.components.begin(), service.components.end(),
+                       [](const described_component& each) {
+                           return each.organisation.mode == transport::audio && each.organisation.primary;
+                       });
 }
 
 bool is_meant(const dab_identifier& wanted, const service_id& id) {

@@ -49,8 +49,8 @@ std::string text_of(const set_current_service& of) {
 }
 std::string text_of(const feed_mot_body& of) {
     char text[64];
-    std::snprintf(text, sizeof text, "%u/%u %zu of %X: ", of.content_type, of.content_subtype, of.body->size(),
-                  of.service.sid);
+    std::snprintf(text, sizeof text, "%u/%u %zu of %X: ", of.content_type, of.content_subtype,
+                  of.body->size(), of.service.sid);
     return text + of.content_name;
 }
 std::string text_of(const resend_now_next&) {
@@ -139,8 +139,8 @@ TEST(MultiplexCalls, GoOnWithoutAClockAfterTenSeconds) {
     on_air::multiplex sent = two_stations();
     sent.has_clock = false;
     const made_calls made = calls_of(sent, "", air::delivery::once, 600);
-    EXPECT_EQ(made.texts, (strings{"0.C221.0 in C185", "7/1 300 of E1C00098: first",
-                                   "7/1 300 of E1C00098: second"}));
+    EXPECT_EQ(made.texts,
+              (strings{"0.C221.0 in C185", "7/1 300 of E1C00098: first", "7/1 300 of E1C00098: second"}));
     EXPECT_EQ(made.frames.at(0), 416U);
     EXPECT_LT(made.frames.at(1), 30U);
 }
@@ -173,8 +173,8 @@ TEST(MultiplexCalls, AreTheSameFromEveryContainer) {
     ASSERT_EQ(raw.texts.size(), 7U);
     for (const mb::bytes& file :
          {mb::streamed_eti(frames), mb::framed_eti(frames), mb::af_stream(frames), mb::pf_stream(frames),
-          mb::pf_stream(frames, with_fec), mb::framed_stream(frames), mb::pcap_file(mb::datagrams_of(packets)),
-          mb::pcapng_file(mb::datagrams_of(packets))}) {
+          mb::pf_stream(frames, with_fec), mb::framed_stream(frames),
+          mb::pcap_file(mb::datagrams_of(packets)), mb::pcapng_file(mb::datagrams_of(packets))}) {
         const made_calls made = calls_of(file);
         EXPECT_EQ(made.error, "");
         EXPECT_EQ(made.texts, raw.texts);

@@ -23,7 +23,8 @@ ensemble described_stations() {
     ensemble made;
     made.eid = 0xC185;
     made.ecc = 0xE1;
-    made.services = {service(0xC221, "Radio 1", transport::audio), service(0xC222, "Radio 2", transport::audio),
+    made.services = {service(0xC221, "Radio 1", transport::audio),
+                     service(0xC222, "Radio 2", transport::audio),
                      service(0xE1C00098, "Guide", transport::packet, true)};
     return made;
 }

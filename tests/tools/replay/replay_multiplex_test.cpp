@@ -1,0 +1,105 @@
+// dabspi replay of a multiplex: the same notifications as of a recording of the same calls.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "testkit/multiplex/edi_writer.h"
+#include "testkit/multiplex/eti_writer.h"
+#include "testkit/on_air/spi_multiplex.h"
+#include "testkit/temporary_directory.h"
+#include "tests/tools/command_line/run_command.h"
+#include "tests/tools/files/files.h"
+#include "tests/tools/recording/sample_broadcast.h"
+#include "tools/recording/recording.h"
+
+namespace {
+
+namespace kit = carousel_kit;
+namespace mb = multiplex_builder;
+using testing::HasSubstr;
+
+std::string as_text(const mb::bytes& file) {
+    return {file.begin(), file.end()};
+}
+
+// The objects that a recording feeds, as one round of a carousel.
+on_air::multiplex on_air_of(const dabspi::recording& broadcast) {
+    std::vector<kit::object> objects;
+    for (const dabspi::call& each : broadcast.calls) {
+        const auto* const fed = std::get_if<dabspi::feed_mot_body>(&each.what);
+        if (fed == nullptr) continue;
+        kit::object object;
+        object.transport_id = 20 + static_cast<unsigned>(objects.size());
+        object.content_type = fed->content_type;
+        object.content_subtype = fed->content_subtype;
+        object.name = fed->content_name;
+        object.body = *fed->body;
+        objects.push_back(object);
+    }
+    on_air::multiplex sent;
+    sent.spi.emplace_back();
+    sent.audio.push_back({0xC222, "Radio 2", 2});
+    sent.sub_channels.push_back({30, 192, on_air::stream_of(5, kit::directory_round(9, objects)), false});
+    return sent;
+}
+
+on_air::multiplex sample_on_air() {
+    const temporary_directory directory;
+    return on_air_of(
+        dabspi::read_recording(sample_broadcast::write_recording(directory, sample_broadcast::whole())));
+}
+
+finished_command replay(const mb::bytes& file, std::vector<std::string> arguments) {
+    command_input how;
+    how.arguments = {"replay"};
+    how.arguments.insert(how.arguments.end(), arguments.begin(), arguments.end());
+    how.arguments.emplace_back("-");
+    how.standard_input = as_text(file);
+    return run_dabspi(how);
+}
+
+TEST(ReplayOfMultiplex, TellsWhatARecordingOfTheSameCallsTells) {
+    const finished_command end = replay(mb::raw_eti(on_air::frames_of(sample_on_air(), 80)), {"--json"});
+    EXPECT_EQ(end.status, 0) << end.err;
+    EXPECT_EQ(end.err, "");
+    EXPECT_EQ(end.out, sample_broadcast::lines(sample_broadcast::whole_received_by_wrapper()));
+}
+
+TEST(ReplayOfMultiplex, IsTheSameFromAFileAndFromEveryContainer) {
+    const auto frames = on_air::frames_of(sample_on_air(), 80);
+    const finished_command piped = replay(mb::raw_eti(frames), {"--json"});
+    ASSERT_NE(piped.out, "");
+    for (const mb::bytes& file : {mb::streamed_eti(frames), mb::framed_eti(frames), mb::af_stream(frames)}) {
+        const temporary_directory directory;
+        const std::string path = write_file(directory, "multiplex", as_text(file));
+        const finished_command end = run_dabspi({{"replay", "--json", path}});
+        EXPECT_EQ(end.status, 0) << end.err;
+        EXPECT_EQ(end.out, piped.out);
+    }
+}
+
+TEST(ReplayOfMultiplex, NamesTheServicesForOneThatIsNotThere) {
+    const mb::bytes file = mb::raw_eti(on_air::frames_of(sample_on_air(), 80));
+    const finished_command end = replay(file, {"--service", "Radio 9"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("there is no service \"Radio 9\" in this multiplex; there are C221 Radio 1, "
+                                   "C222 Radio 2, E1C00098 Guide"));
+}
+
+TEST(ReplayOfMultiplex, SaysWhenThereIsNoSpi) {
+    on_air::multiplex silent = sample_on_air();
+    silent.spi.clear();
+    const finished_command end = replay(mb::raw_eti(on_air::frames_of(silent, 40)), {});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.err, HasSubstr("<stdin>: no SPI that can be read is announced"));
+}
+
+TEST(ReplayOfMultiplex, RefusesItsOptionsForARecording) {
+    const temporary_directory directory;
+    const std::string path = write_file(directory, "day.jsonl", "{\"call\":\"SetDateTime\",\"date\":\"20260302\","
+                                                                "\"time\":\"1030\"}\n");
+    const finished_command end = run_dabspi({{"replay", "--service", "all", path}});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.err, HasSubstr("it is a call recording, which says service and objects itself"));
+}
+
+}  // namespace
