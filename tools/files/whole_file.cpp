@@ -76,23 +76,65 @@ std::optional<std::string> read_whole_file(const std::string& path, std::string&
     return std::nullopt;
 }
 
-std::string write_whole_file(const std::string& path, std::string_view content) {
-    if (std::filesystem::path(path).filename().empty()) return "this is not a file's name";
+growing_file::growing_file(std::string path) : path_(std::move(path)) {
+    if (std::filesystem::path(path_).filename().empty()) {
+        error_ = "this is not a file's name";
+        return;
+    }
     struct stat there {};
-    const bool replaces = ::lstat(path.c_str(), &there) == 0;
-    if (replaces && S_ISLNK(there.st_mode)) return "it is a symbolic link; name the file itself";
-    if (replaces && S_ISDIR(there.st_mode)) return system_text(EISDIR);
-    if (replaces && !S_ISREG(there.st_mode)) return "it is not a regular file";
+    const bool replaces = ::lstat(path_.c_str(), &there) == 0;
+    if (replaces && S_ISLNK(there.st_mode)) {
+        error_ = "it is a symbolic link; name the file itself";
+    } else if (replaces && S_ISDIR(there.st_mode)) {
+        error_ = system_text(EISDIR);
+    } else if (replaces && !S_ISREG(there.st_mode)) {
+        error_ = "it is not a regular file";
+    }
+    if (!error_.empty()) return;
+    const temporary_file made(path_);
+    descriptor_ = made.descriptor;
+    if (descriptor_ < 0) {
+        fail(errno);
+        return;
+    }
+    made_ = made.name;
+    if (replaces && ::fchmod(descriptor_, there.st_mode & 0777) != 0) fail(errno);
+}
 
-    const temporary_file made(path);
-    if (made.descriptor < 0) return system_text(errno);
-    int error = replaces && ::fchmod(made.descriptor, there.st_mode & 0777) != 0 ? errno : 0;
-    if (error == 0) error = write_all(made.descriptor, content);
-    if (::close(made.descriptor) != 0 && error == 0) error = errno;
-    if (error == 0 && ::rename(made.name.c_str(), path.c_str()) != 0) error = errno;
-    if (error == 0) return {};
-    ::unlink(made.name.c_str());
-    return system_text(error);
+growing_file::~growing_file() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+    if (!made_.empty()) ::unlink(made_.c_str());
+}
+
+void growing_file::fail(int error) {
+    error_ = system_text(error);
+}
+
+const std::string& growing_file::add(std::string_view content) {
+    if (!error_.empty()) return error_;
+    const int error = write_all(descriptor_, content);
+    if (error != 0) fail(error);
+    return error_;
+}
+
+const std::string& growing_file::finish() {
+    if (!error_.empty()) return error_;
+    const int descriptor = descriptor_;
+    descriptor_ = -1;
+    if (::close(descriptor) != 0) {
+        fail(errno);
+    } else if (::rename(made_.c_str(), path_.c_str()) != 0) {
+        fail(errno);
+    } else {
+        made_.clear();
+    }
+    return error_;
+}
+
+std::string write_whole_file(const std::string& path, std::string_view content) {
+    growing_file file(path);
+    file.add(content);
+    return file.finish();
 }
 
 void write_whole_file_and_folders(const std::string& path, std::string_view content) {

@@ -14,6 +14,28 @@ constexpr std::size_t kMostOfFile = std::size_t{256} << 20;
 std::optional<std::string> read_whole_file(const std::string& path, std::string& error,
                                            std::size_t most_bytes = kMostOfFile);
 
+// A file that is written bit by bit and stands in its place when it is whole, by the rules of
+// write_whole_file(). Without finish() nothing is left of it.
+class growing_file {
+ public:
+    explicit growing_file(std::string path);
+    ~growing_file();
+    growing_file(const growing_file&) = delete;
+    growing_file& operator=(const growing_file&) = delete;
+
+    // Both give the error's text, or an empty one; after an error it is always that.
+    const std::string& add(std::string_view content);
+    const std::string& finish();
+
+ private:
+    void fail(int error);
+
+    const std::string path_;
+    std::string made_;  // the name that it has until then
+    int descriptor_ = -1;
+    std::string error_;
+};
+
 // Replaces what stood there in one step: nobody ever sees half a file, and when it fails the old one is still
 // there, as it was. A file that stood there passes its permissions on. Of two that write at once the later
 // wins, whole. Only regular files are replaced: a link, a directory, a pipe or a device at the name is an

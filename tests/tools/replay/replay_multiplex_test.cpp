@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "testkit/multiplex/edi_writer.h"
 #include "testkit/multiplex/eti_writer.h"
 #include "testkit/on_air/spi_multiplex.h"
@@ -81,8 +83,9 @@ TEST(ReplayOfMultiplex, NamesTheServicesForOneThatIsNotThere) {
     const mb::bytes file = mb::raw_eti(on_air::frames_of(sample_on_air(), 80));
     const finished_command end = replay(file, {"--service", "Radio 9"});
     EXPECT_EQ(end.status, 2);
-    EXPECT_THAT(end.err, HasSubstr("there is no service \"Radio 9\" in this multiplex; there are C221 Radio 1, "
-                                   "C222 Radio 2, E1C00098 Guide"));
+    EXPECT_THAT(end.err,
+                HasSubstr("there is no service \"Radio 9\" in this multiplex; there are C221 Radio 1, "
+                          "C222 Radio 2, E1C00098 Guide"));
 }
 
 TEST(ReplayOfMultiplex, SaysWhenThereIsNoSpi) {
@@ -95,11 +98,54 @@ TEST(ReplayOfMultiplex, SaysWhenThereIsNoSpi) {
 
 TEST(ReplayOfMultiplex, RefusesItsOptionsForARecording) {
     const temporary_directory directory;
-    const std::string path = write_file(directory, "day.jsonl", "{\"call\":\"SetDateTime\",\"date\":\"20260302\","
-                                                                "\"time\":\"1030\"}\n");
+    const std::string path = write_file(directory, "day.jsonl",
+                                        "{\"call\":\"SetDateTime\",\"date\":\"20260302\","
+                                        "\"time\":\"1030\"}\n");
     const finished_command end = run_dabspi({{"replay", "--service", "all", path}});
     EXPECT_EQ(end.status, 2);
     EXPECT_THAT(end.err, HasSubstr("it is a call recording, which says service and objects itself"));
+}
+
+// Recorded, it tells the same.
+TEST(ReplayOfMultiplex, IsThatOfItsRecording) {
+    const temporary_directory directory;
+    const auto frames = on_air::frames_of(sample_on_air(), 80);
+    const std::string input = write_file(directory, "multiplex.eti", as_text(mb::raw_eti(frames)));
+    for (const char* const deliver : {"every", "once"})
+        for (const char* const service : {"Radio 1", "Radio 2", "all"}) {
+            const std::string recording = directory / "day.jsonl";
+            const finished_command made =
+                run_dabspi({{"record", "-o", recording, "--service", service, "--deliver", deliver, input}});
+            EXPECT_EQ(made.status, 0) << made.err;
+            EXPECT_THAT(made.out, HasSubstr("day.jsonl: "));
+            const finished_command replayed = run_dabspi({{"replay", "--json", recording}});
+            const finished_command direct =
+                run_dabspi({{"replay", "--json", "--service", service, "--deliver", deliver, input}});
+            EXPECT_EQ(direct.status, 0) << direct.err;
+            EXPECT_EQ(replayed.out, direct.out) << deliver << " " << service;
+        }
+    EXPECT_TRUE(std::filesystem::exists(directory / "objects/w20260302dC221.EHB"));
+}
+
+TEST(ReplayOfMultiplex, RecordingKeepsEachVersionOfABody) {
+    on_air::multiplex sent = sample_on_air();
+    kit::object first;
+    first.name = "a/b";
+    first.body = kit::bytes(20, 1);
+    kit::object second = first;
+    second.transport_id = 2;
+    second.body = kit::bytes(20, 2);
+    auto groups = kit::directory_round(9, {first});
+    kit::append(groups, kit::directory_round(10, {second}));
+    sent.sub_channels[0].stream = on_air::stream_of(5, groups);
+    const temporary_directory directory;
+    const std::string input =
+        write_file(directory, "multiplex.eti", as_text(mb::raw_eti(on_air::frames_of(sent, 60))));
+    EXPECT_EQ(run_dabspi({{"record", "-o", directory / "out/day.jsonl", input}}).status, 0);
+    EXPECT_EQ(read_file(directory / "out/objects/a_b"), std::string(20, '\1'));
+    EXPECT_EQ(read_file(directory / "out/objects/a_b.2"), std::string(20, '\2'));
+    EXPECT_EQ(run_dabspi({{"record", "-o", input, input}}).status, 2);
+    EXPECT_EQ(run_dabspi({{"record", "-o", input + "/day.jsonl", input}}).status, 3);
 }
 
 }  // namespace
