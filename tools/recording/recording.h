@@ -40,6 +40,13 @@ Identifier identifier_of(const service_id& id) {
 struct set_date_time {
     std::string date;
     std::string time;
+
+    // "2026-03-02 10:31", of texts that are digits.
+    std::string text() const {
+        if (date.size() != 8 || time.size() != 4) return date + " " + time;
+        return date.substr(0, 4) + "-" + date.substr(4, 2) + "-" + date.substr(6) + " " + time.substr(0, 2) +
+               ":" + time.substr(2);
+    }
 };
 
 struct set_current_service {

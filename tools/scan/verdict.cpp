@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/air/reception/carousel_words.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::scan {
@@ -9,18 +10,6 @@ namespace dabspi::scan {
 namespace {
 
 constexpr std::size_t kNamesShown = 10;
-
-std::string why(const air::object_statistics& of) {
-    switch (of.state) {
-        case air::object_state::scrambled: return "under conditional access";
-        case air::object_state::unusable: return std::string("dropped: ") + drop_text(of.cause);
-        case air::object_state::incomplete:
-        case air::object_state::received: break;
-    }
-    if (of.segments_held == 0) return "nothing of it";
-    if (of.segments == 0) return std::to_string(of.segments_held) + " segments";
-    return std::to_string(of.segments_held) + " of " + std::to_string(of.segments) + " segments";
-}
 
 std::string name_of(const air::object_statistics& of) {
     return of.name.empty() ? "(without a name)" : in_quotes(of.name, 200);
@@ -32,7 +21,7 @@ std::string missing_objects(const air::carousel_statistics& of) {
     for (const air::object_statistics& each : of.objects) {
         if (each.times.count != 0) continue;
         if (++count > kNamesShown) continue;
-        text += (count == 1 ? "" : ", ") + name_of(each) + " (" + why(each) + ")";
+        text += (count == 1 ? "" : ", ") + name_of(each) + " (" + air::why_not_received(each) + ")";
     }
     if (count > kNamesShown) text += ", and " + std::to_string(count - kNamesShown) + " more";
     return text;

@@ -148,4 +148,34 @@ TEST(ReplayOfMultiplex, RecordingKeepsEachVersionOfABody) {
     EXPECT_EQ(run_dabspi({{"record", "-o", input + "/day.jsonl", input}}).status, 3);
 }
 
+// The other subcommands, of the same multiplex.
+TEST(ReplayOfMultiplex, IsExplainedByCheckWithFrameAndTimeOfDay) {
+    const temporary_directory directory;
+    const auto frames = on_air::frames_of(sample_on_air(), 80);
+    const std::string input = write_file(directory, "multiplex.eti", as_text(mb::raw_eti(frames)));
+    const finished_command end = run_dabspi({{"check", input}});
+    EXPECT_EQ(end.status, 1) << end.err;
+    EXPECT_EQ(end.err, "");
+    EXPECT_THAT(end.out, HasSubstr("multiplex.eti: 5 calls, 2026-03-02 10:30\n"));
+    EXPECT_THAT(end.out,
+                testing::ContainsRegex("    frame [0-9]+, 2026-03-02 10:30, w20260302dC221.EHB, byte"));
+    const finished_command label = run_dabspi({{"check", "--service", "Radio 2", input}});
+    EXPECT_EQ(label.status, 1) << label.err;
+    EXPECT_EQ(run_dabspi({{"check", "--service", "Radio 9", input}}).status, 2);
+    EXPECT_EQ(run_dabspi({{"check", "--date", "today", input}}).status, 2);
+}
+
+TEST(ReplayOfMultiplex, HasItsObjectsInspected) {
+    const temporary_directory directory;
+    const auto frames = on_air::frames_of(sample_on_air(), 80);
+    const std::string input = write_file(directory, "multiplex.eti", as_text(mb::raw_eti(frames)));
+    const finished_command end = run_dabspi({{"inspect", input}});
+    EXPECT_EQ(end.status, 0) << end.err;
+    EXPECT_THAT(end.out, testing::ContainsRegex("multiplex.eti, frame [0-9]+, 2026-03-02 10:30"));
+    EXPECT_THAT(end.out, HasSubstr("Elevenses"));
+    command_input piped{{"inspect", "--json", "-"}};
+    piped.standard_input = as_text(mb::raw_eti(frames));
+    EXPECT_THAT(run_dabspi(piped).out, HasSubstr("\"place\":\"frame "));
+}
+
 }  // namespace

@@ -16,11 +16,6 @@ std::size_t read_on(input_window& window, char* to, std::size_t space) {
     return seen.size();
 }
 
-bool is_multiplex_kind(content_kind kind) {
-    return kind == content_kind::raw_eti || kind == content_kind::streamed_eti ||
-           kind == content_kind::framed_eti || kind == content_kind::edi || kind == content_kind::capture;
-}
-
 bool may_be_multiplex(const std::string& path) {
     std::error_code unknown;
     return path == "-" ||
@@ -28,6 +23,16 @@ bool may_be_multiplex(const std::string& path) {
 }
 
 }  // namespace
+
+bool is_multiplex_kind(content_kind kind) {
+    return kind == content_kind::raw_eti || kind == content_kind::streamed_eti ||
+           kind == content_kind::framed_eti || kind == content_kind::edi || kind == content_kind::capture;
+}
+
+recording_text text_of(opened_frames& in) {
+    return {[&in](char* to, std::size_t space) { return read_on(*in.window, to, space); },
+            [&in] { return in.read_error(); }};
+}
 
 opened_calls open_calls(const std::string& path, const open_options& options,
                         const recording_limits& limits) {
@@ -43,12 +48,8 @@ opened_calls open_calls(const std::string& path, const open_options& options,
         opened.recorded = read_recording(path, limits);
         return opened;
     }
-    opened_frames& in = opened.multiplex;
-    const recording_text text = {
-        [&in](char* to, std::size_t space) { return read_on(*in.window, to, space); },
-        [&in] { return in.read_error(); }};
     const bool piped = path == "-";
-    opened.recorded = read_recording(text, piped ? "<stdin>" : path,
+    opened.recorded = read_recording(text_of(opened.multiplex), piped ? "<stdin>" : path,
                                      piped ? "" : std::filesystem::path(path).parent_path().string(), limits);
     return opened;
 }

@@ -9,6 +9,12 @@
 
 namespace dabspi::air {
 
+// What an input holds that is no multiplex, from its beginning. `in` must outlive it.
+recording_text text_of(opened_frames& in);
+
+// A multiplex by its content, also one that cannot be opened.
+bool is_multiplex_kind(content_kind kind);
+
 struct opened_calls {
     opened_frames multiplex;  // null `frames`: it is none
     recording recorded;       // what there is then, or the errors
