@@ -82,8 +82,8 @@ checked_input receive(air::opened_frames& in, const std::string& path, const fol
     how.service = options.service_text;
     air::multiplex_calls calls(*in.frames, how);
     call_collector collected(to, options.limit * kMebi);
-    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0, static_cast<std::size_t>(in.size / kMebi),
-                           "MiB");
+    progress_line progress(STDERR_FILENO, ::isatty(STDERR_FILENO) != 0,
+                           static_cast<std::size_t>(in.size / kMebi), "MiB");
     while (std::optional<call> next = calls.next()) {
         progress.update(static_cast<std::size_t>(in.frames->position() / kMebi));
         if (!collected.add(std::move(*next))) break;

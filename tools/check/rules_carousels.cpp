@@ -77,8 +77,7 @@ class carousel_rules {
 
     void look_at_clock() {
         if (!air_.has_clock && air_.frames >= kFramesForClock)
-            add(finding_code::clock_missing,
-                "none in " + seconds_words(air::seconds_of(air_.frames)));
+            add(finding_code::clock_missing, "none in " + seconds_words(air::seconds_of(air_.frames)));
     }
 
  private:
@@ -89,7 +88,8 @@ class carousel_rules {
     }
 
     void look_at(const air::object_statistics& object) {
-        const std::string name = object.name.empty() ? "an object without a name" : in_quotes(object.name, 200);
+        const std::string name =
+            object.name.empty() ? "an object without a name" : in_quotes(object.name, 200);
         if (object.times.count == 0)
             add(finding_code::never_completed,
                 name + ": " + air::why_not_received(object) + " in " +
@@ -124,8 +124,7 @@ class carousel_rules {
             if (each.content_type == spi::kMotImage && each.times.count >= 2 &&
                 each.times.last > of.directory_times.first && in_round(of, each) < in_round(of, *info))
                 ++early;
-        if (early != 0)
-            add(finding_code::images_first, where_ + ": " + std::to_string(early) + " images");
+        if (early != 0) add(finding_code::images_first, where_ + ": " + std::to_string(early) + " images");
     }
 
     // Frames since the round of its last reception began.
@@ -188,8 +187,8 @@ void look_at_days(const history& in, finding_list& found) {
     for (const programme_arrival& each : in.programmes)
         if (each.time.mjd != 0) scheduled.insert(each.start / kDayMinutes);
     if (clock.empty() || scheduled.empty()) return;
-    const bool any_of_today = std::any_of(clock.begin(), clock.end(),
-                                          [&](long day) { return scheduled.count(day) != 0; });
+    const bool any_of_today =
+        std::any_of(clock.begin(), clock.end(), [&](long day) { return scheduled.count(day) != 0; });
     const bool near = *scheduled.begin() >= *clock.begin() - 1 && *scheduled.rbegin() <= *clock.rbegin() + 1;
     if (any_of_today || !near) return;
     finding what{finding_code::clock_day_off};
