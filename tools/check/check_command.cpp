@@ -40,6 +40,8 @@ struct check_options {
     std::string colour = "auto";
     std::string date;
     std::string flow;
+    std::string fic;
+    int address = -1;
     std::string service;
     std::string ensemble;
     long ends_within = 24;
@@ -60,6 +62,8 @@ folder_options folder_options_of(const check_options& options) {
     if (!options.date.empty()) folder.clock = parse_clock(options.date);
     folder.service_text = options.service;
     folder.flow = options.flow;
+    folder.fic = options.fic;
+    folder.address = options.address;
     if (!options.service.empty()) folder.service = dab_identifier::of_service(options.service);
     if (!options.ensemble.empty()) folder.ensemble = dab_identifier::of_ensemble(options.ensemble);
     // A service may be said with its ensemble.
@@ -234,6 +238,14 @@ command add_check_command(CLI::App& dabspi) {
     app->add_option("--flow", options->flow,
                     "Of a packet capture: read the flow to this destination (default: the first)")
         ->option_text("[ADDRESS:]PORT");
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023));
     app->add_option("--ensemble", options->ensemble,
                     "Of a folder: the ensemble, e.g. 0xC185 or e1.c185; of a tree, that ensemble alone")
         ->option_text("ECC.EID")

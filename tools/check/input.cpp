@@ -80,12 +80,14 @@ checked_input input_of(recording from) {
 
 std::vector<checked_input> read_inputs(const std::string& path, const folder_options& options) {
     std::error_code error;
-    if (path != "-" && (std::filesystem::is_directory(path, error) || is_body(path)))
+    if (options.fic.empty() && path != "-" && (std::filesystem::is_directory(path, error) || is_body(path)))
         return options.service_text.empty() || options.service
                    ? read_folders(path, options)
                    : one(unusable(path, no_service(options.service_text)));
     air::open_options how;
     how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
     air::opened_calls opened = air::open_calls(path, how, recording_limits::of(options.limit));
     checked_input in;
     if (!opened.error.empty()) {

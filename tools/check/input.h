@@ -25,6 +25,8 @@ struct folder_options {
     // Of a multiplex: as multiplex_calls take it, a label or "all" as well; and of a capture.
     std::string service_text = {};
     std::string flow = {};
+    std::string fic = {};  // see air::open_options
+    int address = -1;
 };
 
 struct received_carousels;

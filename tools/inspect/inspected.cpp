@@ -128,9 +128,11 @@ class gatherer {
         const std::string name = path == "-" ? "<stdin>" : path;
         air::open_options how;
         how.flow = options_.flow;
+        how.fic = options_.fic;
+        how.address = options_.address;
         air::opened_frames in = air::open_frames(path, how);
         if (in.frames != nullptr) return multiplex(in, name);
-        if (air::is_multiplex_kind(in.found.kind)) {
+        if (!options_.fic.empty() || air::is_multiplex_kind(in.found.kind)) {
             into_.errors.push_back(in.error);
             return;
         }

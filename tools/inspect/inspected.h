@@ -43,6 +43,8 @@ struct gather_options {
     // Of all files together, in MiB, and of the bodies of a recording.
     std::size_t limit = 256;
     std::string flow;  // of packet captures: PORT or ADDRESS:PORT
+    std::string fic;   // see air::open_options
+    int address = -1;
 };
 
 // Reads files; standard input is "-". `progress` is called after each file.

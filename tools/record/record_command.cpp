@@ -36,6 +36,8 @@ struct record_options {
     std::string output;
     std::string service;
     std::string flow;
+    std::string fic;
+    int address = -1;
     std::string deliver = "every";
 };
 
@@ -196,6 +198,8 @@ int record_from_air(const record_options& options) {
     how.recording = options.output;
     how.service = options.service;
     how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
     how.deliver_once = options.deliver == "once";
     how.limit = options.limit.value_or(how.limit);
     return record_multiplex(how);
@@ -273,6 +277,16 @@ command add_record_command(CLI::App& dabspi) {
     app->add_option("--flow", options->flow,
                     "Of a packet capture: read the flow to this destination (default: the first)")
         ->option_text("[ADDRESS:]PORT")
+        ->needs(from_air);
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed)
+        ->needs(from_air);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023))
         ->needs(from_air);
     app->footer(
         "A plan says which objects go round in which carousel, when the listener changes the service, and "

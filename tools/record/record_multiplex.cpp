@@ -75,6 +75,8 @@ class multiplex_recorder {
     int record() {
         air::open_options how;
         how.flow = options_.flow;
+        how.fic = options_.fic;
+        how.address = options_.address;
         how.given_up = [] { return interrupt_watch::noted() != 0; };
         air::opened_frames in = air::open_frames(options_.input, how);
         if (in.frames == nullptr) return refuse(in.error);

@@ -11,6 +11,8 @@ struct multiplex_recording_options {
     std::string recording;  // the file to be written; bodies go to the folder "objects" beside it
     std::string service;
     std::string flow;
+    std::string fic;  // see air::open_options
+    int address = -1;
     bool deliver_once = false;
     std::size_t limit = 1024;  // MiB of calls and bodies
 };

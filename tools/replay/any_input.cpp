@@ -57,6 +57,8 @@ std::vector<std::string> remarks_on(const played_multiplex& of) {
 replay_input open_replay_input(const replay_input_options& options) {
     air::open_options how;
     how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
     how.given_up = [] { return interrupt_watch::noted() != 0; };
     air::opened_calls opened = air::open_calls(options.path, how, recording_limits::of(options.limit));
     if (!opened.error.empty()) {

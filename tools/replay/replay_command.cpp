@@ -28,6 +28,8 @@ namespace {
 struct replay_options {
     std::string input;
     std::string flow;
+    std::string fic;
+    int address = -1;
     std::string service;
     std::string deliver = "every";
     bool json = false;
@@ -109,6 +111,8 @@ int open_and_play(const replay_options& options) {
     how.api = options.api == "core" ? library_api::core : library_api::wrapper;
     how.limit = options.limit;
     how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
     how.service = options.service;
     how.deliver_once = options.deliver == "once";
     const replay_input in = open_replay_input(how);
@@ -168,6 +172,14 @@ command add_replay_command(CLI::App& dabspi) {
     app->add_option("--flow", options->flow,
                     "Of a packet capture: read the flow to this destination (default: the first)")
         ->option_text("[ADDRESS:]PORT");
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023));
     app->add_option("--api", options->api,
                     "The interface to play through: wrapper, the host-facing one (default), or core")
         ->option_text("wrapper|core")

@@ -10,7 +10,8 @@ replay_input replay_of_recording(std::shared_ptr<recording> from, const replay_i
     refuse_missing_calls(*from, options.api);
     for (const recording_error& error : from->errors)
         in.errors.push_back(error_text(*from, error));
-    if (in.errors.empty() && (!options.flow.empty() || !options.service.empty() || options.deliver_once))
+    if (in.errors.empty() &&
+        (!options.flow.empty() || !options.fic.empty() || !options.service.empty() || options.deliver_once))
         in.errors.push_back(
             printable(from->name) +
             ": it is a call recording, which says service and objects itself; --flow, --service "

@@ -18,6 +18,8 @@ struct replay_input_options {
     std::size_t limit = 256;  // MiB, of recordings
     // Of multiplexes.
     std::string flow;
+    std::string fic;  // and of a sub-channel's bytes
+    int address = -1;
     std::string service;
     bool deliver_once = false;
 };

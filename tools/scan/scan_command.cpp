@@ -8,6 +8,7 @@
 
 #include "tools/air/container/open_frames.h"
 #include "tools/air/container/opened_messages.h"
+#include "tools/command_line/needed_name.h"
 #include "tools/scan/multiplex_scan.h"
 #include "tools/scan/report.h"
 #include "tools/terminal/error_messages.h"
@@ -25,6 +26,8 @@ using namespace scan;
 struct scan_options {
     std::string input;
     std::string flow;
+    std::string fic;
+    int address = -1;
     bool json = false;
 };
 
@@ -68,6 +71,8 @@ int scan_and_print(const scan_options& options) {
     const std::string name = options.input == "-" ? "<stdin>" : options.input;
     air::open_options how;
     how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
     how.given_up = [] { return interrupt_watch::noted() != 0; };
     air::opened_frames in = air::open_frames(options.input, how);
     if (interrupt_watch::noted() != 0) return kExitFailed;
@@ -116,6 +121,14 @@ command add_scan_command(CLI::App& dabspi) {
     app->add_option("--flow", options->flow,
                     "Of a capture: read the flow to this destination (default: the first)")
         ->option_text("[ADDRESS:]PORT");
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023));
     app->footer(
         "The form of the input is recognised by its content. It may begin and end anywhere.\n"
         "Exit status: 0 the multiplex was read; 2 the input or the command line cannot be used; 1 anything\n"

@@ -178,4 +178,31 @@ TEST(ReplayOfMultiplex, HasItsObjectsInspected) {
     EXPECT_THAT(run_dabspi(piped).out, HasSubstr("\"place\":\"frame "));
 }
 
+// One sub-channel's bytes, and the FIC beside it.
+TEST(ReplayOfMultiplex, IsTheSameFromASubChannelWithItsFic) {
+    const temporary_directory directory;
+    const auto frames = on_air::frames_of(sample_on_air(), 80);
+    std::string fic;
+    std::string sub_channel;
+    for (const mb::logical_frame& each : frames) {
+        fic += as_text(each.fic);
+        sub_channel += as_text(each.sub_channels.at(0).content);
+    }
+    const std::string fic_file = write_file(directory, "fic.bin", fic);
+    const std::string input = write_file(directory, "30.bin", sub_channel);
+    const std::string whole = replay(mb::raw_eti(frames), {"--json"}).out;
+    const finished_command end = run_dabspi({{"replay", "--json", "--fic", fic_file, input}});
+    EXPECT_EQ(end.status, 0) << end.err;
+    EXPECT_EQ(end.out, whole);
+    EXPECT_EQ(run_dabspi({{"replay", "--json", "--fic", fic_file, "--address", "5", input}}).out, whole);
+    const finished_command scanned = run_dabspi({{"scan", "--fic", fic_file, input}});
+    EXPECT_THAT(scanned.out, HasSubstr("complete: all objects were received"));
+    const finished_command other = run_dabspi({{"scan", "--fic", fic_file, "--address", "6", input}});
+    EXPECT_EQ(other.status, 2);
+    EXPECT_THAT(other.err, HasSubstr("announces no SPI at address 6; there is 5 in sub-channel 30"));
+    const finished_command none = run_dabspi({{"scan", "--fic", input, input}});
+    EXPECT_EQ(none.status, 2);
+    EXPECT_THAT(none.err, HasSubstr("holds no FIB"));
+}
+
 }  // namespace

@@ -40,7 +40,8 @@ opened_calls open_calls(const std::string& path, const open_options& options,
     std::error_code unknown;
     if (may_be_multiplex(path)) opened.multiplex = open_frames(path, options);
     if (opened.is_multiplex()) return opened;
-    if (opened.multiplex.window != nullptr && is_multiplex_kind(opened.multiplex.found.kind)) {
+    if (opened.multiplex.window != nullptr &&
+        (!options.fic.empty() || is_multiplex_kind(opened.multiplex.found.kind))) {
         opened.error = opened.multiplex.error;
         return opened;
     }
