@@ -15,8 +15,8 @@
 namespace dabspi::air {
 
 // The SPI component whose sub-channel a FIC of whole FIBs (of 32 bytes) describes: that with the packet
-// address, if one is wanted. Reads no further than it must. Nothing, and `error` filled for the user, if there
-// is none.
+// address, if one is wanted. Reads no further than it must. Nothing, and `error` filled for the user, if
+// there is none.
 bool find_dumped_component(byte_view fic, int address, spi_component& found, std::string& error);
 
 class dump_reader final : public frame_source {
@@ -25,7 +25,10 @@ class dump_reader final : public frame_source {
 
     // `fic` is a whole file; `of` must have a bit rate.
     dump_reader(input_window& sub_channel, std::vector<std::uint8_t> fic, const spi_component& of)
-        : input_(sub_channel), fic_(std::move(fic)), id_(of.sub_channel), size_(std::size_t{3} * of.bit_rate) {}
+        : input_(sub_channel),
+          fic_(std::move(fic)),
+          id_(of.sub_channel),
+          size_(std::size_t{3} * of.bit_rate) {}
 
     bool next(frame& to) override;
     const container_statistics& statistics() const override { return statistics_; }
