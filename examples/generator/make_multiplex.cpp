@@ -46,7 +46,8 @@ mb::bytes multiplex_of(const dabspi::recording& from) {
     for (const dabspi::call& each : from.calls) {
         if (const auto* const tuned = std::get_if<dabspi::set_current_service>(&each.what))
             service = service.value_or(*tuned);
-        if (const auto* const now = std::get_if<dabspi::set_date_time>(&each.what)) clock = clock.value_or(*now);
+        if (const auto* const now = std::get_if<dabspi::set_date_time>(&each.what))
+            clock = clock.value_or(*now);
         const auto* const fed = std::get_if<dabspi::feed_mot_body>(&each.what);
         if (fed == nullptr || !names.insert(fed->content_name).second) continue;
         sent.spi[0].sid = fed->service.sid;
