@@ -1,5 +1,6 @@
-// From a recorded multiplex to what its FIC says: five minutes of raw ETI, as full as multiplexes are,
-// against reading the file in blocks of 1 MiB.
+// From a recorded multiplex to what its FIC says, and to the objects of its carousel: five minutes of raw
+// ETI, as full as multiplexes are, against reading the file in blocks of 1 MiB. Without the file: from frames
+// in memory to objects, against the broadcast's own time.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -8,10 +9,12 @@
 
 #include "bench/paired.h"
 #include "testkit/multiplex/eti_writer.h"
-#include "testkit/multiplex/fic_builder.h"
+#include "testkit/on_air/spi_multiplex.h"
 #include "testkit/temporary_directory.h"
 #include "tools/air/container/open_frames.h"
 #include "tools/air/fic/fic_decoder.h"
+#include "tools/air/reception/multiplex_reception.h"
+#include "tools/scan/multiplex_scan.h"
 
 namespace {
 
@@ -20,25 +23,26 @@ namespace mb = multiplex_builder;
 
 constexpr unsigned kFrames = 12500;
 
-// Twelve services of 96 kbit/s, one of SPI, and a FIC that goes round in four frames.
+constexpr unsigned kPart = 1000;  // frames that are repeated
+
+// Eleven services of 96 kbit/s and SPI of 64: thirty objects, and what is left of a round padding.
 std::vector<mb::logical_frame> full_multiplex() {
-    constexpr unsigned kServices = 12;
-    auto frames = mb::noise_frames(1000);
-    for (mb::logical_frame& each : frames) {
-        std::vector<mb::bytes> figs = {mb::fig_0_0(0xC185, each.count), mb::fig_0_10(61100, 7, 30)};
-        for (unsigned i = each.count % 4; i < kServices; i += 4) {
-            figs.push_back(mb::fig_0_1_long(i, 72 * i, 0, 2, 72));
-            figs.push_back(mb::fig_0_2(0xC221 + i, {{0, i, true, false, 63}}));
-        }
-        if (each.count % 4 == 0)
-            figs.push_back(mb::service_label(0xC221 + each.count / 4 % kServices, "A service"));
-        each.fic = mb::fic(figs);
-        each.sub_channels.clear();
-        for (unsigned i = 0; i < kServices; ++i)
-            each.sub_channels.push_back({static_cast<std::uint8_t>(i), static_cast<std::uint16_t>(72 * i),
-                                         0x22, mb::bytes(288, static_cast<std::uint8_t>(each.count + i))});
+    std::vector<carousel_kit::object> objects(30);
+    for (unsigned i = 0; i < objects.size(); ++i) {
+        objects[i].transport_id = 100 + i;
+        objects[i].name = "object " + std::to_string(i);
+        for (unsigned n = 0; n < 2000 + 250 * i; ++n)
+            objects[i].body.push_back(static_cast<std::uint8_t>(n * n / 7 + i));
     }
-    return frames;
+    on_air::multiplex sent;
+    sent.audio.clear();
+    for (unsigned i = 0; i < 11; ++i)
+        sent.audio.push_back({0xC221 + i, "A service", i});
+    sent.audio_bytes = 288;
+    sent.spi.emplace_back();
+    sent.sub_channels.push_back(
+        {30, 192, on_air::stream_of(5, carousel_kit::directory_round(9, objects, 8189)), false});
+    return on_air::frames_of(sent, kPart);
 }
 
 class recorded {
@@ -46,7 +50,7 @@ class recorded {
     recorded() : path_(directory_ / "multiplex.eti") {
         const mb::bytes file = mb::raw_eti(full_multiplex());
         std::ofstream out(path_, std::ios::binary);
-        for (unsigned written = 0; written < kFrames; written += 1000)
+        for (unsigned written = 0; written < kFrames; written += kPart)
             out.write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
     }
     const std::string& path() const { return path_; }
@@ -65,15 +69,21 @@ void read_in_blocks(const std::string& path) {
     ::close(file);
 }
 
-void multiplex(benchmark::State& state, bool with_fic) {
+enum class depth { frames, fic, objects };
+
+void multiplex(benchmark::State& state, depth down_to) {
     static const recorded file;
     const auto figure = [&] {
         return seconds_of([&] {
             auto in = dabspi::air::open_frames(file.path());
             dabspi::air::fic_decoder fic;
-            for (dabspi::air::frame each; in.frames->next(each);)
-                if (with_fic) fic.feed(each);
+            dabspi::scan::multiplex_scan scan;
+            for (dabspi::air::frame each; in.frames->next(each);) {
+                if (down_to == depth::fic) fic.feed(each);
+                if (down_to == depth::objects) scan.take(each);
+            }
             benchmark::DoNotOptimize(fic.statistics().figs);
+            if (down_to == depth::objects) benchmark::DoNotOptimize(scan.result().carousels.size());
         });
     };
     const auto read = [&] { return seconds_of([&] { read_in_blocks(file.path()); }); };
@@ -83,7 +93,38 @@ void multiplex(benchmark::State& state, bool with_fic) {
     measure(state, figure, {{"read", read}}, turn);
 }
 
-BENCHMARK_CAPTURE(multiplex, frames, false)->UseManualTime();
-BENCHMARK_CAPTURE(multiplex, fic, true)->UseManualTime();
+// Frames that are in memory.
+struct object_bytes final : dabspi::air::reception_sink {
+    void object(const dabspi::air::spi_component&, const dabspi::air::mot_object& received) override {
+        bytes += received.body->size();
+    }
+    std::size_t bytes = 0;
+};
+
+void reception(benchmark::State& state) {
+    const std::vector<mb::logical_frame> sent = full_multiplex();
+    std::vector<dabspi::air::frame> frames;
+    for (const mb::logical_frame& each : sent) {
+        dabspi::air::frame frame;
+        frame.fic = each.fic;
+        for (const mb::sub_channel& one : each.sub_channels)
+            frame.sub_channels.push_back({one.id, one.start, one.tpl, one.content});
+        frames.push_back(frame);
+    }
+    object_bytes sink;
+    dabspi::air::multiplex_reception reception(sink);
+    for (auto _ : state)
+        for (const dabspi::air::frame& each : frames)
+            reception.take(each);
+    if (sink.bytes == 0) state.SkipWithError("no object came out");
+    const double seconds = dabspi::air::seconds_of(frames.size());
+    state.counters["times_real_time"] =
+        benchmark::Counter(seconds * static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+
+BENCHMARK_CAPTURE(multiplex, frames, depth::frames)->UseManualTime();
+BENCHMARK_CAPTURE(multiplex, fic, depth::fic)->UseManualTime();
+BENCHMARK_CAPTURE(multiplex, scan, depth::objects)->UseManualTime();
+BENCHMARK(reception);
 
 }  // namespace

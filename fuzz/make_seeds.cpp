@@ -10,6 +10,7 @@
 #include "testkit/multiplex/edi_writer.h"
 #include "testkit/multiplex/eti_writer.h"
 #include "testkit/multiplex/fic_builder.h"
+#include "testkit/on_air/spi_multiplex.h"
 #include "testkit/spi_builder_objects.h"
 
 namespace {
@@ -127,6 +128,43 @@ void write_multiplexes(const std::filesystem::path& out) {
     write(out / "fuzz_fic" / "audio", fic_seed(0xC221));
 }
 
+// Two objects on air, in containers of every kind.
+void write_whole_multiplexes(const std::filesystem::path& out) {
+    namespace kit = carousel_kit;
+    kit::object first;
+    first.body = kit::text(std::string(300, 'x'));
+    kit::object second;
+    second.transport_id = 2;
+    second.content_type = 2;
+    second.content_subtype = 3;
+    second.name = "logo.png";
+    second.body = kit::gzip(kit::text(std::string(300, 'y')));
+    second.more_parameters = kit::parameter(0x11, {1});
+    for (const bool fec : {false, true}) {
+        on_air::multiplex sent;
+        sent.audio_bytes = 8;
+        sent.spi.emplace_back();
+        sent.sub_channels.push_back(
+            {30, 96,
+             fec ? on_air::stream_of(5, kit::directory_round(9, {first, second}), true)
+                 : on_air::stream_of(5, kit::header_round({first, second})),
+             fec});
+        const auto frames = on_air::frames_of(sent, fec ? 30 : 14);
+        const std::string kind = fec ? "fec" : "plain";
+        const auto write_one = [&](const std::string& name, const mb::bytes& file) {
+            write(out / "fuzz_multiplex" / (name + "-" + kind), with_prefix(sb::u8(fec ? 4 : 0), file));
+        };
+        write_one("streamed", mb::streamed_eti(frames));
+        write_one("framed", mb::framed_eti(frames));
+        write_one("af", mb::af_stream(frames));
+        write_one("pf", mb::pf_stream(frames));
+        std::vector<mb::bytes> packets;
+        for (std::uint16_t i = 0; i < frames.size(); ++i)
+            packets.push_back(mb::af_packet(frames[i], i));
+        write_one("pcap", mb::pcap_file(mb::datagrams_of(packets)));
+    }
+}
+
 // A byte of settings, then frames behind their length in cells: with and without FEC, CRCs right or made
 // right.
 void write_packets(const std::filesystem::path& out) {
@@ -231,6 +269,7 @@ int main(int argc, char** argv) {
                   "\"sid\":1,\"body\":\"AgEB\"}\n{\"call\":\"ResendNowNext\"}\n"));
     write_documents(out / "fuzz_encode");
     write_multiplexes(out);
+    write_whole_multiplexes(out);
     write_packets(out);
     write_carousels(out);
     write(out / "fuzz_logo_names" / "url", sb::str("abcdefghijklmnop.png"));

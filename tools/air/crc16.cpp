@@ -45,9 +45,13 @@ std::uint32_t one_step(std::uint32_t value, const std::uint8_t* at) {
 std::uint32_t after(std::uint32_t value, const std::uint8_t* at, std::size_t left) {
     for (; left >= kStep; left -= kStep, at += kStep)
         value = one_step(value, at);
-    for (; left != 0; --left, ++at)
-        value = (value << 8 & 0xFFFF) ^ kTables[0][(value >> 8) ^ *at];
-    return value;
+    if (left == 0) return value;
+    if (left == 1) return (value << 8 & 0xFFFF) ^ kTables[0][(value >> 8) ^ *at];
+    // No look-up waits for another one.
+    std::uint32_t next = kTables[left - 1][at[0] ^ (value >> 8)] ^ kTables[left - 2][at[1] ^ (value & 0xFF)];
+    for (std::size_t i = 2; i < left; ++i)
+        next ^= kTables[left - 1 - i][at[i]];
+    return next;
 }
 
 #if defined(__x86_64__)

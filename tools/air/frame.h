@@ -13,6 +13,11 @@ using spi_object::byte_view;
 
 constexpr unsigned kMillisecondsOfFrame = 24;
 
+template <class Number>
+double seconds_of(Number frames) {
+    return static_cast<double>(frames) * kMillisecondsOfFrame / 1000;
+}
+
 struct sub_channel_bytes {
     std::uint8_t id = 0;      // SubChId
     std::uint16_t start = 0;  // in capacity units

@@ -37,19 +37,19 @@ std::optional<multiplex_form> multiplex_form_of(output_form form) {
 class destination {
  public:
     explicit destination(const std::string& path) : standard_output_(STDOUT_FILENO), is_file_(path != "-") {
-        if (is_file_) error_ = file_.open(path);
+        if (is_file_) error_ = file_.emplace(path).error();
     }
     void write(const bytes& content) {
         if (!error_.empty()) return;
         if (is_file_) {
-            error_ = file_.write(chars(content));
+            error_ = file_->write(chars(content));
         } else if (!standard_output_.write(chars(content))) {
             error_ = std::generic_category().message(standard_output_.error());
         }
     }
     std::string finish() {
         if (!error_.empty()) return error_;
-        if (is_file_) return file_.commit();
+        if (is_file_) return file_->commit();
         return standard_output_.flush() ? std::string()
                                         : std::generic_category().message(standard_output_.error());
     }
@@ -57,7 +57,7 @@ class destination {
 
  private:
     output standard_output_;
-    whole_file_writer file_;
+    std::optional<whole_file_writer> file_;
     const bool is_file_;
     std::string error_;
 };

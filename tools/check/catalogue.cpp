@@ -9,8 +9,8 @@ namespace dabspi::check {
 const std::vector<catalogue_entry>& catalogue() {
     static const std::vector<catalogue_entry> all = [] {
         std::vector<catalogue_entry> joined;
-        for (const auto* part :
-             {&object_entries(), &programme_entries(), &schedule_entries(), &logo_entries()})
+        for (const auto* part : {&object_entries(), &programme_entries(), &schedule_entries(),
+                                 &logo_entries(), &carousel_entries()})
             joined.insert(joined.end(), part->begin(), part->end());
         return joined;
     }();

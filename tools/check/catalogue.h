@@ -71,6 +71,20 @@ enum class finding_code {
     logo_not_png,
     logo_other_size,
     logo_change_lost,
+    // carousels
+    spi_not_sent,
+    spi_unreadable,
+    directory_empty,
+    never_completed,
+    cycle_long,
+    images_first,
+    service_info_rare,
+    fec_not_sent,
+    object_compressed,
+    names_in_two,
+    name_case_differs,
+    clock_missing,
+    clock_day_off,
 };
 
 struct catalogue_entry {

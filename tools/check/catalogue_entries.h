@@ -11,5 +11,6 @@ const std::vector<catalogue_entry>& object_entries();
 const std::vector<catalogue_entry>& programme_entries();
 const std::vector<catalogue_entry>& schedule_entries();
 const std::vector<catalogue_entry>& logo_entries();
+const std::vector<catalogue_entry>& carousel_entries();
 
 }  // namespace dabspi::check

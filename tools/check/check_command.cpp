@@ -39,6 +39,9 @@ struct check_options {
     std::string html;
     std::string colour = "auto";
     std::string date;
+    std::string flow;
+    std::string fic;
+    int address = -1;
     std::string service;
     std::string ensemble;
     long ends_within = 24;
@@ -57,6 +60,10 @@ folder_options folder_options_of(const check_options& options) {
     folder_options folder;
     folder.limit = options.limit;
     if (!options.date.empty()) folder.clock = parse_clock(options.date);
+    folder.service_text = options.service;
+    folder.flow = options.flow;
+    folder.fic = options.fic;
+    folder.address = options.address;
     if (!options.service.empty()) folder.service = dab_identifier::of_service(options.service);
     if (!options.ensemble.empty()) folder.ensemble = dab_identifier::of_ensemble(options.ensemble);
     // A service may be said with its ensemble.
@@ -187,9 +194,6 @@ std::string date_fault(const std::string& text) {
                      " is no date; a date is written 2026-03-10, with a time 2026-03-10T12:00, or as "
                      "today or now";
 }
-std::string service_fault(const std::string& text) {
-    return dab_identifier::of_service(text) ? "" : no_service(text);
-}
 std::string ensemble_fault(const std::string& text) {
     return dab_identifier::of_ensemble(text) ? "" : no_ensemble(text);
 }
@@ -201,11 +205,12 @@ command add_check_command(CLI::App& dabspi) {
         dabspi.add_subcommand("check", "Play a broadcast and explain what a receiver makes of it");
     const auto options = std::make_shared<check_options>();
     app->add_option(
-           "RECORDING", options->input,
-           "A call recording (JSON Lines; - is standard input), a folder of dumped objects, a tree with a "
-           "folder for\neach ensemble, or one object")
+           "INPUT", options->input,
+           "A call recording (JSON Lines), a recorded multiplex (ETI(NI), EDI, a packet capture), a folder "
+           "of "
+           "dumped\nobjects, a tree with a folder for each ensemble, or one object; - is standard input")
         ->required()
-        ->option_text("or FOLDER");
+        ->option_text(" ");
     CLI::Option* const json = app->add_flag("--json", options->json, "Print one JSON object instead of text");
     app->add_option("--html", options->html, "Write a page as well, whole in one file; - is standard output")
         ->option_text("FILE")
@@ -224,10 +229,23 @@ command add_check_command(CLI::App& dabspi) {
                     "computer's\ndate at noon, now with its time")
         ->option_text("DATE[Thh:mm]|today|now")
         ->check(date_fault);
-    app->add_option("--service", options->service,
-                    "Of a folder: the service that is listened to, e.g. E1.C221.0")
-        ->option_text("ECC.SID.SCIDS")
-        ->check(service_fault);
+    app->add_option(
+           "--service", options->service,
+           "Of a folder or a multiplex: the service that is listened to, e.g. E1.C221.0; of a multiplex "
+           "by\nits label as well, or all of them in turn (default: the first with audio)")
+        ->option_text("ECC.SID.SCIDS|LABEL|all")
+        ->check(a_name_is_needed);
+    app->add_option("--flow", options->flow,
+                    "Of a packet capture: read the flow to this destination (default: the first)")
+        ->option_text("[ADDRESS:]PORT");
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023));
     app->add_option("--ensemble", options->ensemble,
                     "Of a folder: the ensemble, e.g. 0xC185 or e1.c185; of a tree, that ensemble alone")
         ->option_text("ECC.EID")
@@ -249,6 +267,7 @@ command add_check_command(CLI::App& dabspi) {
         "\n"
         "Examples:\n"
         "  dabspi check day.jsonl                       what is wrong, and why\n"
+        "  dabspi check multiplex.eti                   the same of a multiplex, with its carousels\n"
         "  dabspi check --html day.html day.jsonl       the same as a page, with schedules and logos\n"
         "  dabspi check --severity error --date today dump/\n"
         "                                               every night: a carousel that is stale is an error\n"

@@ -19,6 +19,7 @@
 #include "src/parse/serv_elem_id.h"
 #include "src/parse/spi_logo_info.h"
 #include "src/parse/spi_time_point.h"
+#include "tools/check/call_place.h"
 #include "tools/recording/recording.h"
 #include "tools/spi/tree.h"
 
@@ -126,6 +127,7 @@ struct history {
     std::vector<clock_period> clock;               // each SetDateTime with a date
     std::map<spi::ServElemId, std::string> names;  // the latest of each service
     std::set<spi::ServElemId> listened;            // services that were current
+    std::vector<call_place> places;                // of a multiplex, by line: see place_words()
     std::set<std::string> cannot_tell;  // content names of which the input does not tell whether they came
     bool cut = false;                   // an object held more records than were looked at
 

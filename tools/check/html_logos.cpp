@@ -41,7 +41,7 @@ std::string figure(const check_report& of, const anchors& where, const image_arr
     text += "<figcaption>" + service_markup(of, announced.station) + "<br>" + format_text(announced.format) +
             " " + size_text(announced.size_code) + ", " + number_of(object.body->size(), "byte") + "<br>" +
             from_broadcast(object.content_name);
-    if (!of.input.folder) text += ", line " + std::to_string(arrival.line);
+    if (!of.input.folder) text += ", " + place_words(of.input.places, arrival.line);
     std::map<std::string, std::size_t> outcomes;
     for (const image_arrival::use& use : arrival.uses)
         ++outcomes[outcome(use.refusal)];

@@ -28,8 +28,9 @@ std::string file_of(const check_report& of, const sent_object& object) {
     return same ? std::string() : escaped(file);
 }
 
-std::string lines_of(const sent_object& object) {
-    std::string text = std::to_string(object.lines.front());
+std::string lines_of(const check_report& of, const sent_object& object) {
+    std::string text = of.input.places.empty() ? std::to_string(object.lines.front())
+                                               : place_words(of.input.places, object.lines.front());
     if (object.lines.size() > 1)
         text += " <small>and " + number_of(object.lines.size() - 1, "repetition") + "</small>";
     return text;
@@ -40,7 +41,10 @@ std::string table(const check_report& of, const anchors& where,
     std::string text =
         "<div class=\"scroll\" tabindex=\"0\" role=\"group\" aria-label=\"Table of objects\"><table "
         "class=\"objects\">\n<thead><tr><th>Content name<th>Kind<th>Bytes<th>Version<th>Created<th>" +
-        std::string(of.input.folder ? "File" : "Line") + "<th>Findings</tr></thead>\n<tbody>\n";
+        std::string(of.input.folder           ? "File"
+                    : of.input.places.empty() ? "Line"
+                                              : "Frame") +
+        "<th>Findings</tr></thead>\n<tbody>\n";
     for (std::size_t i = from; i < to; ++i) {
         const sent_object& object = of.past.objects[i];
         const auto version = versions.find(i);
@@ -49,8 +53,9 @@ std::string table(const check_report& of, const anchors& where,
         text += "<tr id=\"" + id('o', i) + "\"><td>" + from_broadcast(object.content_name) + "<td>" +
                 escaped(kind_of(object)) + "<td class=\"number\">" + std::to_string(object.body->size()) +
                 "<td class=\"number\">" + escaped(coded.version) + "<td class=\"number\">" +
-                escaped(coded.created) + "<td>" + (of.input.folder ? file_of(of, object) : lines_of(object)) +
-                "<td>" + where.links_at(of, id('o', i)) + "</tr>\n";
+                escaped(coded.created) + "<td>" +
+                (of.input.folder ? file_of(of, object) : lines_of(of, object)) + "<td>" +
+                where.links_at(of, id('o', i)) + "</tr>\n";
     }
     return text + "</tbody>\n</table></div>\n";
 }

@@ -213,19 +213,24 @@ class schedule_writer {
                "</ol></div>\n";
     }
 
+    std::string place_of(std::size_t line) const {
+        if (of_.input.folder) return {};
+        return of_.input.places.empty() ? std::to_string(line) : place_words(of_.input.places, line);
+    }
+
     std::string table() const {
-        std::string text = "<details><summary>As a table, " +
-                           number_of(schedule_.programmes.size(), "programme") +
-                           "</summary>\n<div class=\"scroll\" tabindex=\"0\" role=\"group\" "
-                           "aria-label=\"Table of programmes\"><table>\n<thead><tr><th>Start<th>End<th>Title"
-                           "<th>Line<th>Findings</tr></thead>\n<tbody>\n";
+        std::string text =
+            "<details><summary>As a table, " + number_of(schedule_.programmes.size(), "programme") +
+            "</summary>\n<div class=\"scroll\" tabindex=\"0\" role=\"group\" "
+            "aria-label=\"Table of programmes\"><table>\n<thead><tr><th>Start<th>End<th>Title"
+            "<th>" +
+            std::string(of_.input.places.empty() ? "Line" : "Frame") + "<th>Findings</tr></thead>\n<tbody>\n";
         for (std::size_t i = 0; i < schedule_.programmes.size(); ++i) {
             const programme_arrival& programme = at(i);
             const std::string anchor = id('p', schedule_.programmes[i]);
             text += "<tr><td>" + minute_text(programme.start) + "<td>" +
                     end_text(programme.start, programme.end()) + "<td>" + from_broadcast(programme.name) +
-                    "<td>" + (of_.input.folder ? "" : std::to_string(programme.line)) + "<td>" +
-                    where_.links_at(of_, anchor) + " " +
+                    "<td>" + place_of(programme.line) + "<td>" + where_.links_at(of_, anchor) + " " +
                     where_.links_at(of_, id('g', schedule_.programmes[i])) + "</tr>\n";
         }
         return text + "</tbody>\n</table></div></details>\n";

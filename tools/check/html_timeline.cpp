@@ -68,11 +68,12 @@ class timeline_writer {
             text_ += (text_.empty() ? "" : "</ol>\n") + ("<h3>" + escaped(day)) +
                      "</h3>\n<ol class=\"reported-list\">\n";
         day_ = day;
-        text_ +=
-            std::string("<li class=\"") + kind + "\"><time>" + (at.clock ? escaped(at.clock->time()) : "-") +
-            "</time><div>" + service +
-            (of_.input.folder ? "" : " <small class=\"line\">line " + std::to_string(line) + "</small>") +
-            "<br>" + markup + "</div></li>\n";
+        text_ += std::string("<li class=\"") + kind + "\"><time>" +
+                 (at.clock ? escaped(at.clock->time()) : "-") + "</time><div>" + service +
+                 (of_.input.folder
+                      ? ""
+                      : " <small class=\"line\">" + place_words(of_.input.places, line) + "</small>") +
+                 "<br>" + markup + "</div></li>\n";
     }
 
     const check_report& of_;

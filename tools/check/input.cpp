@@ -7,7 +7,9 @@
 #include <system_error>
 #include <utility>
 
+#include "tools/air/calls/open_calls.h"
 #include "tools/check/folder.h"
+#include "tools/check/received_input.h"
 #include "tools/files/input_kind.h"
 #include "tools/spi/receiver_values.h"
 #include "tools/spi/values.h"
@@ -34,6 +36,19 @@ bool is_body(const std::string& path) {
     return kind == input_kind::spi_object || kind == input_kind::image;
 }
 
+std::vector<checked_input> one(checked_input in) {
+    std::vector<checked_input> all;
+    all.push_back(std::move(in));
+    return all;
+}
+
+checked_input unusable(const std::string& path, const std::string& why) {
+    checked_input in;
+    in.calls.name = path;
+    in.errors.push_back(printable(path) + ": " + why);
+    return in;
+}
+
 spi::MotDateTime this_computers_clock() {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
@@ -52,6 +67,7 @@ spi::MotDateTime this_computers_clock() {
 std::string checked_input::location(std::size_t line) const {
     if (line == 0) return printable(calls.name);
     if (folder) return line < files.size() ? printable(files[line]) : printable(calls.name);
+    if (!places.empty()) return printable(calls.name) + ", " + place_words(places, line);
     return printable(calls.name) + ":" + std::to_string(line);
 }
 
@@ -64,16 +80,34 @@ checked_input input_of(recording from) {
 
 std::vector<checked_input> read_inputs(const std::string& path, const folder_options& options) {
     std::error_code error;
-    if (path != "-" && (std::filesystem::is_directory(path, error) || is_body(path)))
-        return read_folders(path, options);
-    checked_input in = input_of(read_recording(path, recording_limits::of(options.limit)));
-    if (in.errors.empty() && (options.clock || options.service || options.ensemble))
+    if (options.fic.empty() && path != "-" && (std::filesystem::is_directory(path, error) || is_body(path)))
+        return options.service_text.empty() || options.service
+                   ? read_folders(path, options)
+                   : one(unusable(path, no_service(options.service_text)));
+    air::open_options how;
+    how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
+    air::opened_calls opened = air::open_calls(path, how, recording_limits::of(options.limit));
+    checked_input in;
+    if (!opened.error.empty()) {
+        in.errors.push_back(opened.error);
+    } else if (opened.is_multiplex()) {
+        in = receive(opened.multiplex, path, options);
+        if (options.clock || options.ensemble)
+            in.errors.push_back(
+                printable(in.calls.name) +
+                ": it is a multiplex and says date and ensemble itself; --date and --ensemble are "
+                "for folders");
+        return one(std::move(in));
+    } else {
+        in = input_of(std::move(opened.recorded));
+    }
+    if (in.errors.empty() && (options.clock || !options.service_text.empty() || options.ensemble))
         in.errors.push_back(printable(in.calls.name) +
                             ": it is a call recording and says date, service and ensemble itself; "
                             "--date, --service and --ensemble are for folders");
-    std::vector<checked_input> all;
-    all.push_back(std::move(in));
-    return all;
+    return one(std::move(in));
 }
 
 std::optional<spi::MotDateTime> parse_clock(const std::string& text) {

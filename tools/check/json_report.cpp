@@ -13,12 +13,21 @@ namespace {
 
 using nlohmann::ordered_json;
 
+// The line of a recording; of a multiplex the frame.
+void add_place(ordered_json& to, const check_report& of, std::size_t line) {
+    const bool on_air = line < of.input.places.size() && line != 0;
+    to["line"] = line == 0 || of.input.folder || on_air ? ordered_json(nullptr) : ordered_json(line);
+    if (of.input.places.empty()) return;
+    to["frame"] = on_air ? ordered_json(of.input.places[line].frame) : ordered_json(nullptr);
+    to["clock"] = on_air ? ordered_json(of.input.places[line].clock) : ordered_json(nullptr);
+}
+
 ordered_json to_json(const check_report& of, const finding& what) {
     const catalogue_entry& entry = entry_of(what.code);
     ordered_json json;
     json["code"] = entry.name;
     json["severity"] = severity_name(entry.how_bad);
-    json["line"] = what.line == 0 || of.input.folder ? ordered_json(nullptr) : ordered_json(what.line);
+    add_place(json, of, what.line);
     json["object"] = what.object == kNone ? ordered_json(nullptr)
                                           : ordered_json(of.past.objects[what.object].content_name);
     json["byte"] = what.byte ? ordered_json(*what.byte) : ordered_json(nullptr);
@@ -52,7 +61,7 @@ ordered_json to_json(const check_report& of, const service_schedule& schedule) {
         programme["start"] = minute_text(each.start);
         programme["minutes"] = each.duration / 60;
         programme["name"] = each.name;
-        if (!of.input.folder) programme["line"] = each.line;
+        if (!of.input.folder) add_place(programme, of, each.line);
         json["programmes"].push_back(std::move(programme));
     }
     return json;
@@ -81,7 +90,7 @@ ordered_json logos(const check_report& of) {
             json["outcome"] = outcome_name(use.refusal);
             json["file"] =
                 use.refusal == spi::logo_refusal::none ? ordered_json(announced.file) : ordered_json(nullptr);
-            if (!of.input.folder) json["line"] = arrival.line;
+            if (!of.input.folder) add_place(json, of, arrival.line);
             all.push_back(std::move(json));
         }
     }

@@ -20,11 +20,13 @@ check_report check_input(checked_input input, const check_settings& settings, co
     if (report.replayed.end != play_end::finished) return report;
     report.past = make_history(report.input.calls, report.replayed);
     report.past.cannot_tell = report.input.cannot_tell;
+    report.past.places = report.input.places;
     report.disagreements = disagreements(report.past, report.replayed);
     report.schedules = schedules_of(report.past);
     const bool true_clock = report.input.clock == clock_source::true_clock;
-    for (finding& each : find_all(report.input.calls, report.past, report.replayed, report.schedules,
-                                  true_clock ? std::optional(settings.ends_within) : std::nullopt)) {
+    for (finding& each :
+         find_all(report.input.calls, report.past, report.replayed, report.schedules, report.input.air.get(),
+                  true_clock ? std::optional(settings.ends_within) : std::nullopt)) {
         if (entry_of(each.code).how_bad >= settings.from) {
             report.findings.push_back(std::move(each));
         } else {
@@ -156,7 +158,7 @@ std::string span_text(const check_report& of) {
 std::string location_text(const check_report& of, const finding& what) {
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
-    if (what.line != 0 && !of.input.folder) add("line " + std::to_string(what.line));
+    if (what.line != 0 && !of.input.folder) add(place_words(of.input.places, what.line));
     if (what.object != kNone) {
         const std::string& name = of.past.objects[what.object].content_name;
         add(name.empty() ? "an object without a name" : printable(name));

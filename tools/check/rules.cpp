@@ -32,7 +32,7 @@ std::vector<finding> finding_list::take_sorted() {
 }
 
 std::vector<finding> find_all(const recording& played, const history& in, const replay_result& replayed,
-                              const std::vector<service_schedule>& schedules,
+                              const std::vector<service_schedule>& schedules, const received_carousels* air,
                               std::optional<long> ends_within) {
     finding_list found;
     look_at_objects(in, found);
@@ -42,6 +42,7 @@ std::vector<finding> find_all(const recording& played, const history& in, const 
     look_at_listening(played, replayed, found);
     look_at_announcements(in, found);
     look_at_images(in, found);
+    if (air != nullptr) look_at_carousels(*air, in, found);
     return found.take_sorted();
 }
 

@@ -9,6 +9,7 @@
 
 #include "tools/check/finding.h"
 #include "tools/check/history.h"
+#include "tools/check/received_input.h"
 #include "tools/check/replay_result.h"
 #include "tools/check/schedules.h"
 
@@ -41,10 +42,12 @@ void look_at_dates(const history& in, long ends_within, finding_list& found);
 void look_at_listening(const recording& played, const replay_result& replayed, finding_list& found);
 void look_at_announcements(const history& in, finding_list& found);
 void look_at_images(const history& in, finding_list& found);
+void look_at_carousels(const received_carousels& air, const history& in, finding_list& found);
 
-// `ends_within`: see look_at_dates(); without it nothing is held against the clock, which is guessed.
+// `ends_within`: see look_at_dates(); without it nothing is held against the clock, which is guessed. `air`:
+// of a multiplex, else null.
 std::vector<finding> find_all(const recording& played, const history& in, const replay_result& replayed,
-                              const std::vector<service_schedule>& schedules,
+                              const std::vector<service_schedule>& schedules, const received_carousels* air,
                               std::optional<long> ends_within);
 
 }  // namespace dabspi::check

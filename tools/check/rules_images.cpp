@@ -45,6 +45,11 @@ class image_rules {
     }
 
  private:
+    // "on line 12", "in frame 7"
+    std::string announced_at(std::size_t line) const {
+        return (in_.places.empty() ? "on " : "in ") + place_words(in_.places, line);
+    }
+
     void unmatched(const image_arrival& arrival, const sent_object& object, finding what) {
         const logo_name name{object.data_service, object.content_name};
         const auto first = announced_.find(name);  // the earliest: emplace keeps it
@@ -57,15 +62,15 @@ class image_rules {
             return;  // never written, at whatever time it comes
         } else if (first->second > arrival.line) {
             what.code = finding_code::logo_early;
-            what.text = "announced on line " + std::to_string(first->second) + ", " +
+            what.text = "announced " + announced_at(first->second) + ", " +
                         std::to_string(object.body->size()) + " bytes lost";
             found_.add(what);
         } else {
             const auto used = used_.find(name);
             if (used == used_.end() || used->second == arrival.object) return;
             what.code = finding_code::logo_change_lost;
-            what.text = "differs from the image of line " +
-                        std::to_string(in_.objects[used->second].lines.front()) +
+            what.text = "differs from the image of " +
+                        place_words(in_.places, in_.objects[used->second].lines.front()) +
                         ", which has used the logo announcement up";
             found_.add(what);
         }

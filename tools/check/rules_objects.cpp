@@ -94,7 +94,7 @@ void look_at_arrival(const history& in, const object_arrival& arrival, finding_l
     const sent_object& object = in.objects[arrival.object];
     finding what{finding_code::content_type, arrival.line, arrival.object};
     const std::string before = arrival.before < in.objects.size()
-                                   ? "line " + std::to_string(in.objects[arrival.before].lines.front())
+                                   ? place_words(in.places, in.objects[arrival.before].lines.front())
                                    : "";
     switch (arrival.outcome) {
         case object_arrival::read:

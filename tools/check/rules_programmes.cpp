@@ -46,8 +46,8 @@ void note_taken_minute(const history& in, const programme_arrival& of, finding w
     if (repeated) return;
     what.code = finding_code::same_start;
     what.text = shown(of) + " for " + minutes_text(of.duration / 60) + " comes after " +
-                in_quotes(holder.name) + " for " + minutes_text(holder.duration / 60) + ", line " +
-                std::to_string(holder.line);
+                in_quotes(holder.name) + " for " + minutes_text(holder.duration / 60) + ", " +
+                place_words(in.places, holder.line);
     found.add(what, std::to_string(of.offset));
 }
 

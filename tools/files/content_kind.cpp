@@ -200,6 +200,7 @@ const char* short_name(content_kind kind) {
         case content_kind::framed_eti: return "framed";
         case content_kind::edi: return "edi";
         case content_kind::capture: return "pcap";
+        case content_kind::sub_channel: return "sub-channel";
         case content_kind::recording: return "recording";
         case content_kind::plan: return "json";
         case content_kind::document: return "xml";

@@ -13,7 +13,8 @@ enum class content_kind {
     streamed_eti,
     framed_eti,
     edi,
-    capture,  // pcap, pcapng
+    capture,      // pcap, pcapng
+    sub_channel,  // of a receiver's dump, with its FIC in another file
     recording,
     plan,      // any other JSON document
     document,  // XML

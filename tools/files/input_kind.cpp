@@ -129,11 +129,15 @@ sniffed_input sniff(std::string_view beginning) {
     if (beginning.empty()) return {input_kind::empty, "empty", ""};
     if (const char* const form = eti_form(beginning))
         return {input_kind::eti, "a recording of a multiplex (ETI, " + std::string(form) + " frames)",
-                "scan"};
+                "scan, replay, check, inspect and record"};
     if (is_spi_object(beginning)) return {input_kind::spi_object, "a binary SPI object", "inspect and check"};
     if (const char* const kind = image_kind(beginning)) return {input_kind::image, kind, "inspect and check"};
-    if (is_capture(beginning)) return {input_kind::capture, "a capture of network packets", "scan"};
-    if (is_edi(beginning)) return {input_kind::edi, "a recording of a multiplex (EDI packets)", "scan"};
+    if (is_capture(beginning))
+        return {input_kind::capture, "a capture of network packets",
+                "scan, replay, check, inspect and record"};
+    if (is_edi(beginning))
+        return {input_kind::edi, "a recording of a multiplex (EDI packets)",
+                "scan, replay, check, inspect and record"};
     if (begins_with(beginning, "\x1F\x8B"sv)) return {input_kind::gzip, "compressed with gzip", ""};
     if (begins_with(beginning, "PK\x03\x04"sv)) return {input_kind::zip, "a ZIP archive", ""};
     const std::string_view text = without_blanks(beginning);

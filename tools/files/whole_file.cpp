@@ -77,46 +77,65 @@ std::optional<std::string> read_whole_file(const std::string& path, std::string&
     return std::nullopt;
 }
 
+whole_file_writer::whole_file_writer(std::string path) : path_(std::move(path)) {
+    if (std::filesystem::path(path_).filename().empty()) {
+        error_ = "this is not a file's name";
+        return;
+    }
+    struct stat there {};
+    const bool replaces = ::lstat(path_.c_str(), &there) == 0;
+    if (replaces && S_ISLNK(there.st_mode)) {
+        error_ = "it is a symbolic link; name the file itself";
+    } else if (replaces && S_ISDIR(there.st_mode)) {
+        error_ = system_text(EISDIR);
+    } else if (replaces && !S_ISREG(there.st_mode)) {
+        error_ = "it is not a regular file";
+    }
+    if (!error_.empty()) return;
+    const temporary_file made(path_);
+    descriptor_ = made.descriptor;
+    if (descriptor_ < 0) {
+        fail(errno);
+        return;
+    }
+    made_ = made.name;
+    if (replaces && ::fchmod(descriptor_, there.st_mode & 0777) != 0) fail(errno);
+}
+
 whole_file_writer::~whole_file_writer() {
     if (descriptor_ >= 0) ::close(descriptor_);
-    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+    if (!made_.empty()) ::unlink(made_.c_str());
 }
 
-std::string whole_file_writer::open(const std::string& path) {
-    if (std::filesystem::path(path).filename().empty()) return "this is not a file's name";
-    struct stat there {};
-    const bool replaces = ::lstat(path.c_str(), &there) == 0;
-    if (replaces && S_ISLNK(there.st_mode)) return "it is a symbolic link; name the file itself";
-    if (replaces && S_ISDIR(there.st_mode)) return system_text(EISDIR);
-    if (replaces && !S_ISREG(there.st_mode)) return "it is not a regular file";
-
-    const temporary_file made(path);
-    if (made.descriptor < 0) return system_text(errno);
-    path_ = path;
-    temporary_ = made.name;
-    descriptor_ = made.descriptor;
-    if (replaces && ::fchmod(descriptor_, there.st_mode & 0777) != 0) return system_text(errno);
-    return {};
+void whole_file_writer::fail(int error) {
+    error_ = system_text(error);
 }
 
-std::string whole_file_writer::write(std::string_view content) {
+const std::string& whole_file_writer::write(std::string_view content) {
+    if (!error_.empty()) return error_;
     const int error = write_all(descriptor_, content);
-    return error == 0 ? std::string() : system_text(error);
+    if (error != 0) fail(error);
+    return error_;
 }
 
-std::string whole_file_writer::commit() {
-    const int error = ::close(std::exchange(descriptor_, -1)) != 0 ? errno : 0;
-    if (error != 0) return system_text(error);
-    if (::rename(temporary_.c_str(), path_.c_str()) != 0) return system_text(errno);
-    temporary_.clear();
-    return {};
+const std::string& whole_file_writer::commit() {
+    if (!error_.empty()) return error_;
+    const int descriptor = descriptor_;
+    descriptor_ = -1;
+    if (::close(descriptor) != 0) {
+        fail(errno);
+    } else if (::rename(made_.c_str(), path_.c_str()) != 0) {
+        fail(errno);
+    } else {
+        made_.clear();
+    }
+    return error_;
 }
 
 std::string write_whole_file(const std::string& path, std::string_view content) {
-    whole_file_writer file;
-    std::string error = file.open(path);
-    if (error.empty()) error = file.write(content);
-    return error.empty() ? file.commit() : error;
+    whole_file_writer file(path);
+    file.write(content);
+    return file.commit();
 }
 
 void write_whole_file_and_folders(const std::string& path, std::string_view content) {

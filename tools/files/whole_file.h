@@ -24,20 +24,23 @@ std::string write_whole_file(const std::string& path, std::string_view content);
 // alone, and without it nothing is ever seen of the new file.
 class whole_file_writer {
  public:
-    whole_file_writer() = default;
+    explicit whole_file_writer(std::string path);
     ~whole_file_writer();
     whole_file_writer(const whole_file_writer&) = delete;
     whole_file_writer& operator=(const whole_file_writer&) = delete;
 
-    // Each gives the error's text, or an empty one. Nothing follows an error.
-    std::string open(const std::string& path);
-    std::string write(std::string_view content);
-    std::string commit();
+    // All give the error's text, or an empty one; after an error it is always that.
+    const std::string& write(std::string_view content);
+    const std::string& commit();
+    const std::string& error() const { return error_; }
 
  private:
-    std::string path_;
-    std::string temporary_;  // empty: none is there
+    void fail(int error);
+
+    const std::string path_;
+    std::string made_;  // the name that it has until then
     int descriptor_ = -1;
+    std::string error_;
 };
 
 // The same as write_whole_file, and makes the directories above it. Throws std::runtime_error with a text for

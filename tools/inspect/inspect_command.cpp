@@ -1,4 +1,5 @@
 #include "tools/inspect/inspect_command.h"
+#include "tools/command_line/needed_name.h"
 
 #include <unistd.h>
 
@@ -23,6 +24,9 @@ namespace {
 struct inspect_options {
     std::vector<std::string> objects;
     std::vector<std::size_t> lines;
+    std::string flow;
+    std::string fic;
+    int address = -1;
     std::string ensemble;
     bool json = false;
     bool xml = false;
@@ -114,6 +118,9 @@ int inspect(const inspect_options& options) {
         gather_options how;
         how.lines = options.lines;
         how.limit = options.limit;
+        how.flow = options.flow;
+        how.fic = options.fic;
+        how.address = options.address;
         found = gather(options.objects, how, [&progress](std::size_t read) { progress.update(read); });
     }
     print_errors(found.errors, "errors");
@@ -139,12 +146,23 @@ command add_inspect_command(CLI::App& dabspi) {
     CLI::App* const app = dabspi.add_subcommand(
         "inspect", "Show binary SPI objects as trees, and what a receiver takes from them");
     const auto options = std::make_shared<inspect_options>();
-    app->add_option(
-           "OBJECT", options->objects,
-           "Binary SPI objects, call recordings, or folders of objects as receivers dump them;\n- is "
-           "standard input")
+    app->add_option("OBJECT", options->objects,
+                    "Binary SPI objects, call recordings, recorded multiplexes (ETI(NI), EDI, "
+                    "packet\ncaptures), or folders of "
+                    "objects as receivers dump them; - is standard input")
         ->required()
         ->option_text("...");
+    app->add_option("--flow", options->flow,
+                    "Of packet captures: read the flow to this destination (default: the first)")
+        ->option_text("[ADDRESS:]PORT");
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023));
     app->add_option("--line", options->lines, "Of recordings, only the object fed by line N; may be repeated")
         ->option_text("N")
         ->allow_extra_args(false)

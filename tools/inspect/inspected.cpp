@@ -11,6 +11,9 @@
 #include <unordered_map>
 
 #include "src/parse/mot_content.h"
+#include "tools/air/calls/multiplex_calls.h"
+#include "tools/air/calls/open_calls.h"
+#include "tools/air/container/opened_messages.h"
 #include "tools/files/input_kind.h"
 #include "tools/inspect/image_header.h"
 #include "tools/spi/schema.h"
@@ -51,22 +54,16 @@ bool is_other(const bytes& content) {
 // Of what is no SPI object, no image and no recording only the beginning is read.
 //
 // Null, and `error` filled, when it cannot be read, or is longer than `most`.
-std::shared_ptr<const bytes> read_all(const std::string& path, std::size_t most, std::string& error) {
-    const std::unique_ptr<std::FILE, file_closer> file(path == "-" ? stdin : std::fopen(path.c_str(), "re"));
-    if (file == nullptr) {
-        error = "cannot open it: " + std::generic_category().message(errno);
-        return nullptr;
-    }
+std::shared_ptr<const bytes> read_all(const recording_text& from, std::size_t most, std::string& error) {
     bytes content;
-    std::uint8_t buffer[65536];
-    errno = 0;
+    char buffer[65536];
     while (content.size() <= most) {
-        const std::size_t got = std::fread(buffer, 1, sizeof buffer, file.get());
+        const std::size_t got = from.read(buffer, sizeof buffer);
         content.insert(content.end(), buffer, buffer + got);
-        if (got < sizeof buffer || (content.size() > kMostOfOther && is_other(content))) break;
+        if (got == 0 || (content.size() > kMostOfOther && is_other(content))) break;
     }
-    if (std::ferror(file.get()) != 0) {
-        error = "cannot read it: " + std::generic_category().message(errno);
+    if (const int failed = from.error()) {
+        error = "cannot read it: " + std::generic_category().message(failed);
         return nullptr;
     }
     if (content.size() > kLongestBody && !looks_like_recording(content)) {
@@ -107,7 +104,21 @@ class gatherer {
     }
 
     std::shared_ptr<const bytes> read(const std::string& path, std::string& error) {
-        const std::shared_ptr<const bytes> content = read_all(path, left_, error);
+        const std::unique_ptr<std::FILE, file_closer> file(std::fopen(path.c_str(), "re"));
+        if (file == nullptr) {
+            error = "cannot open it: " + std::generic_category().message(errno);
+            read_one();
+            return nullptr;
+        }
+        errno = 0;
+        const auto failed = [&file] { return std::ferror(file.get()) != 0 ? errno : 0; };
+        return read(
+            {[&file](char* to, std::size_t space) { return std::fread(to, 1, space, file.get()); }, failed},
+            error);
+    }
+
+    std::shared_ptr<const bytes> read(const recording_text& from, std::string& error) {
+        const std::shared_ptr<const bytes> content = read_all(from, left_, error);
         if (content != nullptr) left_ -= content->size();
         read_one();
         return content;
@@ -115,8 +126,18 @@ class gatherer {
 
     void file(const std::string& path) {
         const std::string name = path == "-" ? "<stdin>" : path;
+        air::open_options how;
+        how.flow = options_.flow;
+        how.fic = options_.fic;
+        how.address = options_.address;
+        air::opened_frames in = air::open_frames(path, how);
+        if (in.frames != nullptr) return multiplex(in, name);
+        if (!options_.fic.empty() || air::is_multiplex_kind(in.found.kind)) {
+            into_.errors.push_back(in.error);
+            return;
+        }
         std::string error;
-        const auto content = read(path, error);
+        const auto content = in.window == nullptr ? read(path, error) : read(air::text_of(in), error);
         if (content == nullptr) return fail(name, error);
         const sniffed_input kind = sniff(text_of(*content).substr(0, kSniffedBytes));
         const bool is_object = kind.kind == input_kind::spi_object || kind.kind == input_kind::image ||
@@ -141,6 +162,40 @@ class gatherer {
                         "it is long, and does not begin as an SPI object, an image or a recording does");
         if (body.kind == body_kind::other) body.kind = body_kind::spi_object;
         into_.bodies.push_back(std::move(body));
+    }
+
+    // Each different object that its carousels bring.
+    void multiplex(air::opened_frames& in, const std::string& name) {
+        air::calls_options how;
+        how.which = air::delivery::once;
+        air::multiplex_calls calls(*in.frames, how);
+        recording received;
+        received.name = name;
+        std::vector<std::string> places = {{}};
+        std::string clock;
+        while (std::optional<call> next = calls.next()) {
+            if (const auto* const now = std::get_if<set_date_time>(&next->what)) clock = ", " + now->text();
+            if (const auto* const fed = std::get_if<feed_mot_body>(&next->what)) {
+                if (fed->body->size() > left_)
+                    return fail(name, "with it more would be read than is taken; --limit raises that");
+                left_ -= fed->body->size();
+            }
+            next->line = places.size();
+            places.push_back("frame " + std::to_string(next->frame) + clock);
+            received.calls.push_back(std::move(*next));
+        }
+        read_one();
+        const std::string why = air::why_no_frame(in, options_.flow);
+        if (!why.empty()) return fail(name, why);
+        if (!options_.lines.empty()) return fail(name, "it is no recording, and has no lines to choose from");
+        const std::size_t before = into_.bodies.size();
+        gather_recording(received, options_, into_);
+        for (std::size_t i = before; i < into_.bodies.size(); ++i) {
+            into_.bodies[i].place = places.at(into_.bodies[i].lines.front());
+            into_.bodies[i].lines.clear();
+        }
+        if (before == into_.bodies.size())
+            fail(name, "no object was received; \"dabspi scan\" says what there is");
     }
 
     void folder(const std::string& path) {
@@ -185,6 +240,7 @@ body_kind kind_of(std::uint8_t content_type) {
 }  // namespace
 
 std::string inspected_body::location() const {
+    if (!place.empty()) return source + ", " + place;
     return lines.empty() ? source : source + ":" + std::to_string(lines.front());
 }
 

@@ -20,7 +20,8 @@ enum class body_kind { spi_object, image, other };
 struct inspected_body {
     std::string source;              // the file, as named
     std::vector<std::size_t> lines;  // of the recording that feed it; empty for a file
-    std::string content_name;        // of a recording's; else empty
+    std::string place;               // of a multiplex: "frame 7, 2026-03-02 10:31"; else empty
+    std::string content_name;        // of a recording's and a multiplex's; else empty
     std::optional<std::uint8_t> content_type;
     std::optional<std::uint16_t> content_subtype;
     std::optional<std::uint16_t> ensemble;  // current when it was first fed
@@ -28,7 +29,7 @@ struct inspected_body {
     body_kind kind = body_kind::spi_object;
     std::string what;  // of another kind: what it looks like
 
-    // "day.jsonl:12", "objects/si.bin"
+    // "day.jsonl:12", "objects/si.bin", "a.eti, frame 7"
     std::string location() const;
 };
 
@@ -41,6 +42,9 @@ struct gather_options {
     std::vector<std::size_t> lines;  // of recordings: only these calls; empty: all
     // Of all files together, in MiB, and of the bodies of a recording.
     std::size_t limit = 256;
+    std::string flow;  // of packet captures: PORT or ADDRESS:PORT
+    std::string fic;   // see air::open_options
+    int address = -1;
 };
 
 // Reads files; standard input is "-". `progress` is called after each file.

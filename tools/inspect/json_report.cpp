@@ -155,6 +155,7 @@ ordered_json head(const inspected_body& of) {
     ordered_json json;
     json["file"] = of.source;
     if (!of.lines.empty()) json["lines"] = of.lines;
+    if (!of.place.empty()) json["place"] = of.place;
     if (of.content_type) {
         json["content_name"] = of.content_name;
         json["content_type"] = *of.content_type;

@@ -47,7 +47,7 @@ value_kind kind_of(const std::string& value, const std::string& type) {
     if (value == "RECORDING") return value_kind::recording;
     if (value == "DOCUMENT") return value_kind::document;
     if (value == "PLAN") return value_kind::plan;
-    if (value == "NAME" || value == "ID") return value_kind::word;
+    if (value == "NAME" || value == "ID" || value == "SERVICE") return value_kind::word;
     if (value == "DIR") return value_kind::directory;
     return value_kind::file;
 }

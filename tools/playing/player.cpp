@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 #include "src/server/spi_server.h"
@@ -28,19 +29,18 @@ class player {
           library_((settings.api == library_api::wrapper ? start_wrapper : start_core)(settings.storage_path,
                                                                                        queue_)) {}
 
-    play_end play(const recording& from) {
+    play_end play(call_source& from) {
         if (settings_.wait_after_each_call && !settle()) return end_;
-        for (const call& next : from.calls) {
-            at_.line = next.line;
-            std::visit([this](const auto& what) { feed(what); }, next.what);
+        std::size_t unwaited = 0;
+        while (const std::optional<call> next = from.next()) {
+            at_.line = next->line;
+            std::visit([this](const auto& what) { feed(what); }, next->what);
             ++fed_;
-            if (settings_.wait_after_each_call && !settle()) return end_;
+            ++unwaited;
+            if (settings_.wait_after_each_call ? !settle() : !settle_unwaited(unwaited, false)) return end_;
             if (!go_on()) return end_;
         }
-        if (!settings_.wait_after_each_call) {
-            at_ = {};  // the notifications came at moments that nobody knows
-            if (!settle(settings_.longest_wait + from.calls.size() * kUnwaitedCall)) return end_;
-        }
+        if (!settings_.wait_after_each_call && !settle_unwaited(unwaited, true)) return end_;
         return play_end::finished;
     }
 
@@ -63,6 +63,15 @@ class player {
         if (!hooks_.go_on || hooks_.go_on(fed_)) return true;
         end_ = play_end::stopped;
         return false;
+    }
+
+    // Of `unwaited` calls, when there are many, or at the end.
+    bool settle_unwaited(std::size_t& unwaited, bool at_end) {
+        if (!at_end && (settings_.most_unwaited == 0 || unwaited < settings_.most_unwaited)) return true;
+        at_ = {};  // the notifications came at moments that nobody knows
+        const bool quiet = settle(settings_.longest_wait + unwaited * kUnwaitedCall);
+        unwaited = 0;
+        return quiet;
     }
 
     // Waits for quiet and passes on what has come. False with end_ set when that is the end.
@@ -96,9 +105,14 @@ class player {
 
 }  // namespace
 
+play_end play(call_source& from, const player_settings& settings, const player_hooks& hooks) {
+    return player(settings, hooks).play(from);
+}
+
 play_end play(const recording& from, const player_settings& settings, const player_hooks& hooks) {
     if (!from.errors.empty()) throw std::invalid_argument("a recording with errors cannot be played");
-    return player(settings, hooks).play(from);
+    recorded_calls calls(from);
+    return play(calls, settings, hooks);
 }
 
 void refuse_missing_calls(recording& in, library_api api) {

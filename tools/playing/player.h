@@ -1,4 +1,4 @@
-// Plays a recording through one of the library's interfaces, and passes on what the listener receives.
+// Plays calls through one of the library's interfaces, and passes on what the listener receives.
 //
 // Runs on the caller's thread, and so do both hooks; no two players may run in one process at the same time,
 // since waiting for quiet and the logo directory are matters of the whole process.
@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 
+#include "tools/recording/call_source.h"
 #include "tools/recording/notification.h"
 #include "tools/recording/recording.h"
 
@@ -23,6 +24,7 @@ struct player_settings {
     library_api api = library_api::wrapper;
     std::string storage_path;          // an existing directory, in full
     bool wait_after_each_call = true;  // else feed as fast as the calls return, and wait once, at the end
+    std::size_t most_unwaited = 0;     // wait after so many calls all the same; 0: never
     std::chrono::milliseconds longest_wait = std::chrono::seconds(60);  // for one call's work
 };
 
@@ -41,8 +43,11 @@ enum class play_end {
     not_quiet,  // the library did not come to rest: a worker ended, or hangs. It is left as it is
 };
 
-// The recording must have no errors and nothing that the interface lacks. Throws std::exception with a text
-// for the user when the library cannot be started or memory runs out.
+// There must be nothing that the interface lacks, and a recording must have no errors. Throws std::exception
+// with a text for the user when the library cannot be started or memory runs out.
+play_end play(call_source& from, const player_settings& settings, const player_hooks& hooks);
+
+// The same for all calls of a recording.
 play_end play(const recording& from, const player_settings& settings, const player_hooks& hooks);
 
 // Notes each call of the recording that the interface does not offer as an error of its line.

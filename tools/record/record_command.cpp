@@ -6,6 +6,7 @@
 #include <ctime>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <set>
 #include <system_error>
 
@@ -13,6 +14,7 @@
 #include "tools/files/input_kind.h"
 #include "tools/files/whole_file.h"
 #include "tools/record/made_recording.h"
+#include "tools/record/record_multiplex.h"
 #include "tools/record/skeleton.h"
 #include "tools/terminal/error_messages.h"
 #include "tools/terminal/output.h"
@@ -29,8 +31,17 @@ struct record_options {
     std::string directory = ".";
     bool check = false;
     bool skeleton = false;
-    std::size_t limit = kMostOfRecording >> 20;
+    std::optional<std::size_t> limit;  // MiB
+    // Of a multiplex.
+    std::string output;
+    std::string service;
+    std::string flow;
+    std::string fic;
+    int address = -1;
+    std::string deliver = "every";
 };
+
+constexpr std::size_t kMostOfPlan = kMostOfRecording >> 20;
 
 struct made_from {
     std::string plan;
@@ -177,13 +188,31 @@ int write_skeleton(const record_options& options) {
     return print(made.text, STDOUT_FILENO) ? kExitDone : kExitFailed;
 }
 
+int record_from_air(const record_options& options) {
+    if (options.plans.size() != 1) {
+        print_error("--output takes one multiplex; of plans --directory says where recordings go");
+        return kExitUnusable;
+    }
+    multiplex_recording_options how;
+    how.input = options.plans.front();
+    how.recording = options.output;
+    how.service = options.service;
+    how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
+    how.deliver_once = options.deliver == "once";
+    how.limit = options.limit.value_or(how.limit);
+    return record_multiplex(how);
+}
+
 int record(const record_options& options) {
+    if (!options.output.empty()) return record_from_air(options);
     if (options.skeleton) return write_skeleton(options);
     std::vector<made_from> all;
     std::vector<std::string> errors;
     std::vector<std::string> messages;
     for (const std::string& each : options.plans)
-        all.push_back(make(each, options.limit, errors, messages));
+        all.push_back(make(each, options.limit.value_or(kMostOfPlan), errors, messages));
     if (errors.empty()) refuse_conflicts(all, errors);
     if (errors.empty() && !options.check) refuse_inputs(all, options.directory, errors);
     print_errors(messages, "messages");
@@ -198,11 +227,13 @@ int record(const record_options& options) {
 }  // namespace
 
 command add_record_command(CLI::App& dabspi) {
-    CLI::App* const app =
-        dabspi.add_subcommand("record", "Make recordings of plans: XML documents, images and a clock");
+    CLI::App* const app = dabspi.add_subcommand(
+        "record", "Make recordings of plans: XML documents, images and a clock; or of a multiplex");
     const auto options = std::make_shared<record_options>();
-    app->add_option("PLAN", options->plans,
-                    "Plans, JSON; - is standard input, its files are then relative to the\ncurrent directory")
+    app->add_option(
+           "PLAN", options->plans,
+           "Plans, JSON; - is standard input, its files are then relative to the\ncurrent directory. With "
+           "--output a recorded multiplex: ETI(NI), EDI, a packet\ncapture")
         ->required()
         ->option_text("...");
     app->add_option(
@@ -210,8 +241,10 @@ command add_record_command(CLI::App& dabspi) {
            "Where PLAN.jsonl and its objects go (default: the current directory).\nMade if it is missing")
         ->option_text("DIR")
         ->check(a_name_is_needed);
-    app->add_option("--limit", options->limit,
-                    "How much a plan may become, calls and bodies, in MiB (default: 64)")
+    app->add_option(
+           "--limit", options->limit,
+           "How much a recording may become, calls and bodies, in MiB (default: 64 of a\nplan, 1024 of a "
+           "multiplex)")
         ->option_text("MIB")
         ->check(CLI::Range(std::size_t{1}, std::size_t{65536}));
     CLI::Option* const skeleton = app->add_flag(
@@ -221,6 +254,40 @@ command add_record_command(CLI::App& dabspi) {
         app->add_flag("--check", options->check,
                       "Write nothing: compare with what stands in DIR, and list what differs\nor is missing");
     skeleton->excludes(check_option);
+    CLI::Option* const from_air =
+        app->add_option(
+               "--output,-o", options->output,
+               "Record what a receiver calls while it receives a multiplex: the recording's\nname; bodies go "
+               "to objects/ beside it")
+            ->option_text("FILE")
+            ->check(a_name_is_needed);
+    from_air->excludes(skeleton)->excludes(check_option);
+    app->add_option(
+           "--service", options->service,
+           "The service to listen to, by label or identifier (default: the first with\naudio); all: go "
+           "through all of them after each minute")
+        ->option_text("SERVICE")
+        ->check(a_name_is_needed)
+        ->needs(from_air);
+    app->add_option("--deliver", options->deliver,
+                    "Each object every time it has been received whole (default), or once until it\nchanges")
+        ->option_text("every|once")
+        ->check(CLI::IsMember({"every", "once"}))
+        ->needs(from_air);
+    app->add_option("--flow", options->flow,
+                    "Of a packet capture: read the flow to this destination (default: the first)")
+        ->option_text("[ADDRESS:]PORT")
+        ->needs(from_air);
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed)
+        ->needs(from_air);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023))
+        ->needs(from_air);
     app->footer(
         "A plan says which objects go round in which carousel, when the listener changes the service, and "
         "how\n"
@@ -235,6 +302,7 @@ command add_record_command(CLI::App& dabspi) {
         "  dabspi record --skeleton *.xml logos >day.json   a plan to start from\n"
         "  dabspi record day.json                     makes day.jsonl and objects/\n"
         "  dabspi record --directory out *.json       several, into one folder\n"
+        "  dabspi record -o air.jsonl multiplex.eti   makes air.jsonl and objects/ of what is on air\n"
         "  dabspi record --check -d out day.json      is out/day.jsonl what the plan gives?");
     return {app, [options] { return record(*options); }};
 }

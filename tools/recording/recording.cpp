@@ -141,20 +141,30 @@ std::string other_kind(std::string_view beginning) {
     return may_be ? std::string() : "this is no call recording: " + what_it_is(input);
 }
 
-void read_all(std::FILE* file, recording_reader& reader) {
+void read_all(const recording_text& from, recording_reader& reader) {
     std::string buffer(65536, '\0');
-    errno = 0;
     for (bool first = true;; first = false) {
-        const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), file);
-        const std::string_view text = std::string_view(buffer).substr(0, got);
+        std::size_t filled = 0;
+        while (filled < buffer.size()) {
+            const std::size_t got = from.read(buffer.data() + filled, buffer.size() - filled);
+            if (got == 0) break;
+            filled += got;
+        }
+        const std::string_view text = std::string_view(buffer).substr(0, filled);
         const std::string other = first ? other_kind(text.substr(0, kSniffedBytes)) : std::string();
         if (!other.empty()) return reader.fail(other);
         if (!reader.take(text)) return;
-        if (got == buffer.size()) continue;
-        if (std::ferror(file) != 0)
-            reader.fail("cannot read the recording: " + std::generic_category().message(errno));
+        if (filled == buffer.size()) continue;
+        if (const int error = from.error())
+            reader.fail("cannot read the recording: " + std::generic_category().message(error));
         return;
     }
+}
+
+recording_text text_of(std::FILE* file) {
+    errno = 0;
+    return {[file](char* to, std::size_t space) { return std::fread(to, 1, space, file); },
+            [file] { return std::ferror(file) != 0 ? errno : 0; }};
 }
 
 }  // namespace
@@ -178,7 +188,7 @@ recording_limits recording_limits::of(std::size_t mebibytes) {
 recording read_recording(const std::string& path, const recording_limits& limits) {
     if (path == "-") {
         recording_reader reader("<stdin>", "", limits);
-        read_all(stdin, reader);
+        read_all(text_of(stdin), reader);
         return reader.finish();
     }
     recording_reader reader(path, std::filesystem::path(path).parent_path().string(), limits);
@@ -187,10 +197,17 @@ recording read_recording(const std::string& path, const recording_limits& limits
     if (std::filesystem::is_directory(path, unknown)) {
         reader.fail("this is no call recording: " + what_a_folder_is());
     } else if (file != nullptr) {
-        read_all(file.get(), reader);
+        read_all(text_of(file.get()), reader);
     } else {
         reader.fail("cannot open the recording: " + std::generic_category().message(errno));
     }
+    return reader.finish();
+}
+
+recording read_recording(const recording_text& from, const std::string& name, const std::string& directory,
+                         const recording_limits& limits) {
+    recording_reader reader(name, directory, limits);
+    read_all(from, reader);
     return reader.finish();
 }
 

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -39,6 +40,13 @@ Identifier identifier_of(const service_id& id) {
 struct set_date_time {
     std::string date;
     std::string time;
+
+    // "2026-03-02 10:31", of texts that are digits.
+    std::string text() const {
+        if (date.size() != 8 || time.size() != 4) return date + " " + time;
+        return date.substr(0, 4) + "-" + date.substr(4, 2) + "-" + date.substr(6) + " " + time.substr(0, 2) +
+               ":" + time.substr(2);
+    }
 };
 
 struct set_current_service {
@@ -57,8 +65,9 @@ struct feed_mot_body {
 struct resend_now_next {};
 
 struct call {
-    std::size_t line = 0;  // counted from 1
+    std::size_t line = 0;  // counted from 1; 0: not of a recording
     std::variant<set_date_time, set_current_service, feed_mot_body, resend_now_next> what;
+    std::uint64_t frame = 0;  // of a multiplex, which has no lines: 24 ms each, counted from 0
 };
 
 struct recording_error {
@@ -90,6 +99,15 @@ struct recording_limits {
 // `path` "-" is standard input; body files are then relative to the current directory, else to the
 // recording's own.
 recording read_recording(const std::string& path, const recording_limits& limits = {});
+
+// A recording's text, wherever it comes from.
+struct recording_text {
+    // Puts at most `space` bytes there; 0 at the end.
+    std::function<std::size_t(char* to, std::size_t space)> read;
+    std::function<int()> error;  // a system error number, or 0
+};
+recording read_recording(const recording_text& from, const std::string& name, const std::string& directory,
+                         const recording_limits& limits = {});
 
 // The same for a text in memory.
 recording parse_recording(std::string_view text, const std::string& name, const std::string& directory,

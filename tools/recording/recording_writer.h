@@ -7,6 +7,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "tools/recording/recording.h"
 
@@ -33,6 +34,8 @@ class recording_writer {
     void resend_now_next();
 
     const std::string& text() const { return text_; }
+    // What was written since it was taken last: for recordings that grow.
+    std::string take_text() { return std::exchange(text_, {}); }
     std::size_t calls() const { return calls_; }
 
  private:

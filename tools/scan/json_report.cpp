@@ -84,19 +84,21 @@ ordered_json sub_channels_of(const air::ensemble& of) {
     return all;
 }
 
-ordered_json spi_of(const std::vector<spi_found>& of) {
+ordered_json spi_of(const scanned_multiplex& of) {
     ordered_json all = ordered_json::array();
-    for (const spi_found& each : of)
-        all.push_back({{"sid", sid_text(each.what.sid)},
-                       {"scids", each.what.scids},
-                       {"label", each.what.label},
-                       {"sub_channel", each.what.sub_channel},
-                       {"address", each.what.address},
-                       {"fec", each.what.fec_scheme},
-                       {"bit_rate", each.what.bit_rate},
-                       {"application_data", hex(each.what.application_data)},
-                       {"first_frame", each.first_frame},
-                       {"last_frame", each.last_frame}});
+    for (const spi_found& each : of.spi) {
+        ordered_json json = {
+            {"sid", sid_text(each.what.sid)},  {"scids", each.what.scids},
+            {"label", each.what.label},        {"sub_channel", each.what.sub_channel},
+            {"address", each.what.address},    {"fec", each.what.fec_scheme},
+            {"bit_rate", each.what.bit_rate},  {"application_data", hex(each.what.application_data)},
+            {"first_frame", each.first_frame}, {"last_frame", each.last_frame}};
+        const air::carousel_report* const carousel = of.carousel_of(each);
+        json["carousel"] = carousel == nullptr
+                               ? ordered_json()
+                               : carousel_json(*carousel, of.packets_of(each.what.sub_channel));
+        all.push_back(std::move(json));
+    }
     return all;
 }
 
@@ -116,6 +118,7 @@ ordered_json counters_of(const scanned_multiplex& of) {
         json[each.key] = of.container.*each.value;
     for (const air::fic_counter& each : air::kFicLossCounters)
         json[each.key] = of.fic.*each.value;
+    json["carousels_not_read"] = of.carousels_beyond_limit;
     return json;
 }
 
@@ -145,7 +148,7 @@ std::string json_report(const scanned_multiplex& of) {
                         {"reconfigurations", of.fic.reconfigurations}};
     json["services"] = services_of(of.ensemble);
     json["sub_channels"] = sub_channels_of(of.ensemble);
-    json["spi"] = spi_of(of.spi);
+    json["spi"] = spi_of(of);
     json["spi_unreadable"] = of.unreadable_spi;
     if (!of.flows.empty()) json["flows"] = flows_of(of);
     json["counters"] = counters_of(of);

@@ -15,19 +15,13 @@ bool is_same_location(const air::spi_component& a, const air::spi_component& b) 
 
 }  // namespace
 
-void multiplex_scan::take(const air::frame& of) {
-    const air::fic_news news = fic_.feed(of);
-    if (news.minute) {
-        if (!first_minute_) first_minute_ = news.minute;
-        last_minute_ = news.minute;
-    }
-    last_frame_ = of.index;
-    if (news.changed) look_for_spi(of.index);
-    // The carousels follow here: the bytes of the sub-channels in spi_, to packets, data groups and MOT.
+void multiplex_scan::minute(const air::local_minute& begun) {
+    if (!first_minute_) first_minute_ = begun;
+    last_minute_ = begun;
 }
 
-void multiplex_scan::look_for_spi(std::uint64_t frame) {
-    const air::ensemble ensemble = fic_.describe();
+void multiplex_scan::ensemble_changed(const air::ensemble& ensemble) {
+    const std::uint64_t frame = reception_.frame_number();
     for (const std::string& each : air::unreadable_spi(ensemble)) {
         const bool known = std::find(unreadable_.begin(), unreadable_.end(), each) != unreadable_.end();
         if (!known && unreadable_.size() < kMostFound) unreadable_.push_back(each);
@@ -51,11 +45,14 @@ void multiplex_scan::look_for_spi(std::uint64_t frame) {
 
 scanned_multiplex multiplex_scan::result() const {
     scanned_multiplex all;
-    all.fic = fic_.statistics();
-    all.ensemble = fic_.describe();
+    all.fic = reception_.fic().statistics();
+    all.ensemble = reception_.description();
     all.spi = spi_;
     for (spi_found& each : all.spi)
-        if (each.present) each.last_frame = last_frame_;
+        if (each.present) each.last_frame = reception_.frame_number();
+    all.carousels = reception_.carousels();
+    all.sub_channels = reception_.sub_channels();
+    all.carousels_beyond_limit = reception_.carousels_beyond_limit();
     all.unreadable_spi = unreadable_;
     all.first_minute = first_minute_;
     all.last_minute = last_minute_;

@@ -5,9 +5,10 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
-#include <system_error>
 
 #include "tools/air/container/open_frames.h"
+#include "tools/air/container/opened_messages.h"
+#include "tools/command_line/needed_name.h"
 #include "tools/scan/multiplex_scan.h"
 #include "tools/scan/report.h"
 #include "tools/terminal/error_messages.h"
@@ -25,6 +26,8 @@ using namespace scan;
 struct scan_options {
     std::string input;
     std::string flow;
+    std::string fic;
+    int address = -1;
     bool json = false;
 };
 
@@ -42,6 +45,7 @@ scanned_multiplex scan_all(air::opened_frames& in, const std::string& name) {
         progress.update(static_cast<std::size_t>(in.frames->position() / kMebibyte));
         if (interrupt_watch::noted() != 0) break;
     }
+    scan.finish();
     scanned_multiplex found = scan.result();
     found.name = name;
     found.form = in.found;
@@ -53,29 +57,6 @@ scanned_multiplex scan_all(air::opened_frames& in, const std::string& name) {
             found.chosen = static_cast<std::size_t>(in.capture->chosen() - in.capture->flows().data());
     }
     return found;
-}
-
-// Why there is nothing to report; empty if there is.
-std::string nothing_found(const scanned_multiplex& found, const std::string& flow) {
-    if (found.container.frames != 0 || found.interrupted) return {};
-    if (found.form.kind != content_kind::capture) return "there is no whole frame in it";
-    if (found.flows.empty()) return "the capture holds no EDI (AF packets or PF fragments in UDP)";
-    if (found.chosen)
-        return "the flow " + destination_text(found.flows[*found.chosen].flow) + " gives no frame";
-    std::string text = "no flow of EDI goes to " + printable(flow) + "; there are";
-    for (const air::edi_flow& each : found.flows)
-        text += " " + destination_text(each.flow);
-    return text;
-}
-
-void say_flows(const scanned_multiplex& found, const std::string& flow) {
-    if (found.flows.size() < 2 || !flow.empty() || !found.chosen) return;
-    std::string text = printable(found.name) + ": the capture holds " + std::to_string(found.flows.size()) +
-                       " flows of EDI; " + destination_text(found.flows[*found.chosen].flow) +
-                       " is read. Choose with --flow from";
-    for (const air::edi_flow& each : found.flows)
-        text += " " + destination_text(each.flow);
-    print_error(text);
 }
 
 int print(const scanned_multiplex& found, bool json) {
@@ -90,6 +71,8 @@ int scan_and_print(const scan_options& options) {
     const std::string name = options.input == "-" ? "<stdin>" : options.input;
     air::open_options how;
     how.flow = options.flow;
+    how.fic = options.fic;
+    how.address = options.address;
     how.given_up = [] { return interrupt_watch::noted() != 0; };
     air::opened_frames in = air::open_frames(options.input, how);
     if (interrupt_watch::noted() != 0) return kExitFailed;
@@ -98,20 +81,17 @@ int scan_and_print(const scan_options& options) {
         return kExitUnusable;
     }
     const scanned_multiplex found = scan_all(in, name);
-    const std::string nothing = nothing_found(found, options.flow);
+    const std::string nothing = found.interrupted ? std::string() : why_no_frame(in, options.flow);
     if (!nothing.empty()) {
         print_error(printable(name) + ": " + nothing);
         return kExitUnusable;
     }
-    say_flows(found, options.flow);
+    const std::string flows = flows_to_choose_from(in, options.flow);
+    if (!flows.empty()) print_error(printable(name) + ": " + flows);
     const int status = print(found, options.json);
-    if (in.read_error() != 0) {
-        print_error(printable(name) +
-                    ": cannot be read to its end: " + std::generic_category().message(in.read_error()));
-        return kExitFailed;
-    }
-    if (in.capture != nullptr && !in.capture->error().empty())
-        print_error(printable(name) + ": the capture ends early: " + printable(in.capture->error()));
+    const std::string early = early_end(in);
+    if (!early.empty()) print_error(printable(name) + ": " + early);
+    if (in.read_error() != 0) return kExitFailed;
     return status;
 }
 
@@ -141,6 +121,14 @@ command add_scan_command(CLI::App& dabspi) {
     app->add_option("--flow", options->flow,
                     "Of a capture: read the flow to this destination (default: the first)")
         ->option_text("[ADDRESS:]PORT");
+    app->add_option("--fic", options->fic,
+                    "The input is one sub-channel's bytes, as receivers dump them, and FILE its FIC:\nFIBs "
+                    "of 32 bytes")
+        ->option_text("FILE")
+        ->check(a_name_is_needed);
+    app->add_option("--address", options->address, "With --fic: the packet address, where there are several")
+        ->option_text("N")
+        ->check(CLI::Range(0, 1023));
     app->footer(
         "The form of the input is recognised by its content. It may begin and end anywhere.\n"
         "Exit status: 0 the multiplex was read; 2 the input or the command line cannot be used; 1 anything\n"

@@ -11,6 +11,7 @@
 #include "tools/air/fic/broadcast_clock.h"
 #include "tools/air/fic/ensemble.h"
 #include "tools/air/fic/fib.h"
+#include "tools/air/reception/multiplex_reception.h"
 #include "tools/files/content_kind.h"
 
 namespace dabspi::scan {
@@ -30,6 +31,9 @@ struct scanned_multiplex {
     air::fic_statistics fic;
     air::ensemble ensemble;  // as it was described last
     std::vector<spi_found> spi;
+    std::vector<air::carousel_report> carousels;        // by place
+    std::vector<air::sub_channel_report> sub_channels;  // those with a carousel
+    std::uint64_t carousels_beyond_limit = 0;
     std::vector<std::string> unreadable_spi;  // announced, and not to be read; in words
     std::optional<air::local_minute> first_minute;
     std::optional<air::local_minute> last_minute;
@@ -38,11 +42,12 @@ struct scanned_multiplex {
     bool interrupted = false;
 
     // Of the frames received and those missing between them.
-    double seconds() const {
-        return static_cast<double>((container.frames + container.frames_missing) *
-                                   air::kMillisecondsOfFrame) /
-               1000;
-    }
+    double seconds() const { return air::seconds_of(container.frames + container.frames_missing); }
+
+    // The carousel at a component's place. Null: it has moved, or was one too many.
+    const air::carousel_report* carousel_of(const spi_found& component) const;
+    // What its sub-channel carried; empty without a carousel there.
+    air::packet_counts packets_of(std::uint8_t sub_channel) const;
 };
 
 }  // namespace dabspi::scan

@@ -3,19 +3,13 @@
 #include <cstdio>
 
 #include "tools/air/fic/protection.h"
+#include "tools/scan/columns.h"
 #include "tools/scan/report.h"
 #include "tools/text/utf8.h"
 
 namespace dabspi::scan {
 
 namespace {
-
-std::string padded(const std::string& text, std::size_t width) {
-    std::size_t characters = 0;
-    for (const char c : text)
-        characters += (static_cast<unsigned char>(c) & 0xC0) == 0x80 ? 0U : 1U;
-    return text + std::string(characters < width ? width - characters : 0, ' ');
-}
 
 std::string line(const std::string& name, const std::string& value) {
     return "  " + padded(name, 12) + value + "\n";
@@ -24,17 +18,6 @@ std::string line(const std::string& name, const std::string& value) {
 std::string hexadecimal(unsigned value, int digits) {
     char text[16];
     std::snprintf(text, sizeof text, "%0*X", digits, value);
-    return text;
-}
-
-std::string seconds_text(double seconds) {
-    char text[64];
-    if (seconds < 120) {
-        std::snprintf(text, sizeof text, "%.1f s", seconds);
-    } else {
-        const auto whole = static_cast<unsigned long>(seconds);
-        std::snprintf(text, sizeof text, "%lu:%02lu:%02lu", whole / 3600, whole / 60 % 60, whole % 60);
-    }
     return text;
 }
 
@@ -136,19 +119,32 @@ std::string services_text(const air::ensemble& of) {
     return text;
 }
 
+std::string spi_head(const spi_found& of) {
+    const air::spi_component& what = of.what;
+    std::string text = "  " + air::service_id_text(what.sid, what.long_id) + "." +
+                       std::to_string(what.scids) + "  " + printable(what.label) + ": sub-channel " +
+                       std::to_string(what.sub_channel) + ", address " + std::to_string(what.address);
+    if (what.bit_rate != 0) text += ", " + std::to_string(what.bit_rate) + " kbit/s";
+    text += what.fec_scheme == 0 ? ", no FEC" : ", FEC";
+    text += ", announced in frame " + std::to_string(of.first_frame);
+    if (!of.present) text += ", until frame " + std::to_string(of.last_frame);
+    return text + "\n";
+}
+
 std::string spi_text(const scanned_multiplex& of) {
     std::string text = "\nSPI\n";
     if (of.spi.empty() && of.unreadable_spi.empty()) text += "  none is announced\n";
     for (const spi_found& each : of.spi) {
-        const air::spi_component& what = each.what;
-        text += "  " + air::service_id_text(what.sid, what.long_id) + "." + std::to_string(what.scids) +
-                "  " + printable(what.label) + ": sub-channel " + std::to_string(what.sub_channel) +
-                ", address " + std::to_string(what.address);
-        if (what.bit_rate != 0) text += ", " + std::to_string(what.bit_rate) + " kbit/s";
-        text += what.fec_scheme == 0 ? ", no FEC" : ", FEC";
-        text += ", announced in frame " + std::to_string(each.first_frame);
-        if (!each.present) text += ", until frame " + std::to_string(each.last_frame);
-        text += "\n";
+        text += spi_head(each);
+        const air::carousel_report* const carousel = of.carousel_of(each);
+        if (carousel == nullptr) {
+            text += "    not read here: it has moved, or there are too many carousels\n";
+        } else if (carousel->component.sid == each.what.sid && carousel->component.scids == each.what.scids) {
+            text += carousel_text(*carousel, of.packets_of(each.what.sub_channel));
+        } else {
+            text += "    the same carousel as that of " +
+                    air::service_id_text(carousel->component.sid, carousel->component.long_id) + "\n";
+        }
     }
     for (const std::string& each : of.unreadable_spi)
         text += "  " + each + "\n";

@@ -17,7 +17,7 @@ TEST(Catalogue, StandsInTheOrderOfItsCodes) {
         EXPECT_EQ(static_cast<std::size_t>(catalogue()[i].code), i) << catalogue()[i].name;
         EXPECT_STREQ(entry_of(catalogue()[i].code).name, catalogue()[i].name);
     }
-    EXPECT_EQ(catalogue().back().code, finding_code::logo_change_lost);
+    EXPECT_EQ(catalogue().back().code, finding_code::clock_day_off);
 }
 
 TEST(Catalogue, HasDifferentNamesInLowerCase) {

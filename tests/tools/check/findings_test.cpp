@@ -39,8 +39,10 @@ TEST(EveryFinding, IsShownBySomeBroadcast) {
     std::set<finding_code> codes_shown;
     for (const shown& each : all_shown())
         codes_shown.insert(each.code);
-    for (const catalogue_entry& each : catalogue())
+    for (const catalogue_entry& each : catalogue()) {
+        if (each.code == finding_code::spi_not_sent) break;  // those of carousels have a test of their own
         EXPECT_EQ(codes_shown.count(each.code), 1U) << each.name;
+    }
 }
 
 class Finding : public testing::TestWithParam<shown> {};

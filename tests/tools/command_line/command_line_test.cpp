@@ -36,7 +36,8 @@ TEST(CommandLine, HelpGoesToStandardOutputAndShowsExamples) {
 TEST(CommandLine, HelpOfReplayNamesEveryOption) {
     const finished_command end = run_dabspi({{"replay", "--help"}});
     for (const char* option :
-         {"RECORDING", "--json", "--api wrapper|core", "--storage DIR", "--no-wait", "--keep"})
+         {"INPUT", "--json", "--service SERVICE", "--deliver every|once", "--flow [ADDRESS:]PORT",
+          "--api wrapper|core", "--storage DIR", "--no-wait", "--keep"})
         EXPECT_THAT(end.out, HasSubstr(option));
 }
 

@@ -32,20 +32,27 @@ TEST(RefusedInputs, AreNamedInOneLine) {
     const std::string capture = write_file(directory, "a.pcap", "\xD4\xC3\xB2\xA1");
     const std::string folder = directory.path().string();
     const std::map<std::string, std::pair<std::vector<std::string>, std::string>> takes = {
-        {"replay",
-         {{xml, plan, image, object, eti, edi, capture, folder}, "this is no call recording: it is "}},
-        {"check", {{xml, plan, eti, edi, capture}, "this is no call recording: it is "}},
-        {"inspect", {{xml, plan, eti, edi, capture}, "this is no binary SPI object: it is "}},
+        {"replay", {{xml, plan, image, object, folder}, "this is no call recording: it is "}},
+        {"check", {{xml, plan}, "this is no call recording: it is "}},
+        {"inspect", {{xml, plan}, "this is no binary SPI object: it is "}},
         {"encode", {{plan, calls, image, object, eti, edi, capture}, "this is no XML document: it is "}},
         {"record", {{xml, calls, image, object, eti, edi, capture}, "this is no plan: it is "}},
     };
-    for (const auto& [command, refused] : takes) {
-        for (const std::string& each : refused.first) {
-            const finished_command end = run_dabspi({{command, each}});
-            EXPECT_EQ(end.status, 2) << command << " " << each;
-            EXPECT_THAT(end.err, HasSubstr(each + ": " + refused.second));
-            EXPECT_LE(std::count(end.err.begin(), end.err.end(), '\n'), 2) << end.err;
-        }
+    const auto expect_refused = [](const std::string& command, const std::string& input,
+                                   const std::string& why) {
+        const finished_command end = run_dabspi({{command, input}});
+        EXPECT_EQ(end.status, 2) << command << " " << input;
+        EXPECT_THAT(end.err, HasSubstr(input + ": " + why));
+        EXPECT_LE(std::count(end.err.begin(), end.err.end(), '\n'), 2) << end.err;
+    };
+    for (const auto& [command, refused] : takes)
+        for (const std::string& each : refused.first)
+            expect_refused(command, each, refused.second);
+    // Multiplexes of which nothing is left.
+    for (const char* const command : {"scan", "replay", "check", "inspect"}) {
+        expect_refused(command, eti, "there is no whole frame in it");
+        expect_refused(command, edi, "there is no whole frame in it");
+        expect_refused(command, capture, "the capture cannot be read: ");
     }
 }
 

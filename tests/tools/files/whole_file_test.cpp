@@ -88,15 +88,13 @@ TEST(WholeFileWriter, NothingIsSeenBeforeItIsCommitted) {
         return std::distance(std::filesystem::directory_iterator(directory.path()), {});
     };
     {
-        dabspi::whole_file_writer given_up;
-        EXPECT_EQ(given_up.open(path), "");
+        dabspi::whole_file_writer given_up(path);
         EXPECT_EQ(given_up.write("new"), "");
         EXPECT_EQ(read_file(path), "old");
     }
     EXPECT_EQ(read_file(path), "old");
     EXPECT_EQ(files(), 1);
-    dabspi::whole_file_writer file;
-    EXPECT_EQ(file.open(path), "");
+    dabspi::whole_file_writer file(path);
     EXPECT_EQ(file.write("ne"), "");
     EXPECT_EQ(file.write("w"), "");
     EXPECT_EQ(file.commit(), "");
@@ -106,9 +104,8 @@ TEST(WholeFileWriter, NothingIsSeenBeforeItIsCommitted) {
 
 TEST(WholeFileWriter, RefusesWhatIsNoRegularFile) {
     const temporary_directory directory;
-    dabspi::whole_file_writer file;
-    EXPECT_NE(file.open(directory.path().string()), "");
-    EXPECT_NE(file.open((directory.path() / "no" / "such" / "folder").string()), "");
+    EXPECT_NE(dabspi::whole_file_writer(directory.path().string()).error(), "");
+    EXPECT_NE(dabspi::whole_file_writer((directory.path() / "no" / "such" / "folder").string()).error(), "");
 }
 
 }  // namespace

@@ -102,11 +102,12 @@ TEST_F(Completion, EveryChoiceOfEveryOptionIsOfferedAfterABlankAndAfterAnEqualsS
     EXPECT_GE(choices, 2U);
 }
 
-TEST_F(Completion, RecordingsAndDirectoriesAreOfferedWhereARecordingIsMeant) {
-    EXPECT_THAT(offered({"dabspi", "replay", ""}),
-                UnorderedElementsAre("day.jsonl", "two words.jsonl", "out"));
-    EXPECT_THAT(offered({"dabspi", "replay", "--json", "d"}), UnorderedElementsAre("day.jsonl"));
-    EXPECT_THAT(offered({"dabspi", "replay", "n"}), IsEmpty());
+// Multiplexes have many endings.
+TEST_F(Completion, EveryFileIsOfferedWhereARecordingOrAMultiplexIsMeant) {
+    EXPECT_THAT(offered({"dabspi", "replay", ""}), UnorderedElementsAre("day.jsonl", "two words.jsonl", "out",
+                                                                        "si.xml", "notes.txt", "day.json"));
+    EXPECT_THAT(offered({"dabspi", "replay", "--json", "d"}), UnorderedElementsAre("day.jsonl", "day.json"));
+    EXPECT_THAT(offered({"dabspi", "replay", "x"}), IsEmpty());
 }
 
 TEST_F(Completion, DocumentsAndPlansAreOfferedWhereTheseAreMeant) {

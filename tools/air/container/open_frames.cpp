@@ -6,10 +6,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
 
 #include "tools/air/container/container_form.h"
+#include "tools/air/container/dump_reader.h"
 #include "tools/air/container/edi_reader.h"
 #include "tools/air/container/eti_reader.h"
 #include "tools/text/utf8.h"
@@ -75,6 +78,32 @@ void make_reader(opened_frames& in, const std::string& name, const open_options&
 
 }  // namespace
 
+namespace {
+
+bool is_multiplex(content_kind kind) {
+    return kind == content_kind::raw_eti || kind == content_kind::streamed_eti ||
+           kind == content_kind::framed_eti || kind == content_kind::edi || kind == content_kind::capture;
+}
+
+void make_dump_reader(opened_frames& in, const std::string& name, const open_options& options) {
+    if (is_multiplex(in.found.kind)) {
+        in.error = message(name, "it is " + in.found.words + ", and has its FIC in it; leave --fic out");
+        return;
+    }
+    std::ifstream file(options.fic, std::ios::binary);
+    std::vector<std::uint8_t> fic((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    spi_component component;
+    std::string error = "cannot be read: " + std::generic_category().message(errno);
+    if (!file || !find_dumped_component(fic, options.address, component, error)) {
+        in.error = message(options.fic, error);
+        return;
+    }
+    in.found = {content_kind::sub_channel, "one sub-channel's bytes, with its FIC", ""};
+    in.frames = std::make_unique<dump_reader>(*in.window, std::move(fic), component);
+}
+
+}  // namespace
+
 opened_frames open_frames(std::unique_ptr<byte_source> bytes, const std::string& name,
                           const open_options& options) {
     opened_frames in;
@@ -85,7 +114,11 @@ opened_frames open_frames(std::unique_ptr<byte_source> bytes, const std::string&
         in.error = message(name, "cannot be read: " + std::generic_category().message(in.read_error()));
         return in;
     }
-    make_reader(in, name, options);
+    if (options.fic.empty()) {
+        make_reader(in, name, options);
+    } else {
+        make_dump_reader(in, name, options);
+    }
     return in;
 }
 

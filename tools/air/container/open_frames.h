@@ -15,6 +15,8 @@ namespace dabspi::air {
 
 struct open_options {
     std::string flow;                // of captures: PORT or ADDRESS:PORT; empty: the first with EDI
+    std::string fic;                 // the input is one sub-channel's bytes, and this file its FIC
+    int address = -1;                // with it: the packet address, where there are several
     std::function<bool()> given_up;  // asked while reading; true ends the input
 };
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "tools/air/packets/packet_counts.h"
+
 namespace dabspi::air {
 
 enum class carousel_drop : std::uint8_t {
@@ -39,7 +41,10 @@ enum class carousel_drop : std::uint8_t {
 };
 
 // In plain words: "data groups with a wrong CRC".
-const char* drop_text(carousel_drop cause);
+drop_words words_of(carousel_drop cause);
+inline const char* drop_text(carousel_drop cause) {
+    return words_of(cause).text;
+}
 
 struct carousel_counts {
     std::uint64_t groups = 0;

@@ -7,6 +7,12 @@
 
 namespace dabspi::air {
 
+// What a cause of loss is called.
+struct drop_words {
+    const char* key;   // of JSON
+    const char* text;  // for a person
+};
+
 enum class packet_drop : std::uint8_t {
     wrong_crc,         // cells at which no packet with a right CRC begins
     missing_cell,      // cells of logical frames that are missing
@@ -21,7 +27,10 @@ enum class packet_drop : std::uint8_t {
 };
 
 // In plain words: "cells with a wrong CRC".
-const char* drop_text(packet_drop cause);
+drop_words words_of(packet_drop cause);
+inline const char* drop_text(packet_drop cause) {
+    return words_of(cause).text;
+}
 
 struct packet_counts {
     std::uint64_t cells = 0;

@@ -251,6 +251,16 @@ void packet_decoder::skip(std::size_t size) {
         expected_ += (end_ - expected_ + kFecFrameCells - 1) / kFecFrameCells * kFecFrameCells;
 }
 
+void packet_decoder::set_fec(packet_fec fec) {
+    fec_ = fec;
+    if (fec_ != packet_fec::none) return;
+    held_ = false;
+    expected_ = 0;
+    absent_ = 0;
+    candidates_.fill({});
+    read(end_, unreadable::wait);
+}
+
 void packet_decoder::finish() {
     // Of the last set of FEC packets some may be there.
     if (held_ && expected_ >= end_ && expected_ - end_ < kFecPackets) {

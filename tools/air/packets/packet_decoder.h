@@ -46,6 +46,9 @@ class packet_decoder {
     // `size` bytes of the sub-channel are missing here: those of logical frames that were not received.
     void missing(std::size_t size);
 
+    // What is said of the sub-channel from here on: FIG 0/14 may come after the first packets.
+    void set_fec(packet_fec fec);
+
     // Nothing follows: reads what was held back. The decoder may be fed again afterwards, from anywhere.
     void finish();
 
@@ -80,7 +83,7 @@ class packet_decoder {
 
     packet_counts counts_;
     group_collector groups_;
-    const packet_fec fec_;
+    packet_fec fec_;
     std::unique_ptr<fec_table> table_;  // made when it is needed first
 
     // The stream's cells base_ .. end_ - 1, as bytes and as "is missing"; behind them a part of a cell.
