@@ -1,5 +1,6 @@
-// A programme guide of what is named on the command line: recordings, folders as receivers dump them, single
-// objects, XML documents (ETSI TS 102 818), "-" for a recording on standard input.
+// A programme guide of what is named on the command line: recordings, multiplexes, folders as receivers dump
+// them, single objects, XML documents (ETSI TS 102 818), "-" for a recording or a multiplex on standard
+// input.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,7 @@
 #include "tools/guide/guide_options.h"
 
 #include "tools/encode/earlier_ids.h"
+#include "tools/spi/value_problems.h"
 #include "tools/terminal/error_messages.h"
 #include "tools/text/utf8.h"
 
@@ -20,23 +21,25 @@ std::string service_fault(const std::string& text) {
 
 // What the guide does not have although the input held it.
 void say_counts(const guide_counts& counts) {
-    const auto say = [](std::size_t count, const char* text) {
-        if (count != 0) print_error(std::to_string(count) + " " + text);
+    const auto say = [](std::size_t count, const char* what, const char* text) {
+        if (count != 0) print_error(spi_object::count_of(count, what) + ": " + text);
     };
-    say(counts.malformed_objects,
-        "objects are malformed; what could be read is there: dabspi inspect shows it");
-    say(counts.repaired_characters, "characters are not UTF-8, or not for XML, and were replaced by U+FFFD");
-    say(counts.without_service, "programmes name no service, and are left out");
-    say(counts.without_time, "programmes have no time, and are left out");
-    say(counts.same_start,
-        "programmes begin at the same time as another of their service, and were replaced by it");
+    say(counts.malformed_objects, "malformed object",
+        "what could be read is there; dabspi inspect shows more");
+    say(counts.repaired_characters, "character",
+        "not UTF-8, or not for XML, and therefore replaced by U+FFFD");
+    say(counts.without_service, "programme", "left out, because no service is named");
+    say(counts.without_time, "programme", "left out, because there is no time");
+    say(counts.same_start, "programme",
+        "replaced by another of the same service that begins at the same time");
 }
 
 }  // namespace
 
 const char* const kGuideInputs =
-    "Call recordings, folders of objects as receivers dump them, single objects, or XML\ndocuments "
-    "(ETSI TS 102 818); - is a recording on standard input";
+    "Call recordings, recorded multiplexes, folders of objects as receivers dump them, single\nobjects, or "
+    "XML "
+    "documents (ETSI TS 102 818); - is a recording or a multiplex on standard input";
 
 void add_guide_options(CLI::App& app, guide_options& to) {
     add_local_time_options(app, to.local_time);
