@@ -45,7 +45,7 @@ bytes fig_0(unsigned extension, const bytes& fields, bool long_sid = false) {
 bytes fig_1(unsigned extension, std::uint32_t id, unsigned id_bytes, const std::string& text) {
     const label_field label = label_of(text);
     bytes data;
-    append_number(data, label.charset << 4 | extension, 1);
+    append_number(data, unsigned{label.charset} << 4 | extension, 1);
     append_number(data, id, id_bytes);
     append_bytes(data, label.characters);
     append_number(data, label.flags, 2);
