@@ -39,7 +39,7 @@ struct paired_programmes {
     std::vector<std::pair<long, std::size_t>> days_b;
 };
 
-// `tolerance` in seconds.
+// `tolerance` in seconds. The result points into both services, which must outlive it.
 paired_programmes pair_programmes(const guide::service& a, const guide::service& b, const local_days& days,
                                   std::int64_t tolerance);
 

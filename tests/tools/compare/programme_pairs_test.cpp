@@ -68,8 +68,9 @@ TEST(ProgrammePairs, PreferTheIdentifierToTheName) {
 }
 
 TEST(ProgrammePairs, OfTheSameStartAreTheSameUnderAnotherName) {
-    const paired_programmes found = paired(station({talk("Old", 60)}), station({talk("New", 60)}));
-    EXPECT_THAT(minutes_of(found), ElementsAre(Pair(60, 60)));
+    const service a = station({talk("Old", 60)});
+    const service b = station({talk("New", 60)});
+    EXPECT_THAT(minutes_of(paired(a, b)), ElementsAre(Pair(60, 60)));
 }
 
 TEST(ProgrammePairs, ThatChangePlacesWereMovedAndNotRenamed) {
@@ -97,8 +98,9 @@ TEST(ProgrammePairs, AreNotLookedForOnDaysThatOneSideHasAlone) {
 }
 
 TEST(ProgrammePairs, WithinTheToleranceMayStandOnTwoDays) {
-    const paired_programmes found =
-        paired(station({talk("Night", 1439)}), station({talk("Night", 1440)}), 60);
+    const service a = station({talk("Night", 1439)});
+    const service b = station({talk("Night", 1440)});
+    const paired_programmes found = paired(a, b, 60);
     EXPECT_THAT(minutes_of(found), ElementsAre(Pair(1439, 1440)));
     EXPECT_THAT(found.days_a, IsEmpty());
     EXPECT_THAT(found.days_b, IsEmpty());
