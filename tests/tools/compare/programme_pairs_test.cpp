@@ -172,7 +172,9 @@ TEST(ProgrammePairs, OfAHundredThousandThatAllMovedAreAllFound) {
         of_a.push_back(talk("News", 3 * i, 1));
         of_b.push_back(talk("News", 3 * i + 1, 1));
     }
-    const paired_programmes found = paired(station(of_a), station(of_b));
+    const service a = station(of_a);
+    const service b = station(of_b);
+    const paired_programmes found = paired(a, b);
     EXPECT_EQ(found.pairs.size(), 100'000U);
     EXPECT_THAT(found.only_a, IsEmpty());
 }
