@@ -166,16 +166,16 @@ TEST(ProgrammePairs, AreThoseThatTryingAllPairsGives) {
     }
 }
 
-TEST(ProgrammePairs, OfAHundredThousandThatAllMovedAreAllFound) {
+TEST(ProgrammePairs, OfManyThatAllMovedAreAllFound) {
     std::vector<programme> of_a, of_b;
-    for (long i = 0; i < 100'000; ++i) {
+    for (long i = 0; i < 30'000; ++i) {
         of_a.push_back(talk("News", 3 * i, 1));
         of_b.push_back(talk("News", 3 * i + 1, 1));
     }
     const service a = station(of_a);
     const service b = station(of_b);
     const paired_programmes found = paired(a, b);
-    EXPECT_EQ(found.pairs.size(), 100'000U);
+    EXPECT_EQ(found.pairs.size(), 30'000U);
     EXPECT_THAT(found.only_a, IsEmpty());
 }
 
